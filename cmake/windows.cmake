@@ -1,0 +1,94 @@
+# The Windows programs. Everything is linked statically; the programs import system DLLs only.
+
+if(NOT WIN32)
+    message(FATAL_ERROR "Use a preset: release or debug for the Windows programs, sanitize for the native checks.")
+endif()
+enable_language(RC)
+
+target_compile_definitions(zu_opcoes INTERFACE
+    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 NTDDI_VERSION=0x0A000003)
+target_compile_options(zu_opcoes INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-ffunction-sections -fdata-sections>)
+target_link_options(zu_opcoes INTERFACE -static -Wl,--gc-sections)
+
+include(cmake/atraso.cmake)
+include(cmake/chaves.cmake)
+
+add_library(zu_core STATIC
+    core/arquivo.cpp
+    core/assinatura.cpp
+    core/config.cpp
+    core/hash.cpp
+    core/log.cpp
+    core/processo.cpp
+    core/utf16.cpp)
+target_link_libraries(zu_core PUBLIC zu_puro zu_bcrypt)
+
+add_library(zu_update STATIC
+    update/agendador.cpp
+    update/aplicar.cpp
+    update/atualizador.cpp
+    update/busca_lista.cpp
+    update/cache.cpp
+    update/cliente.cpp
+    update/estado.cpp
+    update/hash_arquivo.cpp
+    update/http.cpp
+    update/item.cpp
+    update/jogo_aberto.cpp
+    update/painel.cpp
+    update/remocao.cpp
+    update/seguidor_hash.cpp
+    update/trocas.cpp
+    update/verificacao.cpp)
+target_link_libraries(zu_update PUBLIC zu_core zu_winhttp)
+
+add_library(zu_app STATIC
+    app/controlador.cpp
+    app/instancia_unica.cpp
+    app/linha_de_comando.cpp
+    app/selo.cpp
+    app/sem_interface.cpp)
+target_link_libraries(zu_app PUBLIC zu_update shell32 ole32)
+
+add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)
+target_link_libraries(ZuLauncher PRIVATE zu_app zu_chaves)
+
+add_library(zu_trocas STATIC tools/updater_helper/aplicar_trocas.cpp tools/updater_helper/argumentos.cpp)
+target_link_libraries(zu_trocas PUBLIC zu_core)
+
+add_executable(UpdaterHelper WIN32 tools/updater_helper/main.cpp ui/recursos/helper.rc)
+target_link_libraries(UpdaterHelper PRIVATE zu_trocas)
+
+add_library(zu_forjal STATIC
+    tools/forjal/arquivo_secreto.cpp
+    tools/forjal/chave_da_lista.cpp
+    tools/forjal/chaves.cpp
+    tools/forjal/conferir.cpp
+    tools/forjal/copia.cpp
+    tools/forjal/forjal.cpp
+    tools/forjal/lista_publicada.cpp
+    tools/forjal/opcoes.cpp
+    tools/forjal/paralelo.cpp
+    tools/forjal/pedido.cpp
+    tools/forjal/publicados.cpp
+    tools/forjal/publicar.cpp
+    tools/forjal/saida.cpp
+    tools/forjal/selar.cpp
+    tools/forjal/varredura.cpp)
+target_link_libraries(zu_forjal PUBLIC zu_app)
+
+add_executable(Forjal tools/forjal/main.cpp ui/recursos/forjal.rc)
+target_link_libraries(Forjal PRIVATE zu_forjal)
+
+string(REPLACE "." "," versao_numerica "${PROJECT_VERSION}.0")
+foreach(programa ZuLauncher UpdaterHelper Forjal)
+    target_link_options(${programa} PRIVATE -municode $<$<CONFIG:Release>:-s>)
+    target_compile_definitions(${programa} PRIVATE
+        $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_NUMERICA=${versao_numerica}>
+        $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_TEXTO="${PROJECT_VERSION}">)
+    set_property(SOURCE ui/recursos/launcher.rc ui/recursos/helper.rc ui/recursos/forjal.rc
+        PROPERTY OBJECT_DEPENDS
+        ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rc.h
+        ${CMAKE_SOURCE_DIR}/ui/recursos/icone.ico
+        ${CMAKE_SOURCE_DIR}/ui/recursos/programa.manifest)
+endforeach()

@@ -1,0 +1,177 @@
+#include "core/arquivo.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "core/handle.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr DWORD kFatiaDeLeitura = 16'777'216;  // 16 MiB
+constexpr DWORD kCompartilharTudo = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+std::uint64_t Juntar(DWORD alto, DWORD baixo) {
+    return std::uint64_t{alto} << 32 | baixo;
+}
+
+bool EscreverTudo(HANDLE arquivo, std::string_view bytes) {
+    DWORD escritos = 0;
+    return WriteFile(arquivo, bytes.data(), static_cast<DWORD>(bytes.size()), &escritos, nullptr) != 0 &&
+           escritos == bytes.size() && FlushFileBuffers(arquivo) != 0;
+}
+
+void ApagarGuardandoErro(const std::filesystem::path& caminho) {
+    const DWORD erro = GetLastError();
+    DeleteFileW(caminho.c_str());
+    SetLastError(erro);
+}
+
+// Opens a file or a folder for nothing but questions about it.
+HandleArquivo AbrirParaConsulta(const std::filesystem::path& caminho) {
+    return HandleArquivo(CreateFileW(caminho.c_str(), 0, kCompartilharTudo, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+bool LerIdentidade(const std::filesystem::path& caminho, BY_HANDLE_FILE_INFORMATION& info) {
+    const HandleArquivo arquivo = AbrirParaConsulta(caminho);
+    return arquivo && GetFileInformationByHandle(arquivo.Valor(), &info) != 0;
+}
+
+// The final path behind a handle, without the "\\?\" that the system puts before it. Empty on failure.
+std::wstring CaminhoFinal(HANDLE arquivo) {
+    constexpr std::wstring_view kPrefixo = L"\\\\?\\";
+    constexpr std::wstring_view kPrefixoRede = L"\\\\?\\UNC\\";
+    std::wstring texto(MAX_PATH, L'\0');
+    DWORD tamanho = GetFinalPathNameByHandleW(arquivo, texto.data(), static_cast<DWORD>(texto.size()), 0);
+    if (tamanho >= texto.size()) {
+        texto.resize(tamanho + 1);
+        tamanho = GetFinalPathNameByHandleW(arquivo, texto.data(), static_cast<DWORD>(texto.size()), 0);
+    }
+    if (tamanho == 0 || tamanho >= texto.size()) return {};
+    texto.resize(tamanho);
+    if (texto.starts_with(kPrefixoRede)) return L"\\\\" + texto.substr(kPrefixoRede.size());
+    if (texto.starts_with(kPrefixo)) return texto.substr(kPrefixo.size());
+    return texto;
+}
+
+}  // namespace
+
+bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view bytes) {
+    if (bytes.size() > std::numeric_limits<DWORD>::max()) {
+        SetLastError(ERROR_FILE_TOO_LARGE);
+        return false;
+    }
+    std::filesystem::path temporario = caminho;
+    temporario += L".tmp";
+    HandleArquivo arquivo(
+        CreateFileW(temporario.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!arquivo) return false;
+    const bool escrito = EscreverTudo(arquivo.Valor(), bytes);
+    arquivo.Fechar();
+    if (escrito && MoverSobre(temporario, caminho)) return true;
+    ApagarGuardandoErro(temporario);
+    return false;
+}
+
+bool LerArquivoInteiro(const std::filesystem::path& caminho, std::string& bytes) {
+    const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_READ, kCompartilharTudo, nullptr, OPEN_EXISTING,
+                                            FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    LARGE_INTEGER tamanho{};
+    if (!arquivo || GetFileSizeEx(arquivo.Valor(), &tamanho) == 0) return false;
+    const auto total = static_cast<std::uint64_t>(tamanho.QuadPart);
+    if (total > kLimiteArquivoInteiro) {
+        SetLastError(ERROR_FILE_TOO_LARGE);
+        return false;
+    }
+    bytes.resize(total);
+    std::size_t lidos = 0;
+    while (lidos < total) {
+        const DWORD pedido = static_cast<DWORD>(std::min<std::uint64_t>(total - lidos, kFatiaDeLeitura));
+        DWORD agora = 0;
+        if (ReadFile(arquivo.Valor(), bytes.data() + lidos, pedido, &agora, nullptr) == 0 || agora == 0) break;
+        lidos += agora;
+    }
+    bytes.resize(lidos);
+    return lidos == total;
+}
+
+bool InfoArquivo::Pasta() const {
+    return (atributos & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+bool InfoArquivo::SomenteLeitura() const {
+    return (atributos & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+bool LerInfoArquivo(const std::filesystem::path& caminho, InfoArquivo& info) {
+    WIN32_FILE_ATTRIBUTE_DATA dados{};
+    if (GetFileAttributesExW(caminho.c_str(), GetFileExInfoStandard, &dados) == 0) return false;
+    info.tamanho = Juntar(dados.nFileSizeHigh, dados.nFileSizeLow);
+    info.modificado = Juntar(dados.ftLastWriteTime.dwHighDateTime, dados.ftLastWriteTime.dwLowDateTime);
+    info.atributos = dados.dwFileAttributes;
+    return true;
+}
+
+bool CriarPastas(const std::filesystem::path& pasta) {
+    if (CreateDirectoryW(pasta.c_str(), nullptr) != 0) return true;
+    if (GetLastError() == ERROR_PATH_NOT_FOUND && pasta.has_relative_path() && CriarPastas(pasta.parent_path()) &&
+        CreateDirectoryW(pasta.c_str(), nullptr) != 0) {
+        return true;
+    }
+    // Another thread may have made it meanwhile, and the root of a drive answers with other errors than "exists".
+    const DWORD erro = GetLastError();
+    InfoArquivo info;
+    const bool existe = LerInfoArquivo(pasta, info) && info.Pasta();
+    SetLastError(erro);
+    return existe;
+}
+
+bool MoverSobre(const std::filesystem::path& origem, const std::filesystem::path& destino) {
+    return MoveFileExW(origem.c_str(), destino.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+bool MesmoArquivo(const std::filesystem::path& a, const std::filesystem::path& b) {
+    // Opening two files costs far more than asking for two sizes, which nearly always settles it.
+    InfoArquivo dadosA;
+    InfoArquivo dadosB;
+    if (!LerInfoArquivo(a, dadosA) || !LerInfoArquivo(b, dadosB) || dadosA.tamanho != dadosB.tamanho) return false;
+    BY_HANDLE_FILE_INFORMATION infoA{};
+    BY_HANDLE_FILE_INFORMATION infoB{};
+    return LerIdentidade(a, infoA) && LerIdentidade(b, infoB) &&
+           infoA.dwVolumeSerialNumber == infoB.dwVolumeSerialNumber && infoA.nFileIndexHigh == infoB.nFileIndexHigh &&
+           infoA.nFileIndexLow == infoB.nFileIndexLow;
+}
+
+std::filesystem::path CaminhoCanonico(const std::filesystem::path& caminho) {
+    std::error_code erro;
+    std::filesystem::path existente = std::filesystem::absolute(caminho, erro).lexically_normal();
+    if (erro) return caminho;
+    if (!existente.has_filename()) existente = existente.parent_path();  // "C:\Zu\" names the folder "C:\Zu"
+    std::filesystem::path resto;
+    while (true) {
+        if (const HandleArquivo arquivo = AbrirParaConsulta(existente)) {
+            const std::wstring final = CaminhoFinal(arquivo.Valor());
+            if (final.empty()) break;
+            return resto.empty() ? std::filesystem::path(final) : final / resto;
+        }
+        if (!existente.has_relative_path()) break;
+        resto = resto.empty() ? existente.filename() : existente.filename() / resto;
+        existente = existente.parent_path();
+    }
+    return resto.empty() ? existente : existente / resto;
+}
+
+std::filesystem::path CaminhoDoPrograma() {
+    std::array<wchar_t, MAX_PATH> texto{};
+    const DWORD tamanho = GetModuleFileNameW(nullptr, texto.data(), static_cast<DWORD>(texto.size()));
+    return {std::wstring(texto.data(), std::min<std::size_t>(tamanho, texto.size()))};
+}
+
+std::filesystem::path PastaDoPrograma() {
+    return CaminhoDoPrograma().parent_path();
+}
+
+}  // namespace zu::launcher

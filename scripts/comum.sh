@@ -1,0 +1,102 @@
+# What ./rodar, ./testar and ./medir share. Sourced by bash; RAIZ is the repository.
+
+RAIZ=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# Debian 12 packages of the build and the run; ./testar adds its own.
+PACOTES_BASE="cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 nginx-light python3 googletest"
+PACOTES_TESTES="clang clang-format clang-tidy libclang-rt-14-dev openssl"
+
+dizer() { printf '\n== %s\n' "$*"; }
+
+# garantir_pacotes PACKAGE...: installs what is missing.
+garantir_pacotes() {
+    local faltam=() pacote
+    for pacote in "$@"; do
+        dpkg-query -W -f='${Status}' "$pacote" 2>/dev/null | grep -q 'install ok installed' || faltam+=("$pacote")
+    done
+    [ ${#faltam[@]} -eq 0 ] && return 0
+    dizer "Instalando: ${faltam[*]}"
+    local como=()
+    [ "$(id -u)" -eq 0 ] || como=(sudo)
+    "${como[@]}" apt-get update -q
+    "${como[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${faltam[@]}"
+}
+
+# no_wine PRESET PROGRAM...: runs a Windows program in the build's own Wine prefix.
+no_wine() {
+    local preset=$1
+    shift
+    "$RAIZ/cmake/no-wine" "$RAIZ/build/$preset/wine" "$@"
+}
+
+encerrar_wine() {
+    [ -d "$RAIZ/build/$1/wine" ] || return 0
+    WINEPREFIX="$RAIZ/build/$1/wine" wineserver -k 2>/dev/null || true
+    WINEPREFIX="$RAIZ/build/$1/wine" wineserver -w 2>/dev/null || true
+}
+
+# preparar PRESET [TARGET...]: packages, Wine prefix, configuration and build.
+preparar() {
+    local preset=$1
+    shift
+    # shellcheck disable=SC2086
+    garantir_pacotes $PACOTES_BASE
+    mkdir -p "$RAIZ/build/$preset"
+    if [ ! -f "$RAIZ/build/$preset/wine/system.reg" ]; then
+        dizer "Criando o prefixo do Wine"
+        no_wine "$preset" wineboot -i >/dev/null 2>&1
+        WINEPREFIX="$RAIZ/build/$preset/wine" wineserver -w
+    fi
+    (cd "$RAIZ" && cmake --preset "$preset" >"build/$preset/configuracao.log" 2>&1) ||
+        { cat "$RAIZ/build/$preset/configuracao.log"; return 1; }
+    (cd "$RAIZ" && cmake --build --preset "$preset" ${1:+--target "$@"} >"build/$preset/compilacao.log" 2>&1) ||
+        { tail -n 60 "$RAIZ/build/$preset/compilacao.log"; return 1; }
+}
+
+# iniciar_nginx FOLDER ROOT: serves ROOT on a free loopback port until encerrar_nginx FOLDER; leaves the port in PORTA.
+iniciar_nginx() {
+    local pasta=$1 raiz=$2 tentativa
+    mkdir -p "$pasta"
+    for tentativa in 1 2 3 4 5; do
+        PORTA=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+        cat >"$pasta/nginx.conf" <<FIM
+daemon on;
+pid $pasta/nginx.pid;
+error_log $pasta/erros.log;
+worker_processes 1;
+events { worker_connections 256; }
+http {
+    access_log $pasta/acessos.log;
+    client_body_temp_path $pasta/t1; proxy_temp_path $pasta/t2; fastcgi_temp_path $pasta/t3;
+    uwsgi_temp_path $pasta/t4; scgi_temp_path $pasta/t5;
+    default_type application/octet-stream;
+    sendfile on;
+    server { listen 127.0.0.1:$PORTA; root "$raiz"; }
+}
+FIM
+        [ "$(id -u)" -eq 0 ] && sed -i '1i user root;' "$pasta/nginx.conf"
+        PATH=$PATH:/usr/sbin nginx -p "$pasta" -e "$pasta/erros.log" -c "$pasta/nginx.conf" && return 0
+    done
+    echo "nginx não abriu nenhuma porta" >&2
+    return 1
+}
+
+encerrar_nginx() {
+    local pasta=$1 pid i
+    [ -f "$pasta/nginx.pid" ] || return 0
+    pid=$(cat "$pasta/nginx.pid")
+    kill -QUIT "$pid" 2>/dev/null || return 0
+    for i in $(seq 50); do
+        kill -0 "$pid" 2>/dev/null || return 0
+        sleep 0.1
+    done
+    kill -KILL "$pid" 2>/dev/null || true
+}
+
+# servir_em_primeiro_plano FOLDER ROOT: prints the address and serves until it is told to end.
+servir_em_primeiro_plano() {
+    iniciar_nginx "$@" || return 1
+    trap 'encerrar_nginx "'"$1"'"; exit 0' TERM INT
+    echo "http://127.0.0.1:$PORTA"
+    while :; do sleep 1 & wait $!; done
+}

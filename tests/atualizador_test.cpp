@@ -1,0 +1,358 @@
+#include "update/atualizador.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "core/formato.h"
+#include "tests/suporte/processo.h"
+#include "tests/suporte/publicacao.h"
+#include "update/agendador.h"
+#include "update/estado.h"
+#include "update/jogo_aberto.h"
+
+namespace zu::launcher {
+namespace {
+
+using std::chrono::milliseconds;
+using teste::Pedido;
+using teste::Resposta;
+
+class Atualizacao : public testing::Test {
+ protected:
+    Atualizacao() {
+        teste::Configurar(pasta_.Caminho(), servidor_.Url());
+        publicacao_.arquivos = {{"Zu.exe.txt", "jogo"},
+                                {"Data/Mapas do Sul/praça.map", teste::Bytes(200'000, 2)},
+                                {"Data/vazio", ""},
+                                {"Data/grande.pak", teste::Bytes(700'000, 3)}};
+        publicacao_.partes["Data/grande.pak"] = 3;
+        publicacao_.Servir(servidor_);
+    }
+
+    // A run from start to end; "5 Cliente em dia." is its status and its sentence.
+    std::string Rodar(bool reparar = false) {
+        Atualizador atualizador;
+        return Rodar(atualizador, reparar);
+    }
+    static std::string Rodar(Atualizador& atualizador, bool reparar = false) {
+        atualizador.Iniciar(reparar);
+        EXPECT_TRUE(atualizador.Aguardar(std::chrono::seconds(60)));
+        const EstadoAtualizacao estado = atualizador.Estado();
+        return Formatar("{} {}", static_cast<int>(estado.status), estado.texto);
+    }
+    [[nodiscard]] bool Logou(const std::string& linha) const {
+        const auto linhas = teste::LinhasDoLog(pasta_);
+        return std::ranges::find(linhas, linha) != linhas.end();
+    }
+    // The published files and nothing beside them but the launcher's own.
+    void EsperarClienteExato() {
+        auto tudo = pasta_.Tudo();
+        tudo.erase("Config/Launcher.cache");
+        tudo.erase("Config/Launcher.estado");
+        EXPECT_EQ(tudo, publicacao_.arquivos);
+    }
+
+    teste::PastaTemporaria pasta_{L"Pasta do Jogo ç"};
+    teste::Servidor servidor_;
+    teste::Publicacao publicacao_;
+};
+
+TEST_F(Atualizacao, DaPastaVaziaAteEmDiaEDepoisSemLerNada) {
+    publicacao_.arquivos["Config/Launcher.cache.txt"] = "protegido";
+    publicacao_.Servir(servidor_);
+    publicacao_.arquivos.erase("Config/Launcher.cache.txt");
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
+    EsperarClienteExato();
+    EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=1\nversao=1.0\n");
+    for (const char* linha :
+         {"[update] Conectando ao servidor de atualização...",
+          "[update] UpdateList seq 1 (1.0) com 5 arquivos e 0 a remover; instalado seq 0",
+          "[update] Verificando arquivos...", "[update] Data/Mapas do Sul/praça.map: faltando",
+          "[update] Baixando 4 arquivo(s) (0.9 MB)...", "[update] baixando 4 arquivo(s), 0.9 MB, 4 conexão(ões)",
+          "[update] Aplicando a atualização...", "[update] atualizado: Data/vazio (crc 00000000, 0 bytes)"}) {
+        EXPECT_TRUE(Logou(linha)) << linha;
+    }
+    servidor_.EsquecerPedidos();
+    EXPECT_EQ(Rodar(), "5 Cliente em dia.");
+    EXPECT_EQ(servidor_.QuantosPedidos(), 1U);
+    EXPECT_EQ(LerCache().size(), 4U);
+}
+
+TEST_F(Atualizacao, ProgressoChegaAoFimNasDuasBarras) {
+    Atualizador atualizador;
+    atualizador.Rodar(false);
+    const EstadoAtualizacao baixou = atualizador.Estado();
+    EXPECT_EQ(baixou.arquivosFeitos, 4U);
+    EXPECT_EQ(baixou.arquivosTotal, 4U);
+    EXPECT_EQ(baixou.bytesFeitos, 900'004U);
+    EXPECT_EQ(baixou.bytesTotal, 900'004U);
+    EXPECT_EQ(baixou.fracao, 1.0);
+    EXPECT_EQ(baixou.versao, "1.0");
+    atualizador.Rodar(true);
+    EXPECT_EQ(atualizador.Estado().arquivosFeitos, 4U);
+    EXPECT_EQ(atualizador.Estado().bytesFeitos, 900'004U);
+}
+
+TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
+    Rodar();
+    const auto alvo = pasta_ / "Data/Mapas do Sul/praça.map";
+    std::string estragado = publicacao_.arquivos["Data/Mapas do Sul/praça.map"];
+    estragado[1000] = static_cast<char>(estragado[1000] + 1);
+    pasta_.Adulterar("Data/Mapas do Sul/praça.map", estragado);
+
+    EXPECT_EQ(Rodar(), "5 Cliente em dia.");
+    EXPECT_EQ(Rodar(true), "5 Atualização concluída: 1 arquivo(s) novo(s).");
+    EXPECT_TRUE(Logou("[update] Reparando: conferindo todos os arquivos..."));
+    EXPECT_TRUE(Logou("[update] Data/Mapas do Sul/praça.map: diferente"));
+    EsperarClienteExato();
+    EXPECT_EQ(Rodar(true), "5 Cliente em dia — nenhum arquivo corrompido.");
+
+    // A touched but equal file is read once more and stays; a lost cache costs time only.
+    std::filesystem::last_write_time(alvo, std::filesystem::last_write_time(alvo) + std::chrono::hours(1));
+    pasta_.Escrever("Config/Launcher.cache", "lixo\nv2\t\n");
+    EXPECT_EQ(Rodar(), "5 Cliente em dia.");
+    EXPECT_EQ(LerCache().size(), 4U);
+}
+
+TEST_F(Atualizacao, NovaVersaoTrocaRemoveENuncaToca) {
+    Rodar();
+    publicacao_.seq = 2;
+    publicacao_.arquivos["Zu.exe.txt"] = "jogo 2";
+    publicacao_.remover = {"Data\\vazio", "nunca existiu", "Config/Zu.ini", "Data/Mapas do Sul", "screenshots/a.jpg"};
+    publicacao_.arquivos.erase("Data/vazio");
+    publicacao_.Servir(servidor_);
+    pasta_.Escrever("Config/Zu.ini", "meu");
+    pasta_.Escrever("Screenshots/a.jpg", "minha");
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s), 1 removido(s).");
+    EXPECT_TRUE(Logou("[update] removido: Data/vazio"));
+    EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=2\nversao=1.0\n");
+    publicacao_.arquivos["Config/Zu.ini"] = "meu";
+    publicacao_.arquivos["Screenshots/a.jpg"] = "minha";
+    EsperarClienteExato();
+    EXPECT_EQ(LerCache().count("data/vazio"), 0U);
+}
+
+TEST_F(Atualizacao, ListaRuimNaoMudaNadaNoDisco) {
+    Rodar();
+    const auto antes = pasta_.Tudo();
+    const std::string item = "novo\t00000000\t0\n";
+    const std::string boa = teste::Assinar(";seq\t5\n" + item);
+    std::string mexida = boa;
+    mexida.replace(mexida.find("novo"), 4, "mais");
+    std::string semBase64 = boa;
+    semBase64.replace(semBase64.size() - 8, 1, " ");
+    const std::string kSemAssinatura =
+        "7 A lista de atualização não tem uma assinatura válida: atualização recusada por segurança.";
+    const std::pair<std::string, std::string> casos[] = {
+        {";seq\t5\n" + item, kSemAssinatura},
+        {"", kSemAssinatura},
+        {mexida, kSemAssinatura},
+        {semBase64, kSemAssinatura},
+        {boa + item, kSemAssinatura},
+        {boa.substr(0, boa.size() / 2), kSemAssinatura},
+        {teste::Assinar(";seq\t0\n" + item),
+         "7 O servidor ofereceu uma versão mais antiga que a instalada (seq 0 < 1): recusada."},
+        {teste::Assinar(";seq\t5\n"), "7 Lista de atualização inválida: lista vazia"},
+        {teste::Assinar(item + "../fora\t0\t0\n"),
+         "7 Lista de atualização inválida: linha 2: caminho inseguro (../fora)"},
+        {teste::Assinar("C:\\fora\t0\t0\n"), "7 Lista de atualização inválida: linha 1: caminho inseguro (C:\\fora)"},
+        {teste::Assinar("Zu.exe:fluxo\t0\t0\n"),
+         "7 Lista de atualização inválida: linha 1: caminho inseguro (Zu.exe:fluxo)"},
+        {teste::Assinar("aux.txt\t0\t0\n"), "7 Lista de atualização inválida: linha 1: caminho inseguro (aux.txt)"},
+        {teste::Assinar("a./b\t0\t0\n"), "7 Lista de atualização inválida: linha 1: caminho inseguro (a./b)"},
+        {teste::Assinar(item + ";remover\t..\\x\n"),
+         "7 Lista de atualização inválida: linha 2: caminho inseguro em ;remover (..\\x)"},
+    };
+    for (const auto& [texto, fim] : casos) {
+        servidor_.Definir("UpdateList.txt", teste::Servir(texto));
+        EXPECT_EQ(Rodar(), fim) << texto;
+        EXPECT_EQ(pasta_.Tudo(), antes);
+    }
+}
+
+TEST_F(Atualizacao, ServidorQueNaoDaALista) {
+    servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 404}; });
+    servidor_.EsquecerPedidos();
+    EXPECT_EQ(Rodar(), "5 Nenhuma atualização publicada ainda: o cliente segue como está.");
+    EXPECT_EQ(servidor_.QuantosPedidos(), 1U);
+
+    servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 503}; });
+    const std::string fim = Rodar();
+    EXPECT_TRUE(fim.starts_with("6 Sem conexão com o servidor de atualização (HTTP 503 em " + servidor_.Url() +
+                                "UpdateList.txt?t="))
+        << fim;
+    EXPECT_TRUE(fim.ends_with(").")) << fim;
+    const auto pedidos = servidor_.Pedidos("UpdateList.txt");
+    ASSERT_EQ(pedidos.size(), 4U);
+    EXPECT_NE(pedidos[1].consulta, pedidos[2].consulta);
+
+    // A server that recovers between the attempts is enough.
+    servidor_.EsquecerPedidos();
+    servidor_.Definir("UpdateList.txt", [&](const Pedido& pedido) {
+        if (servidor_.QuantosPedidos() == 1) return Resposta{.status = 500};
+        return teste::Servir(teste::Assinar(update::EscreverLista(publicacao_.Lista())))(pedido);
+    });
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
+
+    teste::Configurar(pasta_.Caminho(), "");
+    EXPECT_EQ(Rodar(), "6 Atualização automática não configurada (Launcher.emu: AutoUpdate/UpdateUrl no Forjal).");
+    EXPECT_TRUE(pasta_.Tem("Zu.exe.txt"));
+}
+
+TEST_F(Atualizacao, FalhasTentamTresVezesEDepoisUmAUm) {
+    servidor_.Definir("Zu.exe.txt", [](const Pedido&) { return Resposta{.status = 500}; });
+    const std::string um = Rodar();
+    const std::uint32_t crc = publicacao_.Lista().itens.back().crc;
+    const std::string erro = Formatar("HTTP 500 em {}Zu.exe.txt?v={:08x}", servidor_.Url(), crc);
+    EXPECT_EQ(um, "7 1 arquivo(s) não baixaram. " + erro);
+    EXPECT_EQ(servidor_.Pedidos("Zu.exe.txt").size(), 5U);
+    for (const char* tentativa : {"1", "2", "3"}) {
+        EXPECT_TRUE(Logou(Formatar("[update] Zu.exe.txt: {} (tentativa {})", erro, tentativa))) << tentativa;
+    }
+    EXPECT_TRUE(Logou("[update] 1 arquivo(s) não vieram; baixando um de cada vez"));
+    // The others are in place, and remembered, but the list does not count as applied.
+    EXPECT_EQ(LerCache().size(), 3U);
+    EXPECT_FALSE(pasta_.Tem("Config/Launcher.estado"));
+
+    publicacao_.arquivos["A.txt"] = "novo";
+    publicacao_.Servir(servidor_);
+    servidor_.Definir("A.txt", [](const Pedido&) { return Resposta{.corpo = "ovon"}; });
+    servidor_.Definir("Zu.exe.txt", [](const Pedido&) { return Resposta{.status = 500}; });
+    const std::string dois = Rodar();
+    EXPECT_TRUE(dois.starts_with("7 2 arquivo(s) não baixaram. o arquivo baixado não confere (CRC32/SHA-256: CRC "))
+        << dois;
+    EXPECT_TRUE(dois.ends_with(" (veja o ZuLauncher.log)")) << dois;
+    EXPECT_FALSE(pasta_.Tem("A.txt"));
+
+    // Fails twice, then comes: the run succeeds.
+    publicacao_.Servir(servidor_);
+    servidor_.EsquecerPedidos();
+    servidor_.Definir("A.txt", [&](const Pedido& pedido) {
+        return servidor_.Pedidos("A.txt").size() < 3 ? Resposta{.status = 502} : teste::Servir("novo")(pedido);
+    });
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 2 arquivo(s) novo(s).");
+    EsperarClienteExato();
+}
+
+TEST_F(Atualizacao, PastaQueNaoSeCriaEOErroDoItem) {
+    pasta_.Escrever("Data/Mapas do Sul", "um arquivo no lugar da pasta");
+    const std::string fim = Rodar();
+    EXPECT_TRUE(fim.starts_with("7 1 arquivo(s) não baixaram. não foi possível criar a pasta " +
+                                ParaUtf8((pasta_ / "Data/Mapas do Sul").native()) + " (erro "))
+        << fim;
+    EXPECT_EQ(pasta_.Ler("Data/Mapas do Sul"), "um arquivo no lugar da pasta");
+}
+
+TEST_F(Atualizacao, EmUsoFicaParaATroca) {
+    Rodar();
+    publicacao_.seq = 2;
+    publicacao_.arquivos["Zu.exe.txt"] = "jogo 2";
+    publicacao_.remover = {"Data/vazio"};
+    publicacao_.arquivos.erase("Data/vazio");
+    publicacao_.Servir(servidor_);
+    const auto prender = [&](const char* relativo) {
+        return HandleArquivo(CreateFileW((pasta_ / relativo).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                         OPEN_EXISTING, 0, nullptr));
+    };
+    const HandleArquivo alvo = prender("Zu.exe.txt");
+    const HandleArquivo velho = prender("Data/vazio");
+    Atualizador atualizador;
+    EXPECT_EQ(Rodar(atualizador), "8 Concluindo a atualização: o launcher vai reiniciar...");
+    EXPECT_EQ(pasta_.Ler("Zu.exe.txt"), "jogo");
+    EXPECT_EQ(pasta_.Ler("Zu.exe.txt.novo"), "jogo 2");
+    EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=2\nversao=1.0\n");
+    EXPECT_TRUE(Logou("[update] Zu.exe.txt em uso: troca pendente"));
+    EXPECT_TRUE(Logou("[update] 2 arquivo(s) em uso: UpdaterHelper troca depois que o launcher fechar"));
+    const auto trocas = atualizador.Trocas();
+    ASSERT_EQ(trocas.size(), 2U);
+    EXPECT_EQ(trocas[0].origem, pasta_ / "Zu.exe.txt.novo");
+    EXPECT_EQ(trocas[0].destino, pasta_ / "Zu.exe.txt");
+    EXPECT_TRUE(trocas[1].origem.empty());
+    EXPECT_EQ(trocas[1].destino, CaminhoCanonico(pasta_ / "Data/vazio"));
+    EXPECT_EQ(atualizador.Estado().arquivosFeitos, 1U);
+}
+
+TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
+    // while the list's second attempt is waited for
+    servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 500}; });
+    Atualizador atualizador;
+    atualizador.Iniciar(false);
+    while (servidor_.Pedidos("UpdateList.txt").empty())
+        Sleep(5);
+    Sleep(100);
+    const ULONGLONG inicio = GetTickCount64();
+    atualizador.Cancelar();
+    EXPECT_TRUE(atualizador.Aguardar(milliseconds(1000)));
+    EXPECT_LT(GetTickCount64() - inicio, 1000U);
+    EXPECT_EQ(atualizador.Estado().texto, "Cancelado.");
+    EXPECT_EQ(atualizador.Estado().status, StatusUpdate::kErro);
+
+    // in the middle of a file
+    const std::string conteudo = teste::Bytes(2'000'000);
+    publicacao_.arquivos["Data/Mapas do Sul/praça.map"] = conteudo;
+    publicacao_.Servir(servidor_);
+    const std::string caminho = "Data/Mapas%20do%20Sul/pra%C3%A7a.map";
+    servidor_.Definir(caminho, [&](const Pedido&) {
+        return Resposta{.corpo = conteudo, .bloco = 270'000, .pausa = milliseconds(200)};
+    });
+    atualizador.Iniciar(false);
+    while (pasta_.Ler("Data/Mapas do Sul/praça.map.upd").size() < 262'144)
+        Sleep(5);
+    atualizador.Cancelar();
+    EXPECT_TRUE(atualizador.Aguardar(milliseconds(3000)));
+    EXPECT_EQ(atualizador.Estado().texto, "Download cancelado.");
+    EXPECT_EQ(atualizador.Estado().erro, "Download cancelado.");
+    EXPECT_FALSE(Logou("[update] 1 arquivo(s) não vieram; baixando um de cada vez"));
+    const std::string parcial = pasta_.Ler("Data/Mapas do Sul/praça.map.upd");
+    EXPECT_TRUE(conteudo.starts_with(parcial));
+    EXPECT_LT(parcial.size(), conteudo.size());
+
+    publicacao_.Servir(servidor_);
+    servidor_.EsquecerPedidos();
+    EXPECT_TRUE(Rodar().starts_with("5 ")) << Rodar();
+    EXPECT_EQ(servidor_.Pedidos(caminho)[0].Cabecalho("range"), Formatar("bytes={}-", parcial.size()));
+    EsperarClienteExato();
+}
+
+TEST_F(Atualizacao, UmaExecucaoPorVezENaoMaisThreadsQueItens) {
+    teste::Configurar(pasta_.Caminho(), servidor_.Url(), 16);
+    publicacao_.partes.clear();
+    publicacao_.Servir(servidor_);
+    for (const auto& [caminho, conteudo] : publicacao_.arquivos) {
+        servidor_.Definir(caminho, [texto = conteudo](const Pedido&) {
+            return Resposta{.corpo = texto, .atraso = milliseconds(150)};
+        });
+    }
+    Atualizador atualizador;
+    atualizador.Iniciar(false);
+    EXPECT_TRUE(Rodar(atualizador).starts_with("5 "));
+    EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);
+    EXPECT_LE(servidor_.MaisConexoes(), 5);
+    EXPECT_GE(servidor_.MaisConexoes(), 3);
+
+    const std::tuple<int, const char*, int> casos[] = {
+        {0, "http://s/", 1}, {0, "https://x.GitHub.io/", 8}, {3, "https://github.com/", 3}, {16, "http://s/", 16}};
+    for (const auto& [pedidas, url, conexoes] : casos)
+        EXPECT_EQ(NumeroDeConexoes(pedidas, url), conexoes) << url;
+}
+
+TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
+    const auto parado = teste::kPastaBin / "processo_parado.exe";
+    const teste::PastaTemporaria outra;
+    std::filesystem::copy_file(parado, outra / "Zu.exe");
+    const teste::Programa deOutraPasta(outra / "Zu.exe");
+    EXPECT_FALSE(JogoAberto(pasta_.Caminho()));
+    EXPECT_TRUE(JogoAberto(outra.Caminho()));
+    for (const char* nome : {"Zu.exe", "Zu2.exe"}) {
+        std::filesystem::copy_file(parado, pasta_ / nome);
+        teste::Programa jogo(pasta_ / nome);
+        EXPECT_EQ(Rodar(), "9 O jogo está aberto: feche o Zu para verificar as atualizações.") << nome;
+        jogo.Matar();
+        std::filesystem::remove(pasta_ / nome);
+    }
+    EXPECT_TRUE(Rodar().starts_with("5 "));
+}
+
+}  // namespace
+}  // namespace zu::launcher

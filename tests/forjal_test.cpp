@@ -1,0 +1,502 @@
+#include "tools/forjal/forjal.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+
+#include "app/selo.h"
+#include "core/assinatura.h"
+#include "core/texto.h"
+#include "tests/suporte/pasta.h"
+#include "tests/suporte/publicacao.h"
+#include "tools/forjal/copia.h"
+#include "tools/forjal/paralelo.h"
+#include "tools/forjal/varredura.h"
+
+namespace zu::launcher::forjal {
+namespace {
+
+class SaidaDeTeste final : public Saida {
+ public:
+    void Linha(std::string_view texto) override { linhas += std::string(texto) + "\n"; }
+    void Erro(std::string_view texto) override { erros += std::string(texto) + "\n"; }
+    void Progresso(unsigned porCento, std::string_view) override {
+        EXPECT_LE(porCento, 100U);
+        if (aoProgredir) aoProgredir();
+    }
+
+    std::string linhas;
+    std::string erros;
+    std::function<void()> aoProgredir;
+};
+
+// A workshop: "chaves" with a key pair, "cliente" and "saida" to publish from and to.
+class Forjal : public testing::Test {
+ protected:
+    // Making an RSA pair takes long: one serves all tests of a run.
+    static void SetUpTestSuite() {
+        chaves_.emplace(L"chaves");
+        SaidaDeTeste saida;
+        const std::vector<std::wstring> argumentos{L"chaves", L"--saida=" + chaves_->Caminho().native()};
+        ASSERT_EQ(RodarForjal(argumentos, saida), kFeito) << saida.erros;
+    }
+    static void TearDownTestSuite() { chaves_.reset(); }
+
+    // "@" in an argument stands for the test's folder and "#" for the folder with the keys.
+    int Rodar(const std::vector<std::string>& argumentos) {
+        saida_.linhas.clear();
+        saida_.erros.clear();
+        std::vector<std::wstring> trocados;
+        for (const std::string& argumento : argumentos) {
+            std::wstring& trocado = trocados.emplace_back();
+            for (const wchar_t c : DeUtf8(argumento)) {
+                if (c == L'@') {
+                    trocado += pasta_.Caminho().native();
+                } else if (c == L'#') {
+                    trocado += chaves_->Caminho().native();
+                } else {
+                    trocado.push_back(c);
+                }
+            }
+        }
+        return RodarForjal(trocados, saida_);
+    }
+    int Publicar(int seq, const std::vector<std::string>& mais = {}) {
+        std::vector<std::string> argumentos{"publicar", "--cliente=@\\cliente", "--saida=@\\saida",
+                                            "--chave=#\\lista.chave", "--seq=" + std::to_string(seq)};
+        argumentos.insert(argumentos.end(), mais.begin(), mais.end());
+        return Rodar(argumentos);
+    }
+    int Conferir() { return Rodar({"conferir", "--publicado=@\\saida", "--pub=#\\lista.pub"}); }
+
+    update::UpdateList Lista() {
+        update::UpdateList lista;
+        std::string erro;
+        const std::string texto = pasta_.Ler("saida/UpdateList.txt");
+        EXPECT_TRUE(update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) << erro;
+        return lista;
+    }
+    std::uint64_t Hora(const std::string& relativo) {
+        InfoArquivo info;
+        EXPECT_TRUE(LerInfoArquivo(pasta_ / relativo, info)) << relativo;
+        return info.modificado;
+    }
+    void Apagar(const std::string& relativo) { std::filesystem::remove_all(pasta_ / relativo); }
+
+    static std::optional<teste::PastaTemporaria> chaves_;
+    teste::PastaTemporaria pasta_{L"oficina ç"};
+    SaidaDeTeste saida_;
+};
+std::optional<teste::PastaTemporaria> Forjal::chaves_;
+
+bool Contem(const std::string& texto, std::string_view parte) {
+    return texto.find(parte) != std::string::npos;
+}
+
+TEST_F(Forjal, ChavesNuncaSobrescrevem) {
+    EXPECT_EQ(chaves_->Ler("lista.chave").size(), 1755U);
+    EXPECT_EQ(chaves_->Ler("lista.pub").size(), 411U);
+    EXPECT_EQ(chaves_->Ler("selo.segredo").size(), 32U);
+    for (const std::string nome : {"lista.chave", "lista.pub", "selo.segredo"}) {
+        pasta_.Escrever("k/" + nome, "minha");
+        const auto antes = pasta_.Tudo();
+        EXPECT_EQ(Rodar({"chaves", "--saida=@\\k"}), kRecusado);
+        EXPECT_TRUE(Contem(saida_.erros, nome)) << saida_.erros;
+        EXPECT_EQ(pasta_.Tudo(), antes);
+        Apagar("k");
+    }
+}
+
+TEST_F(Forjal, SelarAteOLimiteDeCadaCampo) {
+    const std::vector<std::tuple<std::string, std::size_t, std::string CamposSelados::*>> casos{
+        {"--nome", 31, &CamposSelados::nome},
+        {"--update", 127, &CamposSelados::update},
+        {"--site", 127, &CamposSelados::site},
+        {"--seletor", 63, &CamposSelados::seletor},
+        {"--registro", 127, &CamposSelados::registro}};
+    SegredoSelo segredo{};
+    std::ranges::copy(chaves_->Ler("selo.segredo"), segredo.begin());
+    for (const auto& [opcao, limite, campo] : casos) {
+        // The limit counts bytes: the first letter takes two.
+        const std::string cabe = "ç" + std::string(limite - 2, 'x');
+        ASSERT_EQ(Rodar({"selar", "--segredo=#\\selo.segredo", "--saida=@\\Launcher.emu", opcao + "=" + cabe}), kFeito)
+            << saida_.erros;
+        CorpoSelado corpo{};
+        std::string recusa;
+        ASSERT_TRUE(AbrirSelado(pasta_.Ler("Launcher.emu"), segredo, corpo, recusa)) << recusa;
+        EXPECT_EQ(LerCampos(corpo).*campo, cabe);
+        Apagar("Launcher.emu");
+
+        EXPECT_EQ(Rodar({"selar", "--segredo=#\\selo.segredo", "--saida=@\\Launcher.emu", opcao + "=x" + cabe}),
+                  kUsoErrado);
+        EXPECT_TRUE(Contem(saida_.erros, opcao) && Contem(saida_.erros, std::to_string(limite))) << saida_.erros;
+        EXPECT_TRUE(pasta_.Tudo().empty());
+    }
+}
+
+TEST_F(Forjal, AbrirMostraOuRecusaComoOLauncher) {
+    ASSERT_EQ(Rodar({"selar", "--segredo=#\\selo.segredo", "--saida=@\\Launcher.emu", "--nome=Zu Já",
+                     "--site=http://s/", "--update=http://u/", "--seletor=.x", "--registro=http://r/"}),
+              kFeito);
+    EXPECT_EQ(Rodar({"abrir", "--segredo=#\\selo.segredo", "@\\Launcher.emu"}), kFeito);
+    for (const char* texto : {"nome: Zu Já\n", "update: http://u/\n", "site: http://s/\n", "registro: http://r/\n",
+                              "update automático: sim\n"}) {
+        EXPECT_TRUE(Contem(saida_.linhas, texto)) << texto << saida_.linhas;
+    }
+    ASSERT_EQ(
+        Rodar({"selar", "--segredo=#\\selo.segredo", "--saida=@\\Launcher.emu", "--update=http://u/", "--sem-update"}),
+        kFeito);
+    EXPECT_EQ(Rodar({"abrir", "--segredo=#\\selo.segredo", "@\\Launcher.emu"}), kFeito);
+    EXPECT_TRUE(Contem(saida_.linhas, "update: http://u/\n") && Contem(saida_.linhas, "update automático: não\n"));
+
+    std::string selado = pasta_.Ler("Launcher.emu");
+    pasta_.Escrever("curto", selado.substr(1));
+    EXPECT_EQ(Rodar({"abrir", "--segredo=#\\selo.segredo", "@\\curto"}), kRecusado);
+    EXPECT_TRUE(Contem(saida_.erros, "tamanho inválido (584 bytes, esperado 585)")) << saida_.erros;
+    selado[100] = static_cast<char>(selado[100] ^ 1);
+    pasta_.Escrever("mexido", selado);
+    EXPECT_EQ(Rodar({"abrir", "--segredo=#\\selo.segredo", "@\\mexido"}), kRecusado);
+    EXPECT_TRUE(Contem(saida_.erros, "arquivo adulterado")) << saida_.erros;
+}
+
+TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
+    pasta_.Escrever("cliente/a", "a");
+    pasta_.Escrever("curta.chave", "curta");
+    pasta_.Escrever("lixo.chave", std::string(1755, 'x'));
+    pasta_.Escrever("cliente/lista.chave", chaves_->Ler("lista.chave"));
+    const auto publicar = [](const std::vector<std::string>& mais, const std::string& sem = "") {
+        std::vector<std::string> todos{"publicar"};
+        for (const std::string base :
+             {"--cliente=@\\cliente", "--saida=@\\saida", "--chave=#\\lista.chave", "--seq=1"}) {
+            if (sem.empty() || !base.starts_with(sem)) todos.push_back(base);
+        }
+        todos.insert(todos.end(), mais.begin(), mais.end());
+        return todos;
+    };
+    const std::vector<std::pair<std::vector<std::string>, std::string>> casos{
+        {{}, "Forjal chaves"},
+        {{"forjar"}, "forjar"},
+        {{"Chaves", "--saida=@\\k"}, "Chaves"},
+        {{"chaves"}, "--saida="},
+        {{"chaves", "--saida"}, "--saida"},
+        {{"chaves", "--saida="}, "--saida"},
+        {{"chaves", "--SAIDA=@\\k"}, "--SAIDA"},
+        {{"chaves", "--saida=@\\k", "--saida=@\\k2"}, "--saida"},
+        {{"chaves", "--saida=@\\k", "sobra"}, "sobra"},
+        {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--sem-update=1"}, "--sem-update"},
+        {{"selar", "--segredo=#\\lista.pub", "--saida=@\\e"}, "32"},
+        {{"selar", "--segredo=@\\falta", "--saida=@\\e"}, "--segredo"},
+        {{"selar", "--segredo=#\\selo.segredo", "--saida=#\\selo.segredo"}, "--saida"},
+        {{"abrir", "--segredo=#\\selo.segredo"}, "arquivo"},
+        {{"conferir", "--publicado=@\\cliente", "--pub=#\\selo.segredo"}, "411"},
+        {{"conferir", "--publicado=@\\falta", "--pub=#\\lista.pub"}, "--publicado"},
+        {publicar({}, "--seq"), "--seq="},
+        {publicar({"--seq=-1"}, "--seq"), "--seq"},
+        {publicar({"--seq=9223372036854775808"}, "--seq"), "9223372036854775807"},
+        {publicar({"--seq=1x"}, "--seq"), "--seq"},
+        {publicar({"--partes-mib=0"}), "--partes-mib"},
+        {publicar({"--versao=1\t0"}), "--versao"},
+        {publicar({"--chave-assets=a\nb"}), "--chave-assets"},
+        {publicar({"--remover=ok", "--remover=../fora"}), "--remover=../fora"},
+        {publicar({"--remover=cache/x"}), "--remover=cache/x"},
+        {publicar({"--cliente=@\\falta"}, "--cliente"), "--cliente"},
+        {publicar({"--saida=@\\cliente"}, "--saida"), "--saida"},
+        {publicar({"--saida=@\\CLIENTE\\pub"}, "--saida"), "--saida"},
+        {publicar({"--saida=@"}, "--saida"), "--saida"},
+        {publicar({"--saida=@\\curta.chave"}, "--saida"), "--saida"},
+        {publicar({"--chave=@\\curta.chave"}, "--chave"), "1755"},
+        {publicar({"--chave=@\\lixo.chave"}, "--chave"), "--chave"},
+        {publicar({"--chave=@\\cliente\\lista.chave"}, "--chave"), "--chave"},
+    };
+    const auto antes = pasta_.Tudo();
+    const auto chavesAntes = chaves_->Tudo();
+    for (const auto& [argumentos, parte] : casos) {
+        EXPECT_EQ(Rodar(argumentos), kUsoErrado) << testing::PrintToString(argumentos);
+        EXPECT_TRUE(Contem(saida_.erros, parte)) << testing::PrintToString(argumentos) << saida_.erros;
+        EXPECT_EQ(pasta_.Tudo(), antes) << testing::PrintToString(argumentos);
+        EXPECT_FALSE(pasta_.Tem("saida"));
+    }
+    EXPECT_EQ(chaves_->Tudo(), chavesAntes);
+    for (const std::vector<std::string>& argumentos : {std::vector<std::string>{"--ajuda"}, {"selar", "--ajuda"}}) {
+        EXPECT_EQ(Rodar(argumentos), kFeito);
+        EXPECT_TRUE(Contem(saida_.linhas, "Forjal selar") && saida_.erros.empty());
+    }
+}
+
+TEST_F(Forjal, PublicaSoOQueMudou) {
+    const std::string grande = teste::Bytes(2 * kMiB + 5);
+    pasta_.Escrever("cliente/Zu.exe", "programa");
+    pasta_.Escrever("cliente/data/B.pak", grande);
+    pasta_.Escrever("cliente/Data_x/é ç.txt", "acento");
+    pasta_.Escrever("cliente/justo.pak", teste::Bytes(kMiB));
+    pasta_.Escrever("cliente/vazio", "");
+    for (const char* protegido : {"Config/Zu.ini", "Cache/x", "jogo.log"}) {
+        pasta_.Escrever(std::string("cliente/") + protegido, "do jogador");
+    }
+    const std::vector<std::string> opcoes{"--partes-mib=1", "--versao=1.2 beta", "--chave-assets=k", "--remover=a\\b",
+                                          "--remover=c"};
+    ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_.erros;
+    ASSERT_EQ(Conferir(), kFeito) << saida_.linhas << saida_.erros;
+
+    const update::UpdateList lista = Lista();
+    EXPECT_EQ(lista.seq, 7);
+    EXPECT_EQ(lista.versao, "1.2 beta");
+    EXPECT_EQ(lista.chaveAssets, "k");
+    EXPECT_EQ(lista.remover, (std::vector<std::string>{"a/b", "c"}));
+    std::vector<std::string> caminhos;
+    for (const update::ItemLista& item : lista.itens)
+        caminhos.push_back(item.caminho);
+    EXPECT_EQ(caminhos, (std::vector<std::string>{"data/B.pak", "Data_x/é ç.txt", "justo.pak", "vazio", "Zu.exe"}));
+    EXPECT_EQ(lista.itens[0].partes, 3U);
+    EXPECT_EQ(lista.itens[2].partes, 0U);
+    std::string junto;
+    for (const char* parte : {".p001", ".p002", ".p003"})
+        junto += pasta_.Ler(std::string("saida/data/B.pak") + parte);
+    EXPECT_TRUE(junto == grande);
+    EXPECT_EQ(pasta_.Ler("saida/data/B.pak.p003").size(), 5U);
+    EXPECT_EQ(pasta_.Tudo().size(), 7U + 7U + 2U) << "client, published, list and record; nothing temporary";
+
+    const std::vector<std::string> publicados{"saida/Zu.exe", "saida/vazio", "saida/data/B.pak.p001",
+                                              "saida/data/B.pak.p002", "saida/data/B.pak.p003"};
+    std::map<std::string, std::uint64_t> horas;
+    for (const std::string& nome : publicados)
+        horas[nome] = Hora(nome);
+    const std::string textoDaLista = pasta_.Ler("saida/UpdateList.txt");
+    Sleep(50);
+    ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_.erros;
+    for (const std::string& nome : publicados)
+        EXPECT_EQ(Hora(nome), horas[nome]) << nome;
+    EXPECT_EQ(pasta_.Ler("saida/UpdateList.txt"), textoDaLista);
+
+    // Damage that neither size nor time shows is found and repaired, and only there.
+    pasta_.Adulterar("saida/Zu.exe", "prOgrama");
+    pasta_.Adulterar("saida/data/B.pak.p002", "dano");
+    ASSERT_EQ(Publicar(8, opcoes), kFeito) << saida_.erros;
+    EXPECT_TRUE(Contem(saida_.linhas, "2 copiado(s)")) << saida_.linhas;
+    EXPECT_EQ(pasta_.Ler("saida/Zu.exe"), "programa");
+    EXPECT_EQ(Hora("saida/data/B.pak.p001"), horas["saida/data/B.pak.p001"]);
+    EXPECT_EQ(Conferir(), kFeito) << saida_.linhas << saida_.erros;
+}
+
+TEST_F(Forjal, ConferirDizOQueDifere) {
+    pasta_.Escrever("cliente/Zu.exe", "programa");
+    pasta_.Escrever("cliente/b.pak", teste::Bytes(kMiB + 9));
+    const std::vector<std::pair<std::function<void()>, std::string>> danos{
+        {[] {}, ""},
+        {[&] { pasta_.Adulterar("saida/Zu.exe", "PROGRAMA"); }, "diferente: Zu.exe (CRC"},
+        {[&] { pasta_.Escrever("saida/Zu.exe", "prog"); }, "diferente: Zu.exe (4 bytes, esperado 8)"},
+        {[&] { Apagar("saida/Zu.exe"); }, "faltando: Zu.exe"},
+        {[&] { Apagar("saida/b.pak.p002"); }, "faltando: b.pak.p002"},
+        {[&] { pasta_.Adulterar("saida/b.pak.p001", "dano"); }, "diferente: b.pak em 2 parte(s) (CRC"},
+        {[&] {
+             // By way of another name: Wine takes a change of letter case alone for none.
+             std::filesystem::rename(pasta_ / "saida/Zu.exe", pasta_ / "saida/meio");
+             std::filesystem::rename(pasta_ / "saida/meio", pasta_ / "saida/ZU.EXE");
+         },
+         "ZU.EXE"},
+        {[&] { pasta_.Adulterar("saida/UpdateList.txt", ";seq\t2"); }, "assinatura"},
+        {[&] { pasta_.Escrever("saida/UpdateList.txt", ";seq\t1\nZu.exe\t0\t0\n"); }, "assinatura"},
+        {[&] { Apagar("saida/UpdateList.txt"); }, "UpdateList.txt"},
+    };
+    for (const auto& [estragar, esperado] : danos) {
+        Apagar("saida");
+        ASSERT_EQ(Publicar(1, {"--partes-mib=1"}), kFeito) << saida_.erros;
+        estragar();
+        EXPECT_EQ(Conferir(), esperado.empty() ? kFeito : kRecusado) << esperado;
+        EXPECT_TRUE(Contem(saida_.linhas + saida_.erros, esperado)) << esperado << saida_.linhas << saida_.erros;
+    }
+}
+
+TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
+    pasta_.Escrever("cliente/Zu.exe", "programa");
+    pasta_.Escrever("cliente/pasta/a", "a");
+    ASSERT_EQ(Publicar(5), kFeito) << saida_.erros;
+    const std::string lista = pasta_.Ler("saida/UpdateList.txt");
+    pasta_.Escrever("cliente/Zu.exe", "programa novo");
+
+    const auto recusa = [&](int seq, const std::vector<std::string>& mais, const std::string& parte) {
+        const auto antes = pasta_.Tudo();
+        EXPECT_EQ(Publicar(seq, mais), kRecusado) << parte;
+        EXPECT_TRUE(Contem(saida_.erros, parte)) << parte << "\n" << saida_.erros;
+        EXPECT_EQ(pasta_.Tudo(), antes) << parte;
+    };
+    recusa(4, {}, "--seq: 4 é menor que o já publicado, 5");
+    recusa(6, {"--remover=ZU.EXE"}, "--remover=ZU.EXE");
+    recusa(6, {"--remover=pasta"}, "--remover=pasta");
+    pasta_.Escrever("cliente/updatelist.TXT", "x");
+    pasta_.Escrever("cliente/;x", "x");
+    recusa(6, {}, "updatelist.TXT");
+    recusa(6, {}, ";x");
+    Apagar("cliente/updatelist.TXT");
+    Apagar("cliente/;x");
+    pasta_.Escrever("cliente/g", teste::Bytes(kMiB + 1));
+    pasta_.Escrever("cliente/G.p002", "x");
+    recusa(6, {"--partes-mib=1"}, "mesmo nome");
+    EXPECT_EQ(Publicar(6), kFeito) << "nothing is split, so the names do not meet: " << saida_.erros;
+    pasta_.Escrever("saida/UpdateList.txt", lista);
+    {
+        const HandleArquivo outra(CreateFileW((pasta_ / "saida/Forjal.trava").c_str(), GENERIC_WRITE, 0, nullptr,
+                                              OPEN_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        EXPECT_EQ(Publicar(6), kRecusado);
+        EXPECT_TRUE(Contem(saida_.erros, "em andamento")) << saida_.erros;
+    }
+    pasta_.Escrever("saida/UpdateList.txt", "<html>");
+    recusa(6, {}, "não confere com --chave");
+    ASSERT_EQ(Rodar({"chaves", "--saida=@\\outras"}), kFeito);
+    pasta_.Escrever("saida/UpdateList.txt", lista);
+    EXPECT_EQ(
+        Rodar({"publicar", "--cliente=@\\cliente", "--saida=@\\saida", "--chave=@\\outras\\lista.chave", "--seq=9"}),
+        kRecusado);
+    EXPECT_EQ(pasta_.Ler("saida/UpdateList.txt"), lista);
+
+    Apagar("cliente");
+    pasta_.Escrever("cliente/jogo.log", "só o que é protegido");
+    recusa(6, {}, "--cliente");
+}
+
+TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
+    pasta_.Escrever("cliente/Zu.exe", "programa");
+    ASSERT_EQ(Publicar(1), kFeito);
+    const std::string lista = pasta_.Ler("saida/UpdateList.txt");
+    // The last word of progress comes when everything has been copied.
+    saida_.aoProgredir = [&] {
+        Sleep(20);
+        pasta_.Escrever("cliente/Zu.exe", "prOgrama");
+    };
+    EXPECT_EQ(Publicar(2), kRecusado);
+    EXPECT_TRUE(Contem(saida_.erros, "Zu.exe: mudou durante a publicação")) << saida_.erros;
+    EXPECT_EQ(pasta_.Ler("saida/UpdateList.txt"), lista);
+
+    // Longer or shorter than when it was listed.
+    std::atomic<std::uint64_t> bytes = 0;
+    std::atomic<bool> parar = false;
+    for (const std::uint64_t tamanho : {7U, 9U}) {
+        const Trecho trecho{.caminho = "novo", .inicio = 0, .tamanho = tamanho};
+        const ResultadoDaCopia r =
+            PublicarArquivo(pasta_ / "cliente/Zu.exe", {&trecho, 1}, pasta_ / "saida", bytes, parar);
+        EXPECT_EQ(r.erro, kMudou) << tamanho;
+    }
+}
+
+TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
+    pasta_.Escrever("saida/index.html", "do servidor");
+    pasta_.Escrever("saida/velho/pagina.html", "do servidor");
+    pasta_.Escrever("cliente/fica", "fica");
+    pasta_.Escrever("cliente/velho/a/b", "sai");
+    pasta_.Escrever("cliente/Grande", teste::Bytes(kMiB + 1));
+    pasta_.Escrever("cliente/trocado", "do cliente");
+    ASSERT_EQ(Publicar(1), kFeito) << saida_.erros;
+    Apagar("cliente/velho");
+    Apagar("cliente/trocado");
+    ASSERT_EQ(Publicar(2, {"--partes-mib=1"}), kFeito) << saida_.erros;
+    EXPECT_TRUE(pasta_.Tem("saida/velho/a/b") && pasta_.Tem("saida/Grande")) << "kept until --limpar";
+
+    // Since then the server team has put a page of its own under an old name; and somebody has written to the
+    // record.
+    pasta_.Escrever("saida/trocado", "do website");
+    pasta_.Escrever("fora", "oi");
+    pasta_.Escrever("saida/Forjal.publicados",
+                    pasta_.Ler("saida/Forjal.publicados") + "97D2BC6B\t2\t../fora\n97D2BC6B\t2\t..\\fora\nlixo\n\n");
+    ASSERT_EQ(Publicar(3, {"--partes-mib=1", "--limpar"}), kFeito) << saida_.erros;
+    std::set<std::string> nomes;
+    for (const auto& [nome, conteudo] : pasta_.Tudo()) {
+        if (!nome.starts_with("cliente/")) nomes.insert(nome);
+    }
+    EXPECT_EQ(nomes, (std::set<std::string>{"fora", "saida/Forjal.publicados", "saida/Grande.p001", "saida/Grande.p002",
+                                            "saida/UpdateList.txt", "saida/fica", "saida/index.html", "saida/trocado",
+                                            "saida/velho/pagina.html"}));
+    EXPECT_FALSE(pasta_.Tem("saida/velho/a"));
+    EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
+
+    // Back in one piece: the parts are the old files now.
+    ASSERT_EQ(Publicar(4, {"--limpar"}), kFeito) << saida_.erros;
+    EXPECT_TRUE(pasta_.Tem("saida/Grande") && !pasta_.Tem("saida/Grande.p001") && !pasta_.Tem("saida/Grande.p002"));
+    EXPECT_EQ(pasta_.Ler("saida/trocado"), "do website");
+    EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
+}
+
+TEST_F(Forjal, NomesPublicadosSeguemACaixaDoCliente) {
+    pasta_.Escrever("cliente/Data/Zu.Pak", "x");
+    ASSERT_EQ(Publicar(1), kFeito) << saida_.erros;
+    Apagar("cliente");
+    pasta_.Escrever("cliente/data/zu.pak", "x");
+    ASSERT_EQ(Publicar(2, {"--limpar"}), kFeito) << saida_.erros;
+    const auto tudo = pasta_.Tudo();
+    EXPECT_TRUE(tudo.contains("saida/data/zu.pak")) << testing::PrintToString(tudo);
+    EXPECT_EQ(tudo.size(), 4U);
+}
+
+struct CasoDeNomes {
+    std::vector<std::string> caminhos;
+    std::string recusa;  // empty: may be published
+};
+
+TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
+    const std::vector<CasoDeNomes> casos{
+        {{"Data/a.pak", "Data/b.pak", "data.pak"}, ""},
+        {{"aux.txt"}, "aux.txt: a lista"},
+        {{"Data/com1"}, "Data/com1: a lista"},
+        {{"a."}, "a.: a lista"},
+        {{"a:b"}, "a:b: a lista"},
+        {{"a\tb"}, "a lista"},
+        {{"../a"}, "../a: a lista"},
+        {{"a\\b"}, "a\\b: a lista"},
+        {{";assinatura"}, ";assinatura: a lista"},
+        {{"sub/;x", "sub/UpdateList.txt"}, ""},
+        {{"FORJAL.publicados"}, "reservado"},
+        {{"forjal.trava"}, "reservado"},
+        {{"Zu.exe", "zu.EXE"}, "mesmo nome"},
+        {{"AÇÃO.txt", "ação.TXT"}, "mesmo nome"},
+        {{"Ω/x", "ω/y"}, "Ω e ω: pastas"},
+        {{"x", "X/y"}, "arquivo e pasta"},
+        {{"a/b/c", "A/b/d"}, "pastas que só diferem"},
+    };
+    for (const auto& [caminhos, recusa] : casos) {
+        std::vector<ArquivoDoCliente> arquivos;
+        for (const std::string& caminho : caminhos)
+            arquivos.push_back({.caminho = caminho});
+        const std::set<std::string> recusas = RecusarNomes(arquivos);
+        EXPECT_EQ(recusas.empty(), recusa.empty()) << testing::PrintToString(recusas);
+        EXPECT_TRUE(Contem(testing::PrintToString(recusas), recusa)) << recusa << testing::PrintToString(recusas);
+    }
+}
+
+TEST(ForjalNomes, PartesAteOLimiteESemEncontrarOutroNome) {
+    std::vector<ArquivoDoCliente> arquivos{{.caminho = "x.pak", .tamanho = 999 * kMiB}};
+    Dividir(arquivos, kMiB);
+    EXPECT_EQ(arquivos[0].partes, 999U);
+    EXPECT_TRUE(RecusarNomes(arquivos).empty());
+    const std::vector<Trecho> trechos = TrechosDe(arquivos[0], kMiB);
+    EXPECT_EQ(trechos.back().caminho, "x.pak.p999");
+    EXPECT_EQ(trechos.back().inicio, 998 * kMiB);
+
+    arquivos[0].tamanho += 1;
+    Dividir(arquivos, kMiB);
+    const std::set<std::string> muitas = RecusarNomes(arquivos);
+    ASSERT_EQ(muitas.size(), 1U);
+    EXPECT_TRUE(Contem(*muitas.begin(), "x.pak") && Contem(*muitas.begin(), "999")) << *muitas.begin();
+
+    for (const char* outro : {"x.pak.p001", "X.PAK.P002", "x.pak.p002/dentro"}) {
+        std::vector<ArquivoDoCliente> dois{{.caminho = "x.pak", .tamanho = 2 * kMiB}, {.caminho = outro}};
+        EXPECT_TRUE(RecusarNomes(dois).empty()) << outro;
+        Dividir(dois, kMiB);
+        EXPECT_EQ(RecusarNomes(dois).size(), 1U) << outro;
+    }
+}
+
+TEST(ForjalParalelo, CadaTrabalhoUmaVez) {
+    for (const std::size_t quantos : {0U, 1U, 1000U}) {
+        std::vector<std::uint64_t> tamanhos(quantos, 1);
+        std::vector<std::atomic<int>> vezes(quantos);
+        int avisos = 0;
+        EmParalelo(
+            tamanhos, [&](std::size_t i) { ++vezes[i]; }, [&] { ++avisos; });
+        EXPECT_TRUE(std::ranges::all_of(vezes, [](const auto& v) { return v == 1; }));
+        EXPECT_GE(avisos, 1);
+    }
+}
+
+}  // namespace
+}  // namespace zu::launcher::forjal

@@ -1,0 +1,80 @@
+// A folder of a test's own, gone with the test.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+#include "core/arquivo.h"
+#include "core/handle.h"
+#include "core/utf16.h"
+
+namespace zu::launcher::teste {
+
+class PastaTemporaria {
+ public:
+    explicit PastaTemporaria(const std::wstring& nome = L"pasta com espaço") {
+        static std::atomic<int> numero = 0;
+        raiz_ = std::filesystem::temp_directory_path() /
+                (L"zu-teste-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++numero));
+        pasta_ = raiz_ / nome;
+        std::filesystem::create_directories(pasta_);
+        pasta_ = CaminhoCanonico(pasta_);
+    }
+    PastaTemporaria(const PastaTemporaria&) = delete;
+    PastaTemporaria& operator=(const PastaTemporaria&) = delete;
+    ~PastaTemporaria() {
+        std::error_code erro;
+        std::filesystem::remove_all(raiz_, erro);
+    }
+
+    [[nodiscard]] const std::filesystem::path& Caminho() const { return pasta_; }
+    [[nodiscard]] std::filesystem::path operator/(const std::string& relativo) const {
+        return (pasta_ / DeUtf8(relativo)).make_preferred();
+    }
+
+    void Escrever(const std::string& relativo, const std::string& conteudo) const {
+        std::filesystem::create_directories((*this / relativo).parent_path());
+        if (!GravarArquivoAtomico(*this / relativo, conteudo)) throw std::runtime_error("escrever " + relativo);
+    }
+    // "(nada)" when there is no such file.
+    [[nodiscard]] std::string Ler(const std::string& relativo) const {
+        std::string conteudo;
+        return LerArquivoInteiro(*this / relativo, conteudo) ? conteudo : "(nada)";
+    }
+    [[nodiscard]] bool Tem(const std::string& relativo) const { return std::filesystem::exists(*this / relativo); }
+
+    // Changes a file without its size and time showing it.
+    void Adulterar(const std::string& relativo, const std::string& conteudo) const {
+        const HandleArquivo arquivo(CreateFileW((*this / relativo).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                                OPEN_EXISTING, 0, nullptr));
+        FILETIME hora{};
+        DWORD escritos = 0;
+        if (GetFileTime(arquivo.Valor(), nullptr, nullptr, &hora) == 0 ||
+            WriteFile(arquivo.Valor(), conteudo.data(), static_cast<DWORD>(conteudo.size()), &escritos, nullptr) == 0 ||
+            SetFileTime(arquivo.Valor(), nullptr, nullptr, &hora) == 0) {
+            throw std::runtime_error("adulterar " + relativo);
+        }
+    }
+
+    // Every file below, by its path with "/", with its content; the logs apart, which every run writes.
+    [[nodiscard]] std::map<std::string, std::string> Tudo() const {
+        std::map<std::string, std::string> tudo;
+        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_)) {
+            if (!entrada.is_regular_file() || entrada.path().extension() == L".log") continue;
+            std::string nome = ParaUtf8(entrada.path().lexically_relative(pasta_).generic_wstring());
+            tudo[nome] = Ler(nome);
+        }
+        return tudo;
+    }
+
+ private:
+    std::filesystem::path raiz_;
+    std::filesystem::path pasta_;
+};
+
+}  // namespace zu::launcher::teste

@@ -1,0 +1,108 @@
+#include "tests/suporte/publicacao.h"
+
+#include <algorithm>
+#include <random>
+#include <stdexcept>
+
+#include "app/selo.h"
+#include "core/chaves.h"
+#include "core/crc32.h"
+#include "core/hash.h"
+#include "core/texto.h"
+#include "tools/forjal/chave_da_lista.h"
+#include "update/hash_arquivo.h"
+#include "update/url.h"
+
+namespace zu::launcher::teste {
+namespace {
+
+std::span<const std::uint8_t> ComoBytes(std::string_view texto) {
+    return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()};
+}
+
+forjal::ChaveDaLista LerChave() {
+    forjal::ChaveDaLista chave;
+    std::string erro;
+    if (!chave.Ler(std::filesystem::path(ZU_PASTA_CHAVES) / "lista.chave", erro)) throw std::runtime_error(erro);
+    return chave;
+}
+
+}  // namespace
+
+std::string Assinar(std::string_view assinados) {
+    static const forjal::ChaveDaLista chave = LerChave();
+    std::vector<std::uint8_t> assinatura;
+    if (!chave.Assinar(ComoBytes(assinados), assinatura)) throw std::runtime_error("assinar");
+    return update::JuntarAssinatura(assinados, assinatura);
+}
+
+update::UpdateList Publicacao::Lista() const {
+    update::UpdateList lista;
+    lista.seq = seq;
+    lista.versao = versao;
+    lista.remover = remover;
+    for (const auto& [caminho, conteudo] : arquivos) {
+        const auto parte = partes.find(caminho);
+        lista.itens.push_back({.caminho = caminho,
+                               .sha256 = ParaHex(Sha256Of(ComoBytes(conteudo))),
+                               .tamanho = conteudo.size(),
+                               .crc = ~Crc32Update(kCrc32Inicial, conteudo.data(), conteudo.size()),
+                               .partes = parte == partes.end() ? 0 : parte->second});
+    }
+    return lista;
+}
+
+void Publicacao::Servir(Servidor& servidor) const {
+    for (const update::ItemLista& item : Lista().itens) {
+        const std::string& conteudo = arquivos.at(item.caminho);
+        const std::string caminho = MontarUrl("", item.caminho).substr(1);
+        if (item.partes == 0) {
+            servidor.Definir(caminho, teste::Servir(conteudo));
+            continue;
+        }
+        const std::size_t porParte = (conteudo.size() + item.partes - 1) / item.partes;
+        for (std::uint32_t i = 0; i < item.partes; ++i) {
+            servidor.Definir(caminho + SufixoDaParte(i + 1), teste::Servir(conteudo.substr(i * porParte, porParte)));
+        }
+    }
+    servidor.Definir("UpdateList.txt", teste::Servir(Assinar(update::EscreverLista(Lista()))));
+}
+
+std::string Bytes(std::size_t tamanho, unsigned semente) {
+    std::mt19937 sorteio(semente);
+    std::string bytes(tamanho, '\0');
+    for (char& b : bytes)
+        b = static_cast<char>(sorteio());
+    return bytes;
+}
+
+std::string Selado(const std::string& urlUpdate, bool automatico) {
+    return Selar(MontarCorpo({.nome = "Zu de teste", .updateAutomatico = automatico, .update = urlUpdate}),
+                 SegredoDoSelo());
+}
+
+void Configurar(const std::filesystem::path& pasta, const std::string& urlUpdate, int conexoes) {
+    ConfigLauncher config;
+    config.pastaJogo = pasta;
+    config.urlUpdate = urlUpdate;
+    config.conexoes = conexoes;
+    DefinirConfig(config);
+}
+
+std::string LerLog(const PastaTemporaria& pasta) {
+    return pasta.Ler("ZuLauncher.log");
+}
+
+std::vector<std::string> LinhasDoLog(const PastaTemporaria& pasta) {
+    constexpr std::size_t kTamanhoDaHora = std::string_view("00:00:00.000 ").size();
+    const std::string log = LerLog(pasta);
+    std::vector<std::string> linhas;
+    for (std::string_view resto = log; !resto.empty();) {
+        std::string_view linha = TomarAte(resto, '\n');
+        if (linha.ends_with('\r')) linha.remove_suffix(1);
+        linhas.emplace_back(linha.substr(std::min(kTamanhoDaHora, linha.size())));
+    }
+    return linhas;
+}
+
+}  // namespace zu::launcher::teste

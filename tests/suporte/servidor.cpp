@@ -1,0 +1,190 @@
+#include "tests/suporte/servidor.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "core/formato.h"
+#include "core/texto.h"
+
+namespace zu::launcher::teste {
+namespace {
+
+// Waits until there is something to take from the socket. False when the server is to end.
+bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
+    while (!fim) {
+        fd_set prontos{};
+        FD_SET(socket, &prontos);
+        timeval limite{0, 20'000};
+        if (select(0, &prontos, nullptr, nullptr, &limite) != 0) return true;
+    }
+    return false;
+}
+
+// Reads up to the blank line that ends a request's headers. False when the client closed.
+bool LerCabeca(SOCKET conexao, std::string& cabeca, const std::atomic<bool>& fim) {
+    cabeca.clear();
+    char letra = 0;
+    if (!Esperar(conexao, fim)) return false;
+    while (!cabeca.ends_with("\r\n\r\n")) {
+        if (recv(conexao, &letra, 1, 0) != 1) return false;
+        cabeca.push_back(letra);
+    }
+    return true;
+}
+
+Pedido LerPedido(const std::string& cabeca) {
+    std::string_view resto = cabeca;
+    std::string_view primeira = TomarAte(resto, '\n');
+    TomarAte(primeira, ' ');
+    std::string_view alvo = TomarAte(primeira, ' ');
+    Pedido pedido;
+    pedido.caminho = TomarAte(alvo, '?').substr(1);
+    pedido.consulta = alvo;
+    while (!resto.empty()) {
+        std::string_view linha = TomarAte(resto, '\n');
+        if (linha.ends_with('\r')) linha.remove_suffix(1);
+        const std::string nome = MinusculasAscii(std::string(TomarAte(linha, ':')));
+        if (!nome.empty()) pedido.cabecalhos[nome] = linha.substr(std::min<std::size_t>(1, linha.size()));
+    }
+    return pedido;
+}
+
+bool EnviarTudo(SOCKET conexao, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const int enviados = send(conexao, bytes.data(), static_cast<int>(bytes.size()), 0);
+        if (enviados <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(enviados));
+    }
+    return true;
+}
+
+}  // namespace
+
+Roteiro Servir(std::string conteudo) {
+    return [conteudo = std::move(conteudo)](const Pedido& pedido) -> Resposta {
+        const std::string faixa = pedido.Cabecalho("range");
+        if (faixa.empty()) return {.corpo = conteudo};
+        const std::uint64_t inicio = std::stoull(faixa.substr(std::string_view("bytes=").size()));
+        if (inicio >= conteudo.size()) {
+            return {.status = 416, .cabecalhos = {{"Content-Range", Formatar("bytes */{}", conteudo.size())}}};
+        }
+        return {.status = 206,
+                .corpo = conteudo.substr(inicio),
+                .cabecalhos = {
+                    {"Content-Range", Formatar("bytes {}-{}/{}", inicio, conteudo.size() - 1, conteudo.size())}}};
+    };
+}
+
+Servidor::Servidor() {
+    WSADATA dados{};
+    if (WSAStartup(MAKEWORD(2, 2), &dados) != 0) throw std::runtime_error("WSAStartup");
+    escuta_ = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    sockaddr_in endereco{};
+    endereco.sin_family = AF_INET;
+    endereco.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int tamanho = sizeof endereco;
+    if (bind(escuta_, reinterpret_cast<sockaddr*>(&endereco), tamanho) != 0 || listen(escuta_, 64) != 0 ||
+        getsockname(escuta_, reinterpret_cast<sockaddr*>(&endereco), &tamanho) != 0) {
+        throw std::runtime_error("servidor de teste");
+    }
+    porta_ = ntohs(endereco.sin_port);
+    aceitador_ = std::jthread([this] { Aceitar(); });
+}
+
+Servidor::~Servidor() {
+    fim_ = true;
+    aceitador_.join();
+    closesocket(escuta_);
+    atendentes_.clear();
+    WSACleanup();
+}
+
+std::string Servidor::Url() const {
+    return Formatar("http://127.0.0.1:{}/", porta_);
+}
+
+void Servidor::Definir(const std::string& caminho, Roteiro roteiro) {
+    const std::lock_guard guarda(trava_);
+    roteiros_[caminho] = std::move(roteiro);
+}
+
+std::vector<Pedido> Servidor::Pedidos(const std::string& caminho) const {
+    const std::lock_guard guarda(trava_);
+    std::vector<Pedido> deste;
+    std::ranges::copy_if(pedidos_, std::back_inserter(deste), [&](const Pedido& p) { return p.caminho == caminho; });
+    return deste;
+}
+
+std::size_t Servidor::QuantosPedidos() const {
+    const std::lock_guard guarda(trava_);
+    return pedidos_.size();
+}
+
+void Servidor::EsquecerPedidos() {
+    const std::lock_guard guarda(trava_);
+    pedidos_.clear();
+}
+
+void Servidor::Aceitar() {
+    while (Esperar(escuta_, fim_)) {
+        SOCKET const conexao = accept(escuta_, nullptr, nullptr);
+        if (conexao == INVALID_SOCKET) return;
+        atendentes_.emplace_back([this, conexao] { Atender(conexao); });
+    }
+}
+
+void Servidor::Atender(SOCKET conexao) {
+    const int abertas = ++abertas_;
+    for (int antes = maisConexoes_; antes < abertas && !maisConexoes_.compare_exchange_weak(antes, abertas);) {
+    }
+    std::string cabeca;
+    while (LerCabeca(conexao, cabeca, fim_)) {
+        const Resposta resposta = Responder(LerPedido(cabeca));
+        Dormir(resposta.atraso);
+        const bool enviou = Enviar(conexao, resposta);
+        if (resposta.fim == Fim::kDerrubar) {
+            const linger jaNao{1, 0};
+            setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
+        }
+        while (resposta.fim == Fim::kCalar && !fim_)
+            Dormir(std::chrono::milliseconds(20));
+        if (!enviou || resposta.fim != Fim::kNormal) break;
+    }
+    --abertas_;
+    closesocket(conexao);
+}
+
+Resposta Servidor::Responder(const Pedido& pedido) {
+    Roteiro roteiro;
+    {
+        const std::lock_guard guarda(trava_);
+        pedidos_.push_back(pedido);
+        const auto lugar = roteiros_.find(pedido.caminho);
+        if (lugar != roteiros_.end()) roteiro = lugar->second;
+    }
+    return roteiro ? roteiro(pedido) : Resposta{.status = 404, .corpo = "nada aqui"};
+}
+
+bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
+    std::string cabeca = Formatar("HTTP/1.1 {} X\r\n", resposta.status);
+    if (!resposta.semTamanho) {
+        cabeca += Formatar("Content-Length: {}\r\n", resposta.anunciado.value_or(resposta.corpo.size()));
+    }
+    for (const auto& [nome, valor] : resposta.cabecalhos)
+        cabeca += Formatar("{}: {}\r\n", nome, valor);
+    if (resposta.fim != Fim::kNormal) cabeca += "Connection: close\r\n";
+    if (!EnviarTudo(conexao, cabeca + "\r\n")) return false;
+    std::string_view corpo = resposta.corpo;
+    while (!corpo.empty() && !fim_) {
+        if (!EnviarTudo(conexao, corpo.substr(0, resposta.bloco))) return false;
+        corpo.remove_prefix(std::min(resposta.bloco, corpo.size()));
+        if (!corpo.empty()) Dormir(resposta.pausa);
+    }
+    return true;
+}
+
+void Servidor::Dormir(std::chrono::milliseconds pausa) const {
+    if (pausa.count() > 0 && !fim_) std::this_thread::sleep_for(pausa);
+}
+
+}  // namespace zu::launcher::teste

@@ -1,0 +1,94 @@
+// A loopback web server that plays the good and the hostile cases that a test scripts.
+#pragma once
+
+#include <winsock2.h>
+// after winsock2.h
+#include <windows.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zu::launcher::teste {
+
+struct Pedido {
+    std::string caminho;                            // escaped, without the leading "/" and without the query
+    std::string consulta;                           // behind the "?"
+    std::map<std::string, std::string> cabecalhos;  // names in lower case
+
+    [[nodiscard]] std::string Cabecalho(const std::string& nome) const {
+        const auto lugar = cabecalhos.find(nome);
+        return lugar == cabecalhos.end() ? "" : lugar->second;
+    }
+};
+
+// How an answer ends once its bytes are out.
+enum class Fim {
+    kNormal,    // the connection stays for the next request
+    kFechar,    // closed in order
+    kDerrubar,  // reset
+    kCalar,     // held open in silence until the server ends
+};
+
+struct Resposta {
+    int status = 200;
+    std::string corpo;
+    std::map<std::string, std::string> cabecalhos;
+    std::optional<std::uint64_t> anunciado;  // Content-Length when it is not the body's; 0 bytes more: none at all
+    bool semTamanho = false;                 // no Content-Length: the body ends with the connection
+    Fim fim = Fim::kNormal;
+    std::chrono::milliseconds atraso{0};
+    std::size_t bloco = 64 * 1024;       // bytes sent at once
+    std::chrono::milliseconds pausa{0};  // between two blocks
+};
+
+using Roteiro = std::function<Resposta(const Pedido&)>;
+
+// Serves content as a good server does, ranges included.
+Roteiro Servir(std::string conteudo);
+
+class Servidor {
+ public:
+    Servidor();
+    Servidor(const Servidor&) = delete;
+    Servidor& operator=(const Servidor&) = delete;
+    ~Servidor();
+
+    // The base address, with "/" at its end.
+    [[nodiscard]] std::string Url() const;
+    // Paths are as they travel. Everything that has no script is answered with 404.
+    void Definir(const std::string& caminho, Roteiro roteiro);
+
+    [[nodiscard]] std::vector<Pedido> Pedidos(const std::string& caminho) const;
+    [[nodiscard]] std::size_t QuantosPedidos() const;
+    void EsquecerPedidos();
+    // The most connections that were open at once.
+    [[nodiscard]] int MaisConexoes() const { return maisConexoes_; }
+
+ private:
+    void Aceitar();
+    void Atender(SOCKET conexao);
+    Resposta Responder(const Pedido& pedido);
+    bool Enviar(SOCKET conexao, const Resposta& resposta) const;
+    void Dormir(std::chrono::milliseconds pausa) const;
+
+    SOCKET escuta_ = INVALID_SOCKET;
+    int porta_ = 0;
+    std::atomic<bool> fim_ = false;
+    std::atomic<int> abertas_ = 0;
+    std::atomic<int> maisConexoes_ = 0;
+    mutable std::mutex trava_;
+    std::map<std::string, Roteiro> roteiros_;
+    std::vector<Pedido> pedidos_;
+    std::vector<std::jthread> atendentes_;  // touched by the accepting thread alone, while it runs
+    std::jthread aceitador_;
+};
+
+}  // namespace zu::launcher::teste

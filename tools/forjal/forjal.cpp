@@ -1,0 +1,140 @@
+#include "tools/forjal/forjal.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/formato.h"
+#include "core/utf16.h"
+#include "tools/forjal/comandos.h"
+#include "tools/forjal/opcoes.h"
+
+namespace zu::launcher::forjal {
+namespace {
+
+constexpr std::array kOpcoesChaves{RegraDeOpcao{L"--saida", Valor::kNaoVazio, Vezes::kUma}};
+
+constexpr std::array kOpcoesSelar{
+    RegraDeOpcao{L"--segredo", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--saida", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--nome", Valor::kTexto, Vezes::kAteUma},
+    RegraDeOpcao{L"--update", Valor::kTexto, Vezes::kAteUma},
+    RegraDeOpcao{L"--sem-update", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--site", Valor::kTexto, Vezes::kAteUma},
+    RegraDeOpcao{L"--seletor", Valor::kTexto, Vezes::kAteUma},
+    RegraDeOpcao{L"--registro", Valor::kTexto, Vezes::kAteUma},
+};
+
+constexpr std::array kOpcoesAbrir{RegraDeOpcao{L"--segredo", Valor::kNaoVazio, Vezes::kUma}};
+
+constexpr std::array kOpcoesPublicar{
+    RegraDeOpcao{L"--cliente", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--saida", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--chave", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--seq", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--versao", Valor::kTexto, Vezes::kAteUma},
+    RegraDeOpcao{L"--chave-assets", Valor::kTexto, Vezes::kAteUma},
+    RegraDeOpcao{L"--partes-mib", Valor::kNaoVazio, Vezes::kAteUma},
+    RegraDeOpcao{L"--remover", Valor::kNaoVazio, Vezes::kVarias},
+    RegraDeOpcao{L"--limpar", Valor::kNenhum, Vezes::kAteUma},
+};
+
+constexpr std::array kOpcoesConferir{
+    RegraDeOpcao{L"--publicado", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--pub", Valor::kNaoVazio, Vezes::kUma},
+};
+
+struct Comando {
+    std::wstring_view nome;
+    Sintaxe sintaxe;
+    int (*rodar)(const Opcoes& opcoes, Saida& saida);
+    std::string_view ajuda;
+};
+
+constexpr std::array<Comando, 5> kComandos{{
+    {L"chaves",
+     {kOpcoesChaves},
+     RodarChaves,
+     "Forjal chaves --saida=PASTA\n"
+     "  Gera as chaves do servidor na pasta: lista.chave (privada, assina a lista), lista.pub (vai no "
+     "launcher) e\n"
+     "  selo.segredo (sela o Launcher.emu e vai no launcher). Nunca sobrescreve uma chave."},
+    {L"selar",
+     {kOpcoesSelar},
+     RodarSelar,
+     "Forjal selar --segredo=ARQUIVO --saida=ARQUIVO [--nome=TEXTO] [--update=URL] [--sem-update] "
+     "[--site=URL]\n"
+     "             [--seletor=TEXTO] [--registro=URL]\n"
+     "  Gera o arquivo de configuração do launcher (Launcher.emu). Os limites são em bytes, em UTF-8.\n"
+     "  --segredo=ARQUIVO   o selo.segredo\n"
+     "  --nome=TEXTO        nome do launcher (até 31)\n"
+     "  --update=URL        endereço do servidor de atualização (até 127)\n"
+     "  --sem-update        guarda o endereço com a atualização automática desligada\n"
+     "  --site=URL          página mostrada na janela (até 127)\n"
+     "  --seletor=TEXTO     seletor do elemento da página (até 63)\n"
+     "  --registro=URL      página de cadastro de contas (até 127)"},
+    {L"abrir",
+     {kOpcoesAbrir, "o arquivo a abrir"},
+     RodarAbrir,
+     "Forjal abrir --segredo=ARQUIVO ARQUIVO\n"
+     "  Mostra o que há num Launcher.emu, ou por que o launcher o recusa."},
+    {L"publicar",
+     {kOpcoesPublicar},
+     RodarPublicar,
+     "Forjal publicar --cliente=PASTA --saida=PASTA --chave=ARQUIVO --seq=N [--versao=TEXTO] "
+     "[--chave-assets=TEXTO]\n"
+     "                [--partes-mib=N] [--remover=CAMINHO]... [--limpar]\n"
+     "  Publica a pasta do cliente: copia para a saída só o que mudou e grava por último a lista assinada.\n"
+     "  --chave=ARQUIVO        a lista.chave\n"
+     "  --seq=N                número da publicação, nunca menor que o da anterior\n"
+     "  --versao=TEXTO         versão que a lista anuncia\n"
+     "  --chave-assets=TEXTO   chave dos assets que a lista leva\n"
+     "  --partes-mib=N         divide arquivos com mais de N MiB em partes de N MiB (até 999 partes)\n"
+     "  --remover=CAMINHO      arquivo que os jogadores não devem mais ter; pode ser repetida\n"
+     "  --limpar               apaga da saída o que o Forjal publicou antes e a lista nova não cita"},
+    {L"conferir",
+     {kOpcoesConferir},
+     RodarConferir,
+     "Forjal conferir --publicado=PASTA --pub=ARQUIVO\n"
+     "  Confere uma pasta publicada: a assinatura da lista (com a lista.pub) e cada arquivo e parte."},
+}};
+
+constexpr std::string_view kFimDaAjuda = "Códigos de saída: 0 feito; 1 recusado ou diferente; 2 uso errado.";
+
+std::string AjudaGeral() {
+    std::string texto = "Forjal: chaves, configuração e publicação do ZuLauncher.\n";
+    for (const Comando& comando : kComandos)
+        texto += Formatar("\n{}\n", comando.ajuda);
+    return Formatar("{}\n{}", texto, kFimDaAjuda);
+}
+
+int RodarComando(const Comando& comando, std::span<const std::wstring> argumentos, Saida& saida) {
+    if (std::ranges::find(argumentos, L"--ajuda") != argumentos.end()) {
+        saida.Linha(comando.ajuda);
+        saida.Linha(kFimDaAjuda);
+        return kFeito;
+    }
+    Opcoes opcoes;
+    std::string erro;
+    const int codigo =
+        opcoes.Ler(argumentos, comando.sintaxe, erro) ? comando.rodar(opcoes, saida) : Falhar(saida, kUsoErrado, erro);
+    if (codigo == kUsoErrado) saida.Erro(Formatar("Veja: Forjal {} --ajuda", ParaUtf8(comando.nome)));
+    return codigo;
+}
+
+}  // namespace
+
+int RodarForjal(std::span<const std::wstring> argumentos, Saida& saida) {
+    if (argumentos.empty()) return Falhar(saida, kUsoErrado, AjudaGeral());
+    const std::wstring& nome = argumentos.front();
+    if (nome == L"--ajuda") {
+        saida.Linha(AjudaGeral());
+        return kFeito;
+    }
+    const auto comando = std::ranges::find(kComandos, std::wstring_view(nome), &Comando::nome);
+    if (comando == kComandos.end()) {
+        return Falhar(saida, kUsoErrado, Formatar("comando desconhecido: {}\nVeja: Forjal --ajuda", ParaUtf8(nome)));
+    }
+    return RodarComando(*comando, argumentos.subspan(1), saida);
+}
+
+}  // namespace zu::launcher::forjal

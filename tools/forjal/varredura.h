@@ -1,0 +1,62 @@
+// What a client folder holds, and whether it can be published under the names it has.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zu::launcher::forjal {
+
+constexpr std::wstring_view kNomeDaLista = L"UpdateList.txt";
+constexpr std::wstring_view kNomeDoRegistro = L"Forjal.publicados";
+constexpr std::wstring_view kNomeDaTrava = L"Forjal.trava";
+constexpr std::uint64_t kMaisPartes = 999;
+
+// One file to publish.
+struct ArquivoDoCliente {
+    std::string caminho;           // UTF-8, relative to the client folder, "/" between the parts
+    std::uint64_t tamanho = 0;     // bytes
+    std::uint64_t modificado = 0;  // FILETIME, as `InfoArquivo`
+    std::uint32_t partes = 0;      // 0: published whole
+};
+
+// One published file: a whole client file or one part of it.
+struct Trecho {
+    std::string caminho;  // relative to the published folder
+    std::uint64_t inicio = 0;
+    std::uint64_t tamanho = 0;
+};
+
+struct Varredura {
+    std::vector<ArquivoDoCliente> arquivos;  // in the order of the list: by path, ASCII letters in lower case
+    std::size_t protegidos = 0;              // files that the launcher never touches, left out
+    std::set<std::string> recusas;           // why the folder cannot be published, one text a fault
+};
+
+// Lists the folder and everything below it. Links to other places are refused, not followed.
+Varredura VarrerCliente(const std::filesystem::path& cliente);
+
+// Gives each file larger than `bytesPorParte` its number of parts; 0 splits none.
+void Dividir(std::span<ArquivoDoCliente> arquivos, std::uint64_t bytesPorParte);
+
+// The files under which one is published.
+std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t bytesPorParte);
+
+// The folders above a path, the outermost first.
+std::vector<std::string> PastasDe(const std::string& caminho);
+
+// The key under which Windows takes two names for one: letter case does not count, in any alphabet.
+std::wstring ChaveDoNome(std::string_view caminho);
+
+// Why these files cannot be published: names that the list or Windows does not take, too many parts, and
+// names that would meet on the server or in the player's folder. Looks at no disk.
+std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos);
+
+// Why these paths, normalised, cannot be removed: the client still has them.
+std::set<std::string> RecusarRemocoes(std::span<const ArquivoDoCliente> arquivos, std::span<const std::string> remover);
+
+}  // namespace zu::launcher::forjal

@@ -1,0 +1,149 @@
+#include "update/agendador.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <thread>
+#include <utility>
+
+#include "core/arquivo.h"
+#include "core/config.h"
+#include "core/log.h"
+#include "core/texto.h"
+#include "update/aplicar.h"
+#include "update/velocidade.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr int kTentativas = 3;
+constexpr int kTentativasUmAUm = 2;
+constexpr std::chrono::milliseconds kIntervaloDoProgresso{100};
+
+std::string TextoDoTamanho(std::uint64_t bytes) {
+    constexpr double kPorMiB = 9.5367431640625e-7;  // 2^-20
+    return Formatar("{:.1f} MB", static_cast<double>(bytes) * kPorMiB);
+}
+
+std::uint64_t SomarTamanhos(const update::UpdateList& lista, std::span<const std::size_t> indices) {
+    std::uint64_t soma = 0;
+    for (const std::size_t indice : indices)
+        soma += lista.itens[indice].tamanho;
+    return soma;
+}
+
+// The workers of one pass. Destroying it waits for them.
+class Equipe {
+ public:
+    Equipe(ContextoDownload& contexto, std::span<const std::size_t> indices, int tentativas)
+        : contexto_(contexto), indices_(indices), tentativas_(tentativas) {}
+
+    void Comecar(std::size_t quantos) {
+        // Those already at work stop at their next item when another one cannot be made.
+        struct Freio {
+            Equipe& equipe;
+            bool solto = false;
+            ~Freio() {
+                if (!solto) equipe.proximo_ = equipe.indices_.size();
+            }
+        } freio{*this};
+        ativos_ = quantos;
+        for (std::size_t i = 0; i < quantos; ++i)
+            threads_.emplace_back([this] { Trabalhar(); });
+        freio.solto = true;
+    }
+
+    // True once all have ended; waits for that as long as `limite`.
+    bool Terminaram(std::chrono::milliseconds limite) {
+        std::unique_lock guarda(trava_);
+        return fim_.wait_for(guarda, limite, [this] { return ativos_ == 0; });
+    }
+
+ private:
+    void Trabalhar() {
+        while (!contexto_.atualizador.Cancelado()) {
+            const std::size_t posicao = proximo_.fetch_add(1);
+            if (posicao >= indices_.size()) break;
+            AplicarItem(contexto_, indices_[posicao], tentativas_);
+        }
+        const std::lock_guard guarda(trava_);
+        if (--ativos_ == 0) fim_.notify_all();
+    }
+
+    ContextoDownload& contexto_;
+    std::span<const std::size_t> indices_;
+    int tentativas_;
+    std::atomic<std::size_t> proximo_ = 0;
+    std::mutex trava_;
+    std::condition_variable fim_;
+    std::size_t ativos_ = 0;
+    std::vector<std::jthread> threads_;  // last, so that they end before what they use
+};
+
+void TentarDeNovo(ContextoDownload& contexto) {
+    std::vector<std::size_t> indices;
+    {
+        const std::lock_guard guarda(contexto.travaFalhas);
+        for (const auto& [caminho, falha] : contexto.falhas)
+            indices.push_back(falha.indice);
+        contexto.falhas.clear();
+    }
+    LogLinha("[update] {} arquivo(s) não vieram; baixando um de cada vez", indices.size());
+    RodarTrabalhadores(contexto, indices, 1, kTentativasUmAUm);
+}
+
+bool Encerrar(ContextoDownload& contexto) {
+    Painel& painel = contexto.atualizador.Quadro();
+    if (contexto.atualizador.Cancelado()) {
+        painel.Definir(StatusUpdate::kErro, "Download cancelado.");
+        return false;
+    }
+    if (contexto.falhas.empty()) return true;
+    const std::size_t quantas = contexto.falhas.size();
+    painel.Definir(StatusUpdate::kErro,
+                   Formatar("{} arquivo(s) não baixaram. {}{}", quantas, contexto.falhas.begin()->second.erro,
+                            quantas > 1 ? " (veja o ZuLauncher.log)" : ""));
+    return false;
+}
+
+}  // namespace
+
+ContextoDownload::ContextoDownload(Atualizador& dono, const update::UpdateList& daLista)
+    : atualizador(dono), lista(daLista), executavel(PastaDoPrograma() / L"ZuLauncher.exe") {}
+
+int NumeroDeConexoes(int pedidas, std::string_view urlBase) {
+    constexpr int kParaGithub = 8;
+    if (pedidas >= 1) return pedidas;
+    return MinusculasAscii(std::string(urlBase)).find("github") == std::string::npos ? 1 : kParaGithub;
+}
+
+bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices) {
+    const std::uint64_t bytes = SomarTamanhos(lista, indices);
+    const int conexoes = NumeroDeConexoes(ObterConfig().conexoes, ObterConfig().urlUpdate);
+    atualizador.Quadro().Contar(indices.size(), bytes);
+    atualizador.Quadro().Definir(StatusUpdate::kBaixando,
+                                 Formatar("Baixando {} arquivo(s) ({})...", indices.size(), TextoDoTamanho(bytes)));
+    LogLinha("[update] baixando {} arquivo(s), {}, {} conexão(ões)", indices.size(), TextoDoTamanho(bytes), conexoes);
+
+    ContextoDownload contexto(atualizador, lista);
+    RodarTrabalhadores(contexto, indices, conexoes, kTentativas);
+    if (!contexto.falhas.empty() && !atualizador.Cancelado()) TentarDeNovo(contexto);
+    atualizador.Cache().Gravar();
+    return Encerrar(contexto);
+}
+
+void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t> indices, int conexoes,
+                        int tentativas) {
+    Equipe equipe(contexto, indices, tentativas);
+    equipe.Comecar(std::min(indices.size(), static_cast<std::size_t>(conexoes)));
+
+    Painel& painel = contexto.atualizador.Quadro();
+    VelocidadeMedia velocidade(std::chrono::steady_clock::now(), contexto.bytesBaixados);
+    for (bool fim = false; !fim;) {
+        fim = equipe.Terminaram(kIntervaloDoProgresso);
+        const std::uint64_t bytes = contexto.bytesBaixados;
+        painel.DefinirVelocidade(velocidade.Amostrar(std::chrono::steady_clock::now(), bytes));
+        painel.DefinirBytes(bytes);
+    }
+}
+
+}  // namespace zu::launcher

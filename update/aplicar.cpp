@@ -1,0 +1,105 @@
+#include "update/aplicar.h"
+
+#include <windows.h>
+
+#include <utility>
+
+#include "core/arquivo.h"
+#include "core/log.h"
+#include "core/texto.h"
+#include "core/utf16.h"
+#include "update/caminhos.h"
+#include "update/cliente.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr std::chrono::milliseconds kPausaPorTentativa{300};
+
+std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo) {
+    caminho += sufixo;
+    return caminho;
+}
+
+// Where one item is on its way.
+struct Aplicacao {
+    ContextoDownload& contexto;
+    const update::ItemLista& item;
+    std::string normal;
+    std::filesystem::path alvo;
+    std::filesystem::path temporario;
+    std::string sha256;  // of the proved file
+    std::string erro;    // of the last attempt
+};
+
+bool PrepararPasta(Aplicacao& a) {
+    if (CriarPastas(a.alvo.parent_path())) return true;
+    const DWORD codigo = GetLastError();
+    a.erro = Formatar("não foi possível criar a pasta {} (erro {})", ParaUtf8(a.alvo.parent_path().native()), codigo);
+    return false;
+}
+
+bool BaixarComTentativas(Aplicacao& a, int tentativas) {
+    Atualizador& atualizador = a.contexto.atualizador;
+    for (int n = 0; n < tentativas; ++n) {
+        if (atualizador.Cancelado()) return false;
+        if (n > 0 && atualizador.EsperarOuCancelar(n * kPausaPorTentativa)) return false;
+        if (PrepararPasta(a) &&
+            atualizador.BaixarItem(a.item, a.temporario, a.contexto.bytesBaixados, a.sha256, a.erro)) {
+            return true;
+        }
+        LogLinha("[update] {}: {} (tentativa {})", a.normal, a.erro, n + 1);
+    }
+    return false;
+}
+
+void AnotarFalha(const Aplicacao& a, std::size_t indice) {
+    const std::lock_guard guarda(a.contexto.travaFalhas);
+    a.contexto.falhas[a.normal] = {.indice = indice, .erro = a.erro};
+}
+
+void Colocado(Aplicacao& a) {
+    LogLinha("[update] atualizado: {} (crc {:08X}, {} bytes)", a.normal, a.item.crc, a.item.tamanho);
+    InfoArquivo info;
+    if (!LerInfoArquivo(a.alvo, info)) return;
+    a.contexto.atualizador.Cache().Registrar(
+        MinusculasAscii(a.normal),
+        {.tamanho = info.tamanho, .modificado = info.modificado, .sha256 = a.sha256, .crc = a.item.crc});
+}
+
+bool Estacionar(Aplicacao& a) {
+    const std::filesystem::path estacionado = ComSufixo(a.alvo, L".novo");
+    if (!MoverSobre(a.temporario, estacionado)) {
+        const DWORD codigo = GetLastError();
+        a.erro = Formatar("não foi possível gravar {} (erro {})", ParaUtf8(estacionado.native()), codigo);
+        LogLinha("[update] {}: {}", a.normal, a.erro);
+        return false;
+    }
+    a.contexto.atualizador.Quadro().Estacionar({.origem = estacionado, .destino = a.alvo});
+    LogLinha("[update] {} em uso: troca pendente", a.normal);
+    return true;
+}
+
+// In place, or parked for the helper.
+bool Colocar(Aplicacao& a) {
+    if (MesmoArquivo(a.alvo, a.contexto.executavel) || !MoverSobre(a.temporario, a.alvo)) return Estacionar(a);
+    Colocado(a);
+    return true;
+}
+
+}  // namespace
+
+void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas) {
+    const update::ItemLista& item = contexto.lista.itens[indice];
+    std::string normal = update::NormalizarCaminho(item.caminho);
+    std::filesystem::path alvo = CaminhoNoCliente(normal);
+    std::filesystem::path temporario = ComSufixo(alvo, L".upd");
+    Aplicacao a{contexto, item, std::move(normal), std::move(alvo), std::move(temporario), {}, {}};
+    if (BaixarComTentativas(a, tentativas) && Colocar(a)) {
+        contexto.atualizador.Quadro().SomarArquivo();
+    } else {
+        AnotarFalha(a, indice);
+    }
+}
+
+}  // namespace zu::launcher

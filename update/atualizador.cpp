@@ -1,0 +1,105 @@
+#include "update/atualizador.h"
+
+#include <exception>
+#include <utility>
+
+#include "core/config.h"
+#include "core/log.h"
+#include "update/agendador.h"
+#include "update/busca_lista.h"
+#include "update/estado.h"
+#include "update/jogo_aberto.h"
+#include "update/remocao.h"
+#include "update/verificacao.h"
+
+namespace zu::launcher {
+namespace {
+
+bool PodeComecar(Painel& painel) {
+    if (ObterConfig().urlUpdate.empty()) {
+        painel.Definir(StatusUpdate::kSemServidor,
+                       "Atualização automática não configurada (Launcher.emu: AutoUpdate/UpdateUrl no Forjal).");
+        return false;
+    }
+    if (JogoAberto(ObterConfig().pastaJogo)) {
+        painel.Definir(StatusUpdate::kJogoAberto, "O jogo está aberto: feche o Zu para verificar as atualizações.");
+        return false;
+    }
+    return true;
+}
+
+std::string FraseFinal(bool reparar, std::size_t baixados, std::size_t removidos) {
+    if (baixados == 0) return Formatar("Cliente em dia{}.", reparar ? " — nenhum arquivo corrompido" : "");
+    const std::string remocoes = removidos == 0 ? std::string() : Formatar(", {} removido(s)", removidos);
+    return Formatar("Atualização concluída: {} arquivo(s) novo(s){}.", baixados, remocoes);
+}
+
+// The installed state counts from here on, also when the last swaps are still to be made.
+void Concluir(Painel& painel, const update::UpdateList& lista, const std::string& frase) {
+    const std::size_t pendentes = painel.Trocas().size();
+    if (pendentes == 0) {
+        GravarEstado(lista.seq, lista.versao);
+        painel.Definir(StatusUpdate::kPronto, frase);
+        return;
+    }
+    painel.Definir(StatusUpdate::kReiniciando, "Concluindo a atualização: o launcher vai reiniciar...");
+    LogLinha("[update] {} arquivo(s) em uso: UpdaterHelper troca depois que o launcher fechar", pendentes);
+    GravarEstado(lista.seq, lista.versao);
+}
+
+}  // namespace
+
+Atualizador::~Atualizador() {
+    Cancelar();
+    if (trabalhador_.joinable()) trabalhador_.join();
+}
+
+void Atualizador::Iniciar(bool reparar) {
+    if (emCurso_.exchange(true)) return;
+    if (trabalhador_.joinable()) trabalhador_.join();
+    cancelar_ = false;
+    painel_.Zerar(reparar);
+    trabalhador_ = std::thread(&Atualizador::RodarProtegido, this, reparar);
+}
+
+void Atualizador::RodarProtegido(bool reparar) noexcept {
+    // Ordinary trouble never throws; what arrives here is memory or threads running out.
+    try {
+        Rodar(reparar);
+    } catch (const std::exception& falha) {
+        painel_.Definir(StatusUpdate::kErro, Formatar("Falha inesperada na atualização: {}.", falha.what()));
+    }
+    const std::lock_guard guarda(travaAviso_);
+    emCurso_ = false;
+    aviso_.notify_all();
+}
+
+void Atualizador::Cancelar() {
+    const std::lock_guard guarda(travaAviso_);
+    cancelar_ = true;
+    aviso_.notify_all();
+}
+
+bool Atualizador::Aguardar(std::chrono::milliseconds limite) {
+    std::unique_lock guarda(travaAviso_);
+    return aviso_.wait_for(guarda, limite, [this] { return !emCurso_; });
+}
+
+bool Atualizador::EsperarOuCancelar(std::chrono::milliseconds pausa) {
+    std::unique_lock guarda(travaAviso_);
+    return aviso_.wait_for(guarda, pausa, [this] { return cancelar_.load(); });
+}
+
+void Atualizador::Rodar(bool reparar) {
+    if (!PodeComecar(painel_)) return;
+    update::UpdateList lista;
+    if (!ObterLista(*this, lista)) return;
+    std::vector<std::size_t> indices;
+    if (!VerificarArquivos(*this, lista, reparar, indices)) return;
+    if (!indices.empty() && !BaixarTodos(*this, lista, indices)) return;
+    painel_.Definir(StatusUpdate::kAplicando, "Aplicando a atualização...");
+    const std::size_t removidos = RemoverArquivos(*this, lista);
+    Concluir(painel_, lista, FraseFinal(reparar, indices.size(), removidos));
+}
+
+}  // namespace zu::launcher

@@ -1,0 +1,73 @@
+// One update run: from the signed list on the server to a game folder that matches it.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "update/cache.h"
+#include "update/lista.h"
+#include "update/painel.h"
+
+namespace zu::launcher {
+
+// Owned by one front-end thread, which calls the first group of operations; the run's own threads call the second.
+// What to update and from where is in `ObterConfig()`.
+class Atualizador {
+ public:
+    Atualizador() = default;
+    Atualizador(const Atualizador&) = delete;
+    Atualizador& operator=(const Atualizador&) = delete;
+    ~Atualizador();  // cancels and waits for the run
+
+    // Starts a run on a thread of its own; does nothing while one is in progress. With `reparar` every file is read,
+    // whatever the cache says.
+    void Iniciar(bool reparar);
+    // The run ends at the next block or item.
+    void Cancelar();
+    [[nodiscard]] bool EmCurso() const { return emCurso_.load(); }
+    // Waits for the run in progress; false when it has not ended by then.
+    bool Aguardar(std::chrono::milliseconds limite);
+
+    [[nodiscard]] EstadoAtualizacao Estado() const { return painel_.Copia(); }
+    // The swaps that the last run left for the helper program; empty again once a new run starts.
+    [[nodiscard]] std::vector<TrocaPendente> Trocas() const { return painel_.Trocas(); }
+    // Ends in status 7 with a sentence, from outside a run.
+    void Falhar(std::string_view texto) { painel_.Definir(StatusUpdate::kErro, texto); }
+
+    // The whole run, on the calling thread. Ends in one status and one sentence.
+    void Rodar(bool reparar);
+
+    // Fetches one item into `destino`, whole or joined from its parts, and proves it: true only when `destino` holds
+    // exactly the bytes that the list promises; `sha256` is then their digest in text. Otherwise one message in `erro`.
+    // Received bytes are added to `bytesBaixados`.
+    bool BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
+                    std::atomic<std::uint64_t>& bytesBaixados, std::string& sha256, std::string& erro);
+
+    [[nodiscard]] const std::atomic<bool>& Cancelamento() const { return cancelar_; }
+    [[nodiscard]] bool Cancelado() const { return cancelar_.load(); }
+    // Pauses; true at once when the run is cancelled meanwhile.
+    bool EsperarOuCancelar(std::chrono::milliseconds pausa);
+    Painel& Quadro() { return painel_; }
+    CacheDeArquivos& Cache() { return cache_; }
+
+ private:
+    void RodarProtegido(bool reparar) noexcept;
+
+    Painel painel_;
+    CacheDeArquivos cache_;
+    std::atomic<bool> emCurso_ = false;
+    std::atomic<bool> cancelar_ = false;
+    std::mutex travaAviso_;
+    std::condition_variable aviso_;  // the run was cancelled, or it ended
+    std::thread trabalhador_;
+};
+
+}  // namespace zu::launcher

@@ -1,0 +1,46 @@
+#include "update/cache.h"
+
+#include <utility>
+
+#include "update/estado.h"
+
+namespace zu::launcher {
+
+void CacheDeArquivos::Carregar() {
+    MapaCache lido = LerCache();
+    const std::lock_guard guarda(trava_);
+    mapa_ = std::move(lido);
+    InfoArquivo info;
+    mudou_ = !LerInfoArquivo(CaminhoCache(), info);
+}
+
+bool CacheDeArquivos::Achar(std::string_view chave, const InfoArquivo& info, EntradaCache& entrada) const {
+    const std::lock_guard guarda(trava_);
+    const auto lugar = mapa_.find(chave);
+    if (lugar == mapa_.end() || lugar->second.tamanho != info.tamanho || lugar->second.modificado != info.modificado) {
+        return false;
+    }
+    entrada = lugar->second;
+    return true;
+}
+
+void CacheDeArquivos::Registrar(std::string chave, EntradaCache entrada) {
+    const std::lock_guard guarda(trava_);
+    mapa_.insert_or_assign(std::move(chave), std::move(entrada));
+    mudou_ = true;
+}
+
+void CacheDeArquivos::Esquecer(std::string_view chave) {
+    const std::lock_guard guarda(trava_);
+    const auto lugar = mapa_.find(chave);
+    if (lugar == mapa_.end()) return;
+    mapa_.erase(lugar);
+    mudou_ = true;
+}
+
+void CacheDeArquivos::Gravar() {
+    const std::lock_guard guarda(trava_);
+    if (mudou_ && GravarCache(mapa_)) mudou_ = false;
+}
+
+}  // namespace zu::launcher

@@ -1,0 +1,240 @@
+#include "update/http.h"
+
+#include <array>
+#include <memory>
+
+#include "core/arquivo.h"
+#include "core/formato.h"
+#include "core/utf16.h"
+#include "update/erro_http.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr wchar_t kAgente[] = L"ZuLauncher/1.0";
+constexpr int kEsperaResolver = 10'000;  // ms
+constexpr int kEsperaConectar = 10'000;
+constexpr int kEsperaEnviar = 30'000;
+constexpr int kEsperaReceber = 30'000;
+constexpr DWORD kTls12 = 0x800;
+constexpr DWORD kTls12e13 = 0x2800;
+
+constexpr DWORD kBlocoTexto = 64 * 1024;
+constexpr DWORD kBlocoArquivo = 256 * 1024;
+
+HINTERNET AbrirSessao() {
+    HINTERNET sessao =
+        WinHttpOpen(kAgente, WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0);
+    if (sessao == nullptr) {
+        sessao =
+            WinHttpOpen(kAgente, WINHTTP_ACCESS_TYPE_DEFAULT_PROXY, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0);
+    }
+    if (sessao == nullptr) return nullptr;
+    WinHttpSetTimeouts(sessao, kEsperaResolver, kEsperaConectar, kEsperaEnviar, kEsperaReceber);
+    for (DWORD protocolos : {kTls12e13, kTls12}) {
+        if (WinHttpSetOption(sessao, WINHTTP_OPTION_SECURE_PROTOCOLS, &protocolos, sizeof protocolos) != 0) break;
+    }
+    return sessao;
+}
+
+// One for the process, made on first use and never closed: it keeps the connections alive between requests.
+HINTERNET HttpSession() {
+    static HINTERNET const sessao = AbrirSessao();
+    return sessao;
+}
+
+struct Endereco {
+    std::wstring servidor;
+    std::wstring objeto;  // path and query
+    INTERNET_PORT porta = 0;
+    bool seguro = false;
+};
+
+bool SepararUrl(const std::wstring& url, Endereco& endereco) {
+    std::array<wchar_t, 256> servidor{};
+    std::array<wchar_t, 4096> caminho{};
+    std::array<wchar_t, 1024> extra{};
+    URL_COMPONENTS partes{};
+    partes.dwStructSize = sizeof partes;
+    partes.lpszHostName = servidor.data();
+    partes.dwHostNameLength = static_cast<DWORD>(servidor.size());
+    partes.lpszUrlPath = caminho.data();
+    partes.dwUrlPathLength = static_cast<DWORD>(caminho.size());
+    partes.lpszExtraInfo = extra.data();
+    partes.dwExtraInfoLength = static_cast<DWORD>(extra.size());
+    if (WinHttpCrackUrl(url.c_str(), static_cast<DWORD>(url.size()), 0, &partes) == 0) return false;
+    endereco.servidor = servidor.data();
+    endereco.objeto = std::wstring(caminho.data()) + extra.data();
+    endereco.porta = partes.nPort;
+    endereco.seguro = partes.nScheme == INTERNET_SCHEME_HTTPS;
+    return true;
+}
+
+// Sends, and waits for the answer's headers.
+bool Trocar(HINTERNET requisicao, const std::wstring& cabecalhos) {
+    const wchar_t* const extras = cabecalhos.empty() ? WINHTTP_NO_ADDITIONAL_HEADERS : cabecalhos.c_str();
+    const DWORD tamanho = cabecalhos.empty() ? 0 : static_cast<DWORD>(-1);
+    return WinHttpSendRequest(requisicao, extras, tamanho, WINHTTP_NO_REQUEST_DATA, 0, 0, 0) != 0 &&
+           WinHttpReceiveResponse(requisicao, nullptr) != 0;
+}
+
+bool LerStatus(HINTERNET requisicao, std::uint32_t& status) {
+    DWORD valor = 0;
+    DWORD tamanho = sizeof valor;
+    if (WinHttpQueryHeaders(requisicao, WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
+                            WINHTTP_HEADER_NAME_BY_INDEX, &valor, &tamanho, WINHTTP_NO_HEADER_INDEX) == 0) {
+        return false;
+    }
+    status = valor;
+    return true;
+}
+
+std::string TextoDoStatus(std::uint32_t status, const std::wstring& url) {
+    return Formatar("HTTP {} em {}", status, ParaUtf8(url));
+}
+
+std::uint64_t BytesPresentes(const std::filesystem::path& destino) {
+    InfoArquivo info;
+    return LerInfoArquivo(destino, info) ? info.tamanho : 0;
+}
+
+HandleArquivo AbrirDestino(const std::filesystem::path& destino, bool continuar) {
+    return HandleArquivo(CreateFileW(destino.c_str(), continuar ? FILE_APPEND_DATA : GENERIC_WRITE, FILE_SHARE_READ,
+                                     nullptr, continuar ? OPEN_ALWAYS : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// What a transfer needs beside the open request and the open file.
+struct Transferencia {
+    const std::filesystem::path& destino;
+    std::uint64_t esperado;
+    const ProgressCallback& progresso;
+    const std::atomic<bool>& cancelar;
+    std::uint64_t total;  // bytes in the file
+};
+
+bool Passou(const Transferencia& t) {
+    return t.esperado != 0 && t.total > t.esperado;
+}
+
+// Copies the body into the file, block by block, until its end or until it runs past the expected size.
+bool Copiar(HINTERNET requisicao, HANDLE arquivo, Transferencia& t, std::string& erro) {
+    const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoArquivo);
+    while (!t.cancelar.load()) {
+        DWORD lidos = 0;
+        if (WinHttpReadData(requisicao, bloco.get(), kBlocoArquivo, &lidos) == 0) {
+            erro = HttpErroTexto("download");
+            return false;
+        }
+        DWORD escritos = 0;
+        const bool fim = lidos == 0;
+        const bool gravou = fim ? FlushFileBuffers(arquivo) != 0
+                                : WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) != 0 && escritos == lidos;
+        if (!gravou) {
+            erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(t.destino.native()));
+            return false;
+        }
+        if (fim) return true;
+        t.total += lidos;
+        if (t.progresso) t.progresso(lidos);
+        if (Passou(t)) {
+            erro = "o servidor mandou mais dados que o esperado";
+            return false;
+        }
+    }
+    erro = "cancelado";
+    return false;
+}
+
+}  // namespace
+
+std::string HttpErroTexto(std::string_view etapa) {
+    return TextoDoErroHttp(etapa, GetLastError());
+}
+
+bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequest& troca, std::uint32_t& status,
+               std::string& erro) {
+    const auto falhar = [&erro](std::string_view etapa) {
+        erro = HttpErroTexto(etapa);
+        return false;
+    };
+    HINTERNET const sessao = HttpSession();
+    if (sessao == nullptr) return falhar("WinHttpOpen");
+    Endereco endereco;
+    if (!SepararUrl(url, endereco)) return falhar("URL");
+    troca.conexao.Trocar(WinHttpConnect(sessao, endereco.servidor.c_str(), endereco.porta, 0));
+    if (!troca.conexao) return falhar("conectar");
+    troca.requisicao.Trocar(WinHttpOpenRequest(troca.conexao.Valor(), L"GET", endereco.objeto.c_str(), nullptr,
+                                               WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
+                                               endereco.seguro ? WINHTTP_FLAG_SECURE : 0));
+    if (!troca.requisicao) return falhar("requisição");
+    if (!Trocar(troca.requisicao.Valor(), cabecalhos)) return falhar("download");
+    if (!LerStatus(troca.requisicao.Valor(), status)) return falhar("resposta");
+    return true;
+}
+
+bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo) {
+    corpo.clear();
+    HttpRequest troca;
+    std::uint32_t status = 0;
+    if (!HttpAbrir(url, L"Cache-Control: no-cache\r\nPragma: no-cache\r\n", troca, status, erro)) return false;
+    if (status != HTTP_STATUS_OK) {
+        erro = TextoDoStatus(status, url);
+        return false;
+    }
+    const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoTexto);
+    while (true) {
+        DWORD lidos = 0;
+        if (WinHttpReadData(troca.requisicao.Valor(), bloco.get(), kBlocoTexto, &lidos) == 0) {
+            erro = HttpErroTexto("leitura");
+            return false;
+        }
+        if (lidos == 0) return true;
+        corpo.append(bloco.get(), lidos);
+        if (corpo.size() > maximo) {
+            erro = "resposta grande demais";
+            return false;
+        }
+    }
+}
+
+bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
+                       const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro) {
+    std::uint64_t presentes = BytesPresentes(destino);
+    if (esperado != 0 && presentes == esperado) return true;
+    if (esperado != 0 && presentes > esperado) {
+        DeleteFileW(destino.c_str());
+        presentes = 0;
+    }
+
+    HttpRequest troca;
+    std::uint32_t status = 0;
+    const std::wstring faixa = presentes > 0 ? L"Range: bytes=" + std::to_wstring(presentes) + L"-\r\n" : L"";
+    if (!HttpAbrir(url, faixa, troca, status, erro)) return false;
+    const bool continuar = status == HTTP_STATUS_PARTIAL_CONTENT && presentes > 0;
+    if (!continuar && status != HTTP_STATUS_OK) {
+        constexpr std::uint32_t kFaixaRecusada = 416;
+        if (status == kFaixaRecusada) DeleteFileW(destino.c_str());
+        erro = TextoDoStatus(status, url);
+        return false;
+    }
+
+    HandleArquivo arquivo = AbrirDestino(destino, continuar);
+    if (!arquivo) {
+        const DWORD codigo = GetLastError();
+        erro = Formatar("não foi possível gravar {} (erro {})", ParaUtf8(destino.native()), codigo);
+        return false;
+    }
+    if (continuar && progresso) progresso(0);
+    Transferencia t{destino, esperado, progresso, cancelar, continuar ? presentes : 0};
+    const bool copiado = Copiar(troca.requisicao.Valor(), arquivo.Valor(), t, erro);
+    arquivo.Fechar();
+    if (Passou(t)) DeleteFileW(destino.c_str());
+    if (!copiado) return false;
+    if (esperado != 0 && t.total != esperado) {
+        erro = Formatar("download incompleto ({} de {} bytes)", t.total, esperado);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace zu::launcher

@@ -1,0 +1,52 @@
+// The HTTP client of the update engine: synchronous, over WinHTTP. Every call blocks its thread; any number of threads
+// may call at once. A failure returns false with one Portuguese phrase in `erro`; nothing is thrown, nothing logged.
+#pragma once
+
+#include <windows.h>
+// after windows.h
+#include <winhttp.h>
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "core/handle.h"
+
+namespace zu::launcher {
+
+struct TracosHttp {
+    using Tipo = HINTERNET;
+    static Tipo Nulo() noexcept { return nullptr; }
+    static void Fechar(Tipo h) noexcept { WinHttpCloseHandle(h); }
+};
+using HandleHttp = Handle<TracosHttp>;
+
+// The handles of one exchange; the request closes before its connection.
+struct HttpRequest {
+    HandleHttp conexao;
+    HandleHttp requisicao;
+};
+
+// Receives the number of bytes just written: a difference, not a total. May be empty.
+using ProgressCallback = std::function<void(std::uint64_t)>;
+
+// Sends a GET and reads the answer's status. `cabecalhos`: further request headers, each with its CR LF, or empty.
+bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequest& troca, std::uint32_t& status,
+               std::string& erro);
+
+// Fetches a resource into memory, past every cache; more than `maximo` bytes is a failure.
+bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo);
+
+// Downloads into a file, resuming what already stands at `destino`, and returns once the bytes are on the disk. With an
+// expected size (0: unknown) a destination of that size is complete without a request. After a failure the partial file
+// stays for a later resume, except where its bytes are known to be wrong: longer than expected, or refused with 416.
+bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
+                       const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro);
+
+// The thread's last error in words, behind the stage at which it came.
+std::string HttpErroTexto(std::string_view etapa);
+
+}  // namespace zu::launcher

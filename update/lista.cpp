@@ -1,0 +1,155 @@
+#include "update/lista.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "core/base64.h"
+#include "core/formato.h"
+#include "core/texto.h"
+#include "update/caminhos.h"
+
+namespace zu::launcher::update {
+namespace {
+
+constexpr std::string_view kAssinatura = ";assinatura\t";
+constexpr std::string_view kSeq = ";seq";
+constexpr std::string_view kVersao = ";versao";
+constexpr std::string_view kChaveAssets = ";chave-assets";
+constexpr std::string_view kRemover = ";remover";
+constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
+constexpr std::uint32_t kMaisPartes = 999;
+constexpr std::size_t kTamanhoSha256 = 64;
+
+std::string_view SemFim(std::string_view texto, std::string_view letras) {
+    const std::size_t ultimo = texto.find_last_not_of(letras);
+    return texto.substr(0, ultimo == std::string_view::npos ? 0 : ultimo + 1);
+}
+
+// The TAB-separated fields of a line; the sixth and later ones are never looked at.
+struct Campos {
+    std::array<std::string_view, 5> valor;
+    std::size_t quantos = 0;
+};
+
+Campos Separar(std::string_view linha) {
+    Campos campos;
+    while (campos.quantos < campos.valor.size()) {
+        const bool ultimo = linha.find('\t') == std::string_view::npos;
+        campos.valor[campos.quantos++] = TomarAte(linha, '\t');
+        if (ultimo) break;
+    }
+    return campos;
+}
+
+// The leading number counts; what follows it does not. No number, or one too large, changes nothing.
+void LerSeq(std::string_view texto, std::int64_t& seq) {
+    std::int64_t lido = 0;
+    if (std::from_chars(texto.data(), texto.data() + texto.size(), lido).ec == std::errc{}) seq = lido;
+}
+
+bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
+    if (campos.quantos < 2) return true;
+    const auto [nome, valor] = std::pair(campos.valor[0], campos.valor[1]);
+    if (nome == kSeq) {
+        LerSeq(valor, lista.seq);
+    } else if (nome == kVersao) {
+        lista.versao = valor;
+    } else if (nome == kChaveAssets) {
+        lista.chaveAssets = valor;
+    } else if (nome == kRemover) {
+        if (!CaminhoSeguro(valor)) {
+            falha = Formatar("caminho inseguro em ;remover ({})", valor);
+            return false;
+        }
+        lista.remover.emplace_back(valor);
+    }
+    return true;
+}
+
+bool LerArquivo(const Campos& campos, UpdateList& lista, std::string& falha) {
+    if (campos.quantos < 3) {
+        falha = "esperado caminho, CRC e tamanho separados por TAB";
+        return false;
+    }
+    const auto& [caminho, crc, tamanho, sha256, partes] = campos.valor;
+    if (!CaminhoSeguro(caminho)) {
+        falha = Formatar("caminho inseguro ({})", caminho);
+        return false;
+    }
+    ItemLista item;
+    if (!LerNumeroInteiro(crc, item.crc, 16) || !LerNumeroInteiro(tamanho, item.tamanho)) {
+        falha = "CRC/tamanho inválido";
+        return false;
+    }
+    if (!sha256.empty() && sha256.size() != kTamanhoSha256) {
+        falha = "SHA-256 inválido";
+        return false;
+    }
+    if (!partes.empty() && (!LerNumeroInteiro(partes, item.partes) || item.partes > kMaisPartes)) {
+        falha = "número de partes inválido";
+        return false;
+    }
+    item.caminho = caminho;
+    item.sha256 = MinusculasAscii(std::string(sha256));
+    lista.itens.push_back(std::move(item));
+    return true;
+}
+
+bool LerLinha(std::string_view linha, UpdateList& lista, std::string& falha) {
+    if (linha.empty()) return true;
+    const Campos campos = Separar(linha);
+    return linha.front() == ';' ? LerDiretiva(campos, lista, falha) : LerArquivo(campos, lista, falha);
+}
+
+}  // namespace
+
+ListaSeparada SepararAssinatura(std::string_view texto) {
+    const std::size_t inicio = texto.find(kAssinatura);
+    if (inicio == std::string_view::npos || (inicio > 0 && texto[inicio - 1] != '\n')) return {};
+    const std::string_view base64 = SemFim(texto.substr(inicio + kAssinatura.size()), " \r\n");
+    // A line end inside means text behind the signature line.
+    ListaSeparada separada{.assinados = texto.substr(0, inicio), .assinatura = {}};
+    separada.ok = base64.find('\n') == std::string_view::npos && Base64Decode(base64, separada.assinatura) &&
+                  !separada.assinatura.empty();
+    return separada;
+}
+
+bool LerLista(std::string_view assinados, UpdateList& lista, std::string& erro) {
+    lista = {};
+    lista.itens.reserve(static_cast<std::size_t>(std::ranges::count(assinados, '\n')) + 1);
+    if (assinados.starts_with(kMarcaUtf8)) assinados.remove_prefix(kMarcaUtf8.size());
+    for (std::size_t numero = 1; !assinados.empty(); ++numero) {
+        const std::string_view linha = SemFim(TomarAte(assinados, '\n'), " \r");
+        std::string falha;
+        if (!LerLinha(linha, lista, falha)) {
+            erro = Formatar("linha {}: {}", numero, falha);
+            return false;
+        }
+    }
+    if (lista.itens.empty()) {
+        erro = "lista vazia";
+        return false;
+    }
+    return true;
+}
+
+std::string EscreverLista(const UpdateList& lista) {
+    std::string texto = Formatar("{}\t{}\n", kSeq, lista.seq);
+    if (!lista.versao.empty()) texto += Formatar("{}\t{}\n", kVersao, lista.versao);
+    if (!lista.chaveAssets.empty()) texto += Formatar("{}\t{}\n", kChaveAssets, lista.chaveAssets);
+    for (const ItemLista& item : lista.itens) {
+        texto += Formatar("{}\t{:08X}\t{}\t{}", item.caminho, item.crc, item.tamanho, item.sha256);
+        texto += item.partes == 0 ? std::string("\n") : Formatar("\t{}\n", item.partes);
+    }
+    for (const std::string& caminho : lista.remover)
+        texto += Formatar("{}\t{}\n", kRemover, caminho);
+    return texto;
+}
+
+std::string JuntarAssinatura(std::string_view assinados, std::span<const std::uint8_t> assinatura) {
+    return Formatar("{}{}{}\n", assinados, kAssinatura, Base64Encode(assinatura));
+}
+
+}  // namespace zu::launcher::update

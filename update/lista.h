@@ -1,0 +1,51 @@
+// "UpdateList.txt": the signed list of the files that the client folder must hold. docs/formatos.md has the format.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zu::launcher::update {
+
+constexpr std::uint64_t kLimiteDaLista = 0x4000000;  // 64 MiB: the launcher fetches no longer list
+
+// One file of the list.
+struct ItemLista {
+    std::string caminho;        // as written; normalised wherever it is used
+    std::string sha256;         // 64 lower-case characters, or empty when the list gives none
+    std::uint64_t tamanho = 0;  // bytes of the whole file
+    std::uint32_t crc = 0;      // CRC-32 of the whole file
+    std::uint32_t partes = 0;   // 0: published whole; 1 to 999: published as that many parts
+};
+
+struct UpdateList {
+    std::int64_t seq = 0;
+    std::string versao;
+    std::string chaveAssets;
+    std::vector<ItemLista> itens;      // in the list's order
+    std::vector<std::string> remover;  // as written
+};
+
+// A list taken apart. `assinados` looks into the text that was given.
+struct ListaSeparada {
+    bool ok = false;  // false: the text counts as unsigned
+    std::string_view assinados;
+    std::vector<std::uint8_t> assinatura;
+};
+
+// Splits the text at its signature line, the last line of the text. Does not check the signature.
+ListaSeparada SepararAssinatura(std::string_view texto);
+
+// Reads the signed part. False at the first faulty line, whose number and fault are then in `erro`, and for a list
+// without files.
+bool LerLista(std::string_view assinados, UpdateList& lista, std::string& erro);
+
+// The signed part of a list: what `LerLista` reads back.
+std::string EscreverLista(const UpdateList& lista);
+
+// A whole list: the signed part, which must end in a line end, and its signature line.
+std::string JuntarAssinatura(std::string_view assinados, std::span<const std::uint8_t> assinatura);
+
+}  // namespace zu::launcher::update

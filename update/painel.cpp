@@ -1,0 +1,88 @@
+#include "update/painel.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/log.h"
+
+namespace zu::launcher {
+
+void Painel::Zerar(bool reparar) {
+    const std::lock_guard guarda(trava_);
+    estado_ = {};
+    estado_.reparar = reparar;
+    resultados_.clear();
+    trocas_.clear();
+}
+
+void Painel::Definir(StatusUpdate status, std::string_view texto) {
+    {
+        const std::lock_guard guarda(trava_);
+        estado_.status = status;
+        estado_.texto = texto;
+        estado_.erro = status == StatusUpdate::kErro ? texto : std::string_view{};
+    }
+    LogLinha("[update] {}", texto);
+}
+
+void Painel::DefinirVersao(std::string_view versao) {
+    const std::lock_guard guarda(trava_);
+    estado_.versao = versao;
+}
+
+void Painel::Contar(std::uint64_t arquivos, std::uint64_t bytes) {
+    const std::lock_guard guarda(trava_);
+    estado_.arquivosFeitos = 0;
+    estado_.arquivosTotal = arquivos;
+    estado_.bytesFeitos = 0;
+    estado_.bytesTotal = bytes;
+    estado_.estacionados = 0;
+    estado_.fracao = 0;
+    estado_.velocidade = 0;
+}
+
+void Painel::SomarArquivo() {
+    const std::lock_guard guarda(trava_);
+    ++estado_.arquivosFeitos;
+}
+
+void Painel::DefinirBytes(std::uint64_t feitos) {
+    const std::lock_guard guarda(trava_);
+    estado_.bytesFeitos = std::min(feitos, estado_.bytesTotal);
+    estado_.fracao = estado_.bytesTotal == 0
+                         ? 0
+                         : static_cast<double>(estado_.bytesFeitos) / static_cast<double>(estado_.bytesTotal);
+}
+
+void Painel::DefinirVelocidade(double bytesPorSegundo) {
+    const std::lock_guard guarda(trava_);
+    estado_.velocidade = bytesPorSegundo;
+}
+
+void Painel::Anotar(LinhaResultado linha) {
+    const std::lock_guard guarda(trava_);
+    resultados_.push_back(std::move(linha));
+}
+
+void Painel::Estacionar(TrocaPendente troca) {
+    const std::lock_guard guarda(trava_);
+    trocas_.push_back(std::move(troca));
+    ++estado_.estacionados;
+}
+
+EstadoAtualizacao Painel::Copia() const {
+    const std::lock_guard guarda(trava_);
+    return estado_;
+}
+
+std::vector<LinhaResultado> Painel::Resultados() const {
+    const std::lock_guard guarda(trava_);
+    return resultados_;
+}
+
+std::vector<TrocaPendente> Painel::Trocas() const {
+    const std::lock_guard guarda(trava_);
+    return trocas_;
+}
+
+}  // namespace zu::launcher

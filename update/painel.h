@@ -1,0 +1,82 @@
+// What an update run shows of itself: the run's threads write it, the front end copies it out whole.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zu::launcher {
+
+enum class StatusUpdate : int {
+    kParado = 0,
+    kConectando = 1,
+    kVerificando = 2,
+    kBaixando = 3,
+    kAplicando = 4,
+    kPronto = 5,
+    kSemServidor = 6,
+    kErro = 7,
+    kReiniciando = 8,
+    kJogoAberto = 9,
+};
+
+struct EstadoAtualizacao {
+    StatusUpdate status = StatusUpdate::kParado;
+    std::string texto;   // the last sentence for the user
+    std::string erro;    // the sentence again when the status is 7, else empty
+    std::string versao;  // of the list that was accepted
+    std::uint64_t bytesFeitos = 0;
+    std::uint64_t bytesTotal = 0;
+    std::uint64_t arquivosFeitos = 0;
+    std::uint64_t arquivosTotal = 0;
+    std::uint64_t estacionados = 0;  // files of this run that wait for a swap
+    double fracao = 0;               // bytes done of all, 0 to 1
+    double velocidade = 0;           // bytes a second, smoothed
+    bool reparar = false;
+};
+
+// A file that the check found wanting: the path and "faltando" or "diferente".
+struct LinhaResultado {
+    std::string caminho;
+    std::string palavra;
+};
+
+// One swap that the helper program makes once the launcher has closed.
+struct TrocaPendente {
+    std::filesystem::path origem;  // the parked file; empty: `destino` is to be deleted
+    std::filesystem::path destino;
+};
+
+// Any thread may call. Nothing is called or logged while the lock is held.
+class Painel {
+ public:
+    void Zerar(bool reparar);
+
+    // Sets code and sentence and writes the sentence to the log behind "[update] ".
+    void Definir(StatusUpdate status, std::string_view texto);
+    void DefinirVersao(std::string_view versao);
+
+    // Starts counting from 0 against new totals.
+    void Contar(std::uint64_t arquivos, std::uint64_t bytes);
+    void SomarArquivo();
+    void DefinirBytes(std::uint64_t feitos);  // never shown beyond the total
+    void DefinirVelocidade(double bytesPorSegundo);
+
+    void Anotar(LinhaResultado linha);
+    void Estacionar(TrocaPendente troca);
+
+    [[nodiscard]] EstadoAtualizacao Copia() const;
+    [[nodiscard]] std::vector<LinhaResultado> Resultados() const;
+    [[nodiscard]] std::vector<TrocaPendente> Trocas() const;
+
+ private:
+    mutable std::mutex trava_;
+    EstadoAtualizacao estado_;
+    std::vector<LinhaResultado> resultados_;
+    std::vector<TrocaPendente> trocas_;
+};
+
+}  // namespace zu::launcher

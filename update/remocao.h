@@ -1,0 +1,15 @@
+// Fourth operation of a run: the files that the list wants gone.
+#pragma once
+
+#include <cstddef>
+
+#include "update/atualizador.h"
+#include "update/lista.h"
+
+namespace zu::launcher {
+
+// Deletes them and saves the file cache. A file that is in use becomes a pending deletion. Returns how many were
+// deleted.
+std::size_t RemoverArquivos(Atualizador& atualizador, const update::UpdateList& lista);
+
+}  // namespace zu::launcher

@@ -1,0 +1,105 @@
+#include "update/verificacao.h"
+
+#include <set>
+#include <utility>
+
+#include "core/log.h"
+#include "core/texto.h"
+#include "update/caminhos.h"
+#include "update/cliente.h"
+#include "update/hash_arquivo.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr std::string_view kFaltando = "faltando";
+constexpr std::string_view kDiferente = "diferente";
+
+class Verificacao {
+ public:
+    Verificacao(Atualizador& atualizador, bool reparar) : atualizador_(atualizador), reparar_(reparar) {}
+
+    // Empty when the file is what the list says.
+    std::string_view Situacao(const update::ItemLista& item, const std::string& normal, const std::string& chave) {
+        const std::filesystem::path alvo = CaminhoNoCliente(normal);
+        InfoArquivo info;
+        if (!LerInfoArquivo(alvo, info) || info.Pasta()) return kFaltando;
+        EntradaCache entrada;
+        if (!Conhecer(alvo, info, chave, entrada)) return kDiferente;
+        const bool igual = entrada.tamanho == item.tamanho && entrada.crc == item.crc &&
+                           (item.sha256.empty() || entrada.sha256 == item.sha256);
+        return igual ? std::string_view{} : kDiferente;
+    }
+
+    // The item is settled, whatever came of it.
+    void Feito(const update::ItemLista& item) {
+        bytesDosAnteriores_ += item.tamanho;
+        atualizador_.Quadro().DefinirBytes(bytesDosAnteriores_);
+        atualizador_.Quadro().SomarArquivo();
+    }
+
+ private:
+    // What the file holds, from the cache or by reading it. False when it cannot be read, or the run was cancelled.
+    bool Conhecer(const std::filesystem::path& alvo, const InfoArquivo& info, const std::string& chave,
+                  EntradaCache& entrada) {
+        if (!reparar_ && atualizador_.Cache().Achar(chave, info, entrada)) return true;
+        std::uint64_t lidos = 0;
+        const auto progresso = [&](std::uint64_t bytes) {
+            lidos += bytes;
+            atualizador_.Quadro().DefinirBytes(bytesDosAnteriores_ + lidos);
+        };
+        const ResultadoHash hash = HashArquivo(alvo, 0, progresso, &atualizador_.Cancelamento());
+        if (!hash.ok) return false;
+        entrada = {
+            .tamanho = hash.bytes, .modificado = info.modificado, .sha256 = ParaHex(hash.sha256), .crc = hash.crc};
+        atualizador_.Cache().Registrar(chave, entrada);
+        return true;
+    }
+
+    Atualizador& atualizador_;
+    bool reparar_;
+    std::uint64_t bytesDosAnteriores_ = 0;
+};
+
+std::uint64_t SomarTamanhos(const update::UpdateList& lista) {
+    std::uint64_t soma = 0;
+    for (const update::ItemLista& item : lista.itens)
+        soma += item.tamanho;
+    return soma;
+}
+
+}  // namespace
+
+bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista, bool reparar,
+                       std::vector<std::size_t>& indices) {
+    Painel& painel = atualizador.Quadro();
+    painel.Contar(lista.itens.size(), SomarTamanhos(lista));
+    painel.Definir(StatusUpdate::kVerificando,
+                   reparar ? "Reparando: conferindo todos os arquivos..." : "Verificando arquivos...");
+    atualizador.Cache().Carregar();
+
+    Verificacao verificacao(atualizador, reparar);
+    std::set<std::string> pedidos;
+    for (std::size_t i = 0; i < lista.itens.size() && !atualizador.Cancelado(); ++i) {
+        const update::ItemLista& item = lista.itens[i];
+        const std::string normal = update::NormalizarCaminho(item.caminho);
+        const std::string chave = MinusculasAscii(normal);
+        const std::string_view situacao =
+            update::ChaveProtegida(chave) ? std::string_view{} : verificacao.Situacao(item, normal, chave);
+        // A path listed twice is fetched once: two downloads would write one temporary file.
+        if (!situacao.empty() && !atualizador.Cancelado() && pedidos.insert(chave).second) {
+            LogLinha("[update] {}: {}", normal, situacao);
+            painel.Anotar({normal, std::string(situacao)});
+            indices.push_back(i);
+        }
+        verificacao.Feito(item);
+    }
+    if (atualizador.Cancelado()) {
+        painel.Definir(StatusUpdate::kErro, "Cancelado.");
+        return false;
+    }
+    atualizador.Cache().Gravar();
+    return true;
+}
+
+}  // namespace zu::launcher
