@@ -43,7 +43,7 @@ InstanciaUnica::~InstanciaUnica() {
 }
 
 void ChamarOutraInstancia() {
-    HWND const janela = FindWindowW(kClasseDaJanela, nullptr);
+    const HWND janela = FindWindowW(kClasseDaJanela, nullptr);
     if (janela != nullptr) PostMessageW(janela, MensagemAbrirInstancia, 0, 0);
 }
 

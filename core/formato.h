@@ -16,12 +16,12 @@ namespace zu::launcher {
 class ArgumentoDeFormato {
  public:
     template <std::convertible_to<std::string_view> Texto>
-    ArgumentoDeFormato(const Texto& texto) : tipo_(Tipo::kTexto), texto_(texto) {}
+    explicit ArgumentoDeFormato(const Texto& texto) : tipo_(Tipo::kTexto), texto_(texto) {}
     template <std::integral Inteiro>
-    ArgumentoDeFormato(Inteiro valor)
+    explicit ArgumentoDeFormato(Inteiro valor)
         : tipo_(std::is_signed_v<Inteiro> ? Tipo::kComSinal : Tipo::kSemSinal),
           inteiro_(static_cast<std::uint64_t>(valor)) {}
-    ArgumentoDeFormato(double valor) : tipo_(Tipo::kReal), real_(valor) {}
+    explicit ArgumentoDeFormato(double valor) : tipo_(Tipo::kReal), real_(valor) {}
 
     // Appends the value as the placeholder's inner text (for instance ":08X") asks.
     void Escrever(std::string_view especificacao, std::string& saida) const;

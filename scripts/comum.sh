@@ -4,7 +4,7 @@ RAIZ=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian 12 packages of the build and the run; ./testar adds its own.
 PACOTES_BASE="cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 nginx-light python3 googletest"
-PACOTES_TESTES="clang clang-format clang-tidy libclang-rt-14-dev openssl"
+PACOTES_TESTES="clang clang-format clang-tidy libclang-rt-14-dev openssl curl git"
 
 dizer() { printf '\n== %s\n' "$*"; }
 
@@ -53,9 +53,11 @@ preparar() {
         { tail -n 60 "$RAIZ/build/$preset/compilacao.log"; return 1; }
 }
 
-# iniciar_nginx FOLDER ROOT: serves ROOT on a free loopback port until encerrar_nginx FOLDER; leaves the port in PORTA.
+# iniciar_nginx FOLDER ROOT [ssl]: serves ROOT on a free loopback port until encerrar_nginx FOLDER; leaves the port in
+# PORTA. With ssl, FOLDER holds "certificado" and "chave".
 iniciar_nginx() {
-    local pasta=$1 raiz=$2 tentativa
+    local pasta=$1 raiz=$2 tentativa ssl=
+    [ "${3:-}" != ssl ] || ssl="ssl; ssl_certificate $pasta/certificado; ssl_certificate_key $pasta/chave"
     mkdir -p "$pasta"
     for tentativa in 1 2 3 4 5; do
         PORTA=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
@@ -71,7 +73,7 @@ http {
     uwsgi_temp_path $pasta/t4; scgi_temp_path $pasta/t5;
     default_type application/octet-stream;
     sendfile on;
-    server { listen 127.0.0.1:$PORTA; root "$raiz"; }
+    server { listen 127.0.0.1:$PORTA $ssl; root "$raiz"; }
 }
 FIM
         [ "$(id -u)" -eq 0 ] && sed -i '1i user root;' "$pasta/nginx.conf"

@@ -21,7 +21,7 @@ namespace zu::launcher {
 namespace {
 
 constexpr DWORD kBlocoDeJuncao = 1024 * 1024;
-constexpr std::uint64_t kMenorSeguido = 4 * 1024 * 1024;  // below it, reading again costs less than a thread
+constexpr std::uint64_t kMenorSeguido = 4ULL << 20;  // below it, reading again costs less than a thread
 
 struct Transferencia {
     const update::ItemLista& item;

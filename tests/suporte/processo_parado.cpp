@@ -1,8 +1,12 @@
-// A program that does nothing until it is ended, for at most a minute: stands for a running game or a file in use.
+// A program that does nothing until it is ended, or for as many milliseconds as its argument says (a minute without one):
+// stands for a running game or a file in use.
 #include <windows.h>
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+#include <cwchar>
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR argumentos, int) {
     constexpr DWORD kUmMinuto = 60'000;
-    Sleep(kUmMinuto);
+    const DWORD pedido = std::wcstoul(argumentos, nullptr, 10);
+    Sleep(pedido == 0 ? kUmMinuto : pedido);
     return 0;
 }

@@ -29,6 +29,6 @@ struct Andamento {
     void Mostrar(Saida& saida, std::string_view verbo) const;
 };
 
-constexpr std::uint64_t kMiB = 1024 * 1024;
+constexpr std::uint64_t kMiB = 1ULL << 20;
 
 }  // namespace zu::launcher::forjal
