@@ -48,7 +48,7 @@ void AplicarArgumento(const std::wstring& argumento, ConfigLauncher& config, std
     } else if (TomarValor(argumento, L"--conexoes=", valor)) {
         config.conexoes = LerConexoes(valor);
     } else if (TomarValor(argumento, L"--cliente=", valor)) {
-        config.pastaJogo = valor;
+        if (!valor.empty()) config.pastaJogo = valor;
     } else if (TomarValor(argumento, L"--manifesto=", valor)) {
         manifesto = valor;
     } else if (TomarValor(argumento, L"--captura=", valor)) {

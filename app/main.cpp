@@ -13,6 +13,7 @@
 #include "app/sem_interface.h"
 #include "core/config.h"
 #include "core/log.h"
+#include "core/processo.h"
 #include "core/utf16.h"
 
 namespace zu::launcher {
@@ -69,6 +70,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     // First of all, because players can write to the game folder: no DLL is taken from there. Those that the program
     // is linked with and that the system does not keep loaded itself are delay-loaded, so this holds for them too.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    const auto codigo = static_cast<UINT>(zu::launcher::Rodar());
+    const auto ninguemCriando = zu::launcher::TravarCriacao();
     // Not by return: that would wait for, or pull the ground from under, threads that may still be working.
-    ExitProcess(static_cast<UINT>(zu::launcher::Rodar()));
+    ExitProcess(codigo);
 }

@@ -83,7 +83,9 @@ bool AbrirSelado(std::string_view arquivo, const SegredoSelo& segredo, CorpoSela
     }
     CorpoSelado aberto{};
     std::ranges::copy(arquivo.substr(0, kTamanhoCorpo), aberto.begin());
-    if (!IguaisEmTempoConstante(Etiqueta(aberto, segredo), arquivo.substr(kTamanhoCorpo))) {
+    const Sha256Digest etiqueta = Etiqueta(aberto, segredo);
+    // Zeros are what a hash that failed yields; no file is to pass by that.
+    if (!IguaisEmTempoConstante(etiqueta, arquivo.substr(kTamanhoCorpo)) || etiqueta == Sha256Digest{}) {
         recusa = "arquivo adulterado (a verificação de integridade falhou)";
         return false;
     }

@@ -65,8 +65,7 @@ bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view
         SetLastError(ERROR_FILE_TOO_LARGE);
         return false;
     }
-    std::filesystem::path temporario = caminho;
-    temporario += L".tmp";
+    const std::filesystem::path temporario = ComSufixo(caminho, L".tmp");
     HandleArquivo arquivo(
         CreateFileW(temporario.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!arquivo) return false;
@@ -113,6 +112,28 @@ bool LerInfoArquivo(const std::filesystem::path& caminho, InfoArquivo& info) {
     info.modificado = Juntar(dados.ftLastWriteTime.dwHighDateTime, dados.ftLastWriteTime.dwLowDateTime);
     info.atributos = dados.dwFileAttributes;
     return true;
+}
+
+std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho) {
+    InfoArquivo info;
+    return LerInfoArquivo(caminho, info) ? info.tamanho : 0;
+}
+
+bool PermitirEscrita(const std::filesystem::path& caminho) {
+    InfoArquivo info;
+    return LerInfoArquivo(caminho, info) && info.SomenteLeitura() &&
+           SetFileAttributesW(caminho.c_str(), info.atributos & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY)) != 0;
+}
+
+bool DescarregarArquivo(const std::filesystem::path& caminho) {
+    const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, kCompartilharTudo, nullptr, OPEN_EXISTING,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    return arquivo && FlushFileBuffers(arquivo.Valor()) != 0;
+}
+
+std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo) {
+    caminho += sufixo;
+    return caminho;
 }
 
 bool CriarPastas(const std::filesystem::path& pasta) {

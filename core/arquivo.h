@@ -31,6 +31,18 @@ struct InfoArquivo {
 // False when nothing stands at the path, or when it cannot be looked at.
 bool LerInfoArquivo(const std::filesystem::path& caminho, InfoArquivo& info);
 
+// 0 when there is no such file.
+std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho);
+
+// Takes the read-only mark off a file that has it. False when that failed, or when it has none.
+bool PermitirEscrita(const std::filesystem::path& caminho);
+
+// Returns once the file's content is on the disk.
+bool DescarregarArquivo(const std::filesystem::path& caminho);
+
+// The path with a suffix on its last name.
+std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo);
+
 // Makes the folder and every missing one above it. True when the folder exists afterwards.
 bool CriarPastas(const std::filesystem::path& pasta);
 

@@ -1,5 +1,6 @@
 #include "core/base64.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zu::launcher {

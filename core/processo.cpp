@@ -6,7 +6,14 @@ std::wstring EntreAspas(const std::wstring& texto) {
     return L"\"" + texto + L"\"";
 }
 
-Processo IniciarProcesso(std::wstring linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
+std::unique_lock<std::recursive_mutex> TravarCriacao() {
+    // Never destroyed: it is still held when the process ends.
+    static auto* const trava = new std::recursive_mutex;
+    return std::unique_lock(*trava);
+}
+
+Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
+    const auto trava = TravarCriacao();
     STARTUPINFOW inicio{};
     inicio.cb = sizeof inicio;
     PROCESS_INFORMATION info{};

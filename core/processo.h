@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 #include <string>
 
 #include "core/handle.h"
@@ -20,8 +21,14 @@ struct Processo {
     explicit operator bool() const { return static_cast<bool>(processo); }
 };
 
+// Held while a process is being made. A program that ends in the middle of that leaves the new process suspended for
+// ever, so the last thing before the end is to take this and keep it, and who makes a process suspended holds it until
+// the process runs. Recursive.
+[[nodiscard]] std::unique_lock<std::recursive_mutex> TravarCriacao();
+
 // Starts a command line in a folder, with this process's environment and without its handles. `opcoes` are the creation
-// flags of CreateProcessW.
-Processo IniciarProcesso(std::wstring linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes = 0);
+// flags of CreateProcessW. The command line stays the caller's, which matters where it holds a secret; the system may
+// write in it.
+Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes = 0);
 
 }  // namespace zu::launcher

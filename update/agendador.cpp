@@ -91,7 +91,8 @@ void TentarDeNovo(ContextoDownload& contexto) {
     RodarTrabalhadores(contexto, indices, 1, kTentativasUmAUm);
 }
 
-bool Encerrar(ContextoDownload& contexto) {
+// True when everything came; otherwise the status tells why not.
+bool Desfecho(ContextoDownload& contexto) {
     Painel& painel = contexto.atualizador.Quadro();
     if (contexto.atualizador.Cancelado()) {
         painel.Definir(StatusUpdate::kErro, "Download cancelado.");
@@ -119,16 +120,21 @@ int NumeroDeConexoes(int pedidas, std::string_view urlBase) {
 bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices) {
     const std::uint64_t bytes = SomarTamanhos(lista, indices);
     const int conexoes = NumeroDeConexoes(ObterConfig().conexoes, ObterConfig().urlUpdate);
-    atualizador.Quadro().Contar(indices.size(), bytes);
-    atualizador.Quadro().Definir(StatusUpdate::kBaixando,
-                                 Formatar("Baixando {} arquivo(s) ({})...", indices.size(), TextoDoTamanho(bytes)));
+    atualizador.Quadro().Comecar(StatusUpdate::kBaixando,
+                                 Formatar("Baixando {} arquivo(s) ({})...", indices.size(), TextoDoTamanho(bytes)),
+                                 indices.size(), bytes);
     LogLinha("[update] baixando {} arquivo(s), {}, {} conexão(ões)", indices.size(), TextoDoTamanho(bytes), conexoes);
 
     ContextoDownload contexto(atualizador, lista);
-    RodarTrabalhadores(contexto, indices, conexoes, kTentativas);
-    if (!contexto.falhas.empty() && !atualizador.Cancelado()) TentarDeNovo(contexto);
+    try {
+        RodarTrabalhadores(contexto, indices, conexoes, kTentativas);
+        if (!contexto.falhas.empty() && !atualizador.Cancelado()) TentarDeNovo(contexto);
+    } catch (...) {
+        atualizador.Cache().Gravar();
+        throw;
+    }
     atualizador.Cache().Gravar();
-    return Encerrar(contexto);
+    return Desfecho(contexto);
 }
 
 void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t> indices, int conexoes,

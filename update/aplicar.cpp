@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <utility>
 
 #include "core/arquivo.h"
@@ -15,11 +16,6 @@ namespace zu::launcher {
 namespace {
 
 constexpr std::chrono::milliseconds kPausaPorTentativa{300};
-
-std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo) {
-    caminho += sufixo;
-    return caminho;
-}
 
 // Where one item is on its way.
 struct Aplicacao {
@@ -95,7 +91,15 @@ void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas)
     std::filesystem::path alvo = CaminhoNoCliente(normal);
     std::filesystem::path temporario = ComSufixo(alvo, L".upd");
     Aplicacao a{contexto, item, std::move(normal), std::move(alvo), std::move(temporario), {}, {}};
-    if (BaixarComTentativas(a, tentativas) && Colocar(a)) {
+    bool feito = false;
+    try {
+        feito = BaixarComTentativas(a, tentativas) && Colocar(a);
+    } catch (const std::exception& falha) {
+        // Memory or threads have run out: this item's trouble, and not the end of the program.
+        a.erro = falha.what();
+        LogLinha("[update] {}: {}", a.normal, a.erro);
+    }
+    if (feito) {
         contexto.atualizador.Quadro().SomarArquivo();
     } else {
         AnotarFalha(a, indice);

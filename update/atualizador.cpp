@@ -1,6 +1,7 @@
 #include "update/atualizador.h"
 
 #include <exception>
+#include <system_error>
 #include <utility>
 
 #include "core/config.h"
@@ -36,7 +37,7 @@ std::string FraseFinal(bool reparar, std::size_t baixados, std::size_t removidos
 
 // The installed state counts from here on, also when the last swaps are still to be made.
 void Concluir(Painel& painel, const update::UpdateList& lista, const std::string& frase) {
-    const std::size_t pendentes = painel.Trocas().size();
+    const std::uint64_t pendentes = painel.Copia().estacionados;
     if (pendentes == 0) {
         GravarEstado(lista.seq, lista.versao);
         painel.Definir(StatusUpdate::kPronto, frase);
@@ -59,7 +60,12 @@ void Atualizador::Iniciar(bool reparar) {
     if (trabalhador_.joinable()) trabalhador_.join();
     cancelar_ = false;
     painel_.Zerar(reparar);
-    trabalhador_ = std::thread(&Atualizador::RodarProtegido, this, reparar);
+    try {
+        trabalhador_ = std::thread(&Atualizador::RodarProtegido, this, reparar);
+    } catch (const std::system_error& falha) {
+        Falhar(Formatar("Falha inesperada na atualização: {}.", falha.what()));
+        emCurso_ = false;
+    }
 }
 
 void Atualizador::RodarProtegido(bool reparar) noexcept {

@@ -29,13 +29,14 @@ enum class Busca { kObtida, kFalhou, kCancelada };
 Busca Buscar(Atualizador& atualizador, std::string& texto, std::string& erro) {
     for (int tentativa = 0; tentativa < kTentativas; ++tentativa) {
         if (tentativa > 0 && atualizador.EsperarOuCancelar(kPausa)) return Busca::kCancelada;
-        if (HttpBaixarTexto(UrlDaLista(), texto, erro, update::kLimiteDaLista)) return Busca::kObtida;
+        if (HttpBaixarTexto(UrlDaLista(), texto, erro, update::kLimiteDaLista, &atualizador.Cancelamento()))
+            return Busca::kObtida;
         if (NaoPublicada(erro)) break;
     }
     return atualizador.Cancelado() ? Busca::kCancelada : Busca::kFalhou;
 }
 
-bool Encerrar(Painel& painel, StatusUpdate status, std::string_view texto) {
+bool Terminar(Painel& painel, StatusUpdate status, std::string_view texto) {
     painel.Definir(status, texto);
     return false;
 }
@@ -53,26 +54,26 @@ bool ObterLista(Atualizador& atualizador, update::UpdateList& lista) {
     std::string texto;
     std::string erro;
     const Busca busca = Buscar(atualizador, texto, erro);
-    if (busca == Busca::kCancelada) return Encerrar(painel, StatusUpdate::kErro, "Cancelado.");
+    if (busca == Busca::kCancelada) return Terminar(painel, StatusUpdate::kErro, "Cancelado.");
     if (busca == Busca::kFalhou && NaoPublicada(erro)) {
-        return Encerrar(painel, StatusUpdate::kPronto,
+        return Terminar(painel, StatusUpdate::kPronto,
                         "Nenhuma atualização publicada ainda: o cliente segue como está.");
     }
     if (busca == Busca::kFalhou) {
-        return Encerrar(painel, StatusUpdate::kSemServidor,
+        return Terminar(painel, StatusUpdate::kSemServidor,
                         Formatar("Sem conexão com o servidor de atualização ({}).", erro));
     }
     const update::ListaSeparada separada = update::SepararAssinatura(texto);
     if (!Assinada(separada)) {
-        return Encerrar(painel, StatusUpdate::kErro,
+        return Terminar(painel, StatusUpdate::kErro,
                         "A lista de atualização não tem uma assinatura válida: atualização recusada por segurança.");
     }
     if (!update::LerLista(separada.assinados, lista, erro)) {
-        return Encerrar(painel, StatusUpdate::kErro, Formatar("Lista de atualização inválida: {}", erro));
+        return Terminar(painel, StatusUpdate::kErro, Formatar("Lista de atualização inválida: {}", erro));
     }
     const std::int64_t instalado = LerSeqInstalado();
     if (lista.seq < instalado) {
-        return Encerrar(painel, StatusUpdate::kErro,
+        return Terminar(painel, StatusUpdate::kErro,
                         Formatar("O servidor ofereceu uma versão mais antiga que a instalada (seq {} < {}): recusada.",
                                  lista.seq, instalado));
     }

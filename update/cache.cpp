@@ -26,7 +26,9 @@ bool CacheDeArquivos::Achar(std::string_view chave, const InfoArquivo& info, Ent
 
 void CacheDeArquivos::Registrar(std::string chave, EntradaCache entrada) {
     const std::lock_guard guarda(trava_);
-    mapa_.insert_or_assign(std::move(chave), std::move(entrada));
+    EntradaCache& lugar = mapa_[std::move(chave)];
+    if (lugar == entrada) return;
+    lugar = std::move(entrada);
     mudou_ = true;
 }
 

@@ -24,6 +24,10 @@ std::filesystem::path CaminhoCache() {
     return NaPastaConfig(L"Launcher.cache");
 }
 
+std::filesystem::path CaminhoPendente() {
+    return NaPastaConfig(L"Launcher.pendente");
+}
+
 std::int64_t LerSeqInstalado() {
     std::string texto;
     return LerArquivoInteiro(CaminhoEstado(), texto) ? SeqDoTexto(texto) : 0;

@@ -1,4 +1,4 @@
-// The two files in the "Config" folder of the game folder in which the updater remembers what it did.
+// The files in the "Config" folder of the game folder in which the updater remembers what it did.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,7 @@ namespace zu::launcher {
 
 std::filesystem::path CaminhoEstado();
 std::filesystem::path CaminhoCache();
+std::filesystem::path CaminhoPendente();
 
 // The sequence number of the last list that was applied in full; 0 when none is known.
 std::int64_t LerSeqInstalado();

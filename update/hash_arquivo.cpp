@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "core/arquivo.h"
 #include "core/formato.h"
 #include "core/utf16.h"
 
@@ -58,9 +59,7 @@ std::string SufixoDaParte(std::uint32_t parte) {
 }
 
 std::filesystem::path CaminhoDaParte(const std::filesystem::path& caminho, std::uint32_t parte) {
-    std::filesystem::path nome = caminho;
-    nome += DeUtf8(SufixoDaParte(parte));
-    return nome;
+    return ComSufixo(caminho, DeUtf8(SufixoDaParte(parte)).c_str());
 }
 
 ResultadoHash HashArquivo(const std::filesystem::path& caminho, std::uint32_t partes,

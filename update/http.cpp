@@ -71,7 +71,7 @@ bool SepararUrl(const std::wstring& url, Endereco& endereco) {
 }
 
 // Sends, and waits for the answer's headers.
-bool Trocar(HINTERNET requisicao, const std::wstring& cabecalhos) {
+bool EnviarEEsperar(HINTERNET requisicao, const std::wstring& cabecalhos) {
     const wchar_t* const extras = cabecalhos.empty() ? WINHTTP_NO_ADDITIONAL_HEADERS : cabecalhos.c_str();
     const DWORD tamanho = cabecalhos.empty() ? 0 : static_cast<DWORD>(-1);
     return WinHttpSendRequest(requisicao, extras, tamanho, WINHTTP_NO_REQUEST_DATA, 0, 0, 0) != 0 &&
@@ -93,31 +93,26 @@ std::string TextoDoStatus(std::uint32_t status, const std::wstring& url) {
     return Formatar("HTTP {} em {}", status, ParaUtf8(url));
 }
 
-std::uint64_t BytesPresentes(const std::filesystem::path& destino) {
-    InfoArquivo info;
-    return LerInfoArquivo(destino, info) ? info.tamanho : 0;
-}
-
 HandleArquivo AbrirDestino(const std::filesystem::path& destino, bool continuar) {
     return HandleArquivo(CreateFileW(destino.c_str(), continuar ? FILE_APPEND_DATA : GENERIC_WRITE, FILE_SHARE_READ,
                                      nullptr, continuar ? OPEN_ALWAYS : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 // What a transfer needs beside the open request and the open file.
-struct Transferencia {
+struct Recepcao {
     const std::filesystem::path& destino;
-    std::uint64_t esperado;
+    std::uint64_t limite;  // bytes that the file may have
     const ProgressCallback& progresso;
     const std::atomic<bool>& cancelar;
     std::uint64_t total;  // bytes in the file
 };
 
-bool Passou(const Transferencia& t) {
-    return t.esperado != 0 && t.total > t.esperado;
+bool Passou(const Recepcao& t) {
+    return t.total > t.limite;
 }
 
-// Copies the body into the file, block by block, until its end or until it runs past the expected size.
-bool Copiar(HINTERNET requisicao, HANDLE arquivo, Transferencia& t, std::string& erro) {
+// Copies the body into the file, block by block, until its end or until it runs past the limit.
+bool Copiar(HINTERNET requisicao, HANDLE arquivo, Recepcao& t, std::string& erro) {
     const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoArquivo);
     while (!t.cancelar.load()) {
         DWORD lidos = 0;
@@ -125,15 +120,12 @@ bool Copiar(HINTERNET requisicao, HANDLE arquivo, Transferencia& t, std::string&
             erro = HttpErroTexto("download");
             return false;
         }
+        if (lidos == 0) return true;
         DWORD escritos = 0;
-        const bool fim = lidos == 0;
-        const bool gravou = fim ? FlushFileBuffers(arquivo) != 0
-                                : WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) != 0 && escritos == lidos;
-        if (!gravou) {
+        if (WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) == 0 || escritos != lidos) {
             erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(t.destino.native()));
             return false;
         }
-        if (fim) return true;
         t.total += lidos;
         if (t.progresso) t.progresso(lidos);
         if (Passou(t)) {
@@ -167,12 +159,13 @@ bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequ
                                                WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
                                                endereco.seguro ? WINHTTP_FLAG_SECURE : 0));
     if (!troca.requisicao) return falhar("requisição");
-    if (!Trocar(troca.requisicao.Valor(), cabecalhos)) return falhar("download");
+    if (!EnviarEEsperar(troca.requisicao.Valor(), cabecalhos)) return falhar("download");
     if (!LerStatus(troca.requisicao.Valor(), status)) return falhar("resposta");
     return true;
 }
 
-bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo) {
+bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo,
+                     const std::atomic<bool>* cancelar) {
     corpo.clear();
     HttpRequest troca;
     std::uint32_t status = 0;
@@ -182,7 +175,7 @@ bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& e
         return false;
     }
     const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoTexto);
-    while (true) {
+    while (cancelar == nullptr || !cancelar->load()) {
         DWORD lidos = 0;
         if (WinHttpReadData(troca.requisicao.Valor(), bloco.get(), kBlocoTexto, &lidos) == 0) {
             erro = HttpErroTexto("leitura");
@@ -195,11 +188,14 @@ bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& e
             return false;
         }
     }
+    erro = "cancelado";
+    return false;
 }
 
 bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
-                       const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro) {
-    std::uint64_t presentes = BytesPresentes(destino);
+                       const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
+                       std::uint64_t maximo) {
+    std::uint64_t presentes = TamanhoDoArquivo(destino);
     if (esperado != 0 && presentes == esperado) return true;
     if (esperado != 0 && presentes > esperado) {
         DeleteFileW(destino.c_str());
@@ -225,7 +221,7 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
         return false;
     }
     if (continuar && progresso) progresso(0);
-    Transferencia t{destino, esperado, progresso, cancelar, continuar ? presentes : 0};
+    Recepcao t{destino, esperado != 0 ? esperado : maximo, progresso, cancelar, continuar ? presentes : 0};
     const bool copiado = Copiar(troca.requisicao.Valor(), arquivo.Valor(), t, erro);
     arquivo.Fechar();
     if (Passou(t)) DeleteFileW(destino.c_str());

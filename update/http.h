@@ -30,21 +30,28 @@ struct HttpRequest {
     HandleHttp requisicao;
 };
 
-// Receives the number of bytes just written: a difference, not a total. May be empty.
+// Receives the number of bytes just written: a difference, not a total. A transfer that goes on where an earlier one
+// stopped announces itself with 0 before its first block. May be empty.
 using ProgressCallback = std::function<void(std::uint64_t)>;
 
 // Sends a GET and reads the answer's status. `cabecalhos`: further request headers, each with its CR LF, or empty.
 bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequest& troca, std::uint32_t& status,
                std::string& erro);
 
-// Fetches a resource into memory, past every cache; more than `maximo` bytes is a failure.
-bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo);
+// Fetches a resource into memory, past every cache; more than `maximo` bytes is a failure. A set `cancelar`, which may
+// be absent, ends it between two blocks.
+bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo,
+                     const std::atomic<bool>* cancelar = nullptr);
 
-// Downloads into a file, resuming what already stands at `destino`, and returns once the bytes are on the disk. With an
-// expected size (0: unknown) a destination of that size is complete without a request. After a failure the partial file
-// stays for a later resume, except where its bytes are known to be wrong: longer than expected, or refused with 416.
+constexpr std::uint64_t kSemLimite = ~std::uint64_t{0};
+
+// Downloads into a file, resuming what already stands at `destino`. With an expected size (0: unknown) a destination of
+// that size is complete without a request; without one, more than `maximo` bytes in all is a failure. After a failure
+// the partial file stays for a later resume, except where its bytes are known to be wrong: longer than expected, or
+// refused with 416.
 bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
-                       const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro);
+                       const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
+                       std::uint64_t maximo = kSemLimite);
 
 // The thread's last error in words, behind the stage at which it came.
 std::string HttpErroTexto(std::string_view etapa);

@@ -30,11 +30,6 @@ struct Transferencia {
     const std::atomic<bool>& cancelar;
 };
 
-std::uint64_t TamanhoPresente(const std::filesystem::path& caminho) {
-    InfoArquivo info;
-    return LerInfoArquivo(caminho, info) ? info.tamanho : 0;
-}
-
 // The CRC in the address makes a changed file a new address, so that no cache on the way serves the old one.
 std::wstring UrlDoItem(const update::ItemLista& item, std::string_view sufixo) {
     const std::string caminho = update::NormalizarCaminho(item.caminho).append(sufixo);
@@ -52,13 +47,22 @@ void RecuarUmByte(const std::filesystem::path& parte) {
     if (SetFilePointerEx(arquivo.Valor(), fim, nullptr, FILE_BEGIN) != 0) SetEndOfFile(arquivo.Valor());
 }
 
+bool BaixarParte(const Transferencia& t, std::uint32_t parte, std::string& erro) {
+    const std::filesystem::path local = CaminhoDaParte(t.destino, parte);
+    RecuarUmByte(local);
+    // A part's size is not known, but it is not more than the whole.
+    return HttpBaixarArquivo(UrlDoItem(t.item, SufixoDaParte(parte)), local, 0, t.progresso, t.cancelar, erro,
+                             t.item.tamanho);
+}
+
 bool BaixarPartes(const Transferencia& t, std::string& erro) {
     for (std::uint32_t parte = 1; parte <= t.item.partes; ++parte) {
         const std::filesystem::path local = CaminhoDaParte(t.destino, parte);
-        RecuarUmByte(local);
-        if (!HttpBaixarArquivo(UrlDoItem(t.item, SufixoDaParte(parte)), local, 0, t.progresso, t.cancelar, erro)) {
-            return false;
-        }
+        const bool havia = TamanhoDoArquivo(local) > 0;
+        if (BaixarParte(t, parte, erro)) continue;
+        // What an older version left was thrown away: the part starts anew, which is not an attempt of the item's.
+        const bool jogadaFora = havia && TamanhoDoArquivo(local) == 0 && !t.cancelar.load();
+        if (!jogadaFora || !BaixarParte(t, parte, erro)) return false;
     }
     return true;
 }
@@ -84,7 +88,6 @@ bool JuntarPartes(const Transferencia& t, std::string& erro) {
     for (std::uint32_t parte = 1; ok && parte <= t.item.partes; ++parte) {
         ok = AnexarParte(saida.Valor(), CaminhoDaParte(t.destino, parte), bloco.get());
     }
-    ok = ok && FlushFileBuffers(saida.Valor()) != 0;
     if (!ok) erro = "não foi possível juntar as partes";
     return ok;
 }
@@ -98,15 +101,16 @@ void ApagarPartes(const Transferencia& t) {
 // A large file is hashed while it arrives. Not ok when that was not done; then it is read once it is complete.
 bool BaixarInteiro(const Transferencia& t, ResultadoHash& hash, std::string& erro) {
     const auto baixar = [&](const ProgressCallback& progresso) {
-        return HttpBaixarArquivo(UrlDoItem(t.item, ""), t.destino, t.item.tamanho, progresso, t.cancelar, erro);
+        return HttpBaixarArquivo(UrlDoItem(t.item, ""), t.destino, t.item.tamanho, progresso, t.cancelar, erro,
+                                 t.item.tamanho);
     };
     if (t.item.tamanho < kMenorSeguido) return baixar(t.progresso);
 
     SeguidorDeHash seguidor(t.destino);
+    const std::uint64_t presentes = TamanhoDoArquivo(t.destino);
     std::uint64_t escritos = 0;
     const auto progresso = [&](std::uint64_t bytes) {
-        // A resumed transfer announces itself with 0 bytes, before its first block.
-        escritos = bytes == 0 ? TamanhoPresente(t.destino) : escritos + bytes;
+        escritos = bytes == 0 ? presentes : escritos + bytes;
         seguidor.Avancar(escritos);
         t.progresso(bytes);
     };
@@ -147,7 +151,11 @@ bool Atualizador::BaixarItem(const update::ItemLista& item, const std::filesyste
     const Transferencia t{item, destino, [&bytesBaixados](std::uint64_t bytes) { bytesBaixados += bytes; }, cancelar_};
     ResultadoHash hash;
     const bool veio = item.partes == 0 ? BaixarInteiro(t, hash, erro) : BaixarEmPartes(t, erro);
-    return veio && Conferir(t, hash, sha256, erro);
+    if (!veio || !Conferir(t, hash, sha256, erro)) return false;
+    // Before anybody may put it in place: a power cut must not leave a name and a size without their bytes.
+    if (DescarregarArquivo(destino)) return true;
+    erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(destino.native()));
+    return false;
 }
 
 }  // namespace zu::launcher

@@ -19,7 +19,7 @@ constexpr std::string_view kVersao = ";versao";
 constexpr std::string_view kChaveAssets = ";chave-assets";
 constexpr std::string_view kRemover = ";remover";
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
-constexpr std::uint32_t kMaisPartes = 999;
+constexpr std::uint32_t kMaximoDePartes = 999;
 constexpr std::size_t kTamanhoSha256 = 64;
 
 std::string_view SemFim(std::string_view texto, std::string_view letras) {
@@ -87,7 +87,7 @@ bool LerArquivo(const Campos& campos, UpdateList& lista, std::string& falha) {
         falha = "SHA-256 inválido";
         return false;
     }
-    if (!partes.empty() && (!LerNumeroInteiro(partes, item.partes) || item.partes > kMaisPartes)) {
+    if (!partes.empty() && (!LerNumeroInteiro(partes, item.partes) || item.partes > kMaximoDePartes)) {
         falha = "número de partes inválido";
         return false;
     }
@@ -118,7 +118,10 @@ ListaSeparada SepararAssinatura(std::string_view texto) {
 
 bool LerLista(std::string_view assinados, UpdateList& lista, std::string& erro) {
     lista = {};
-    lista.itens.reserve(static_cast<std::size_t>(std::ranges::count(assinados, '\n')) + 1);
+    // As many as there are lines, but never for a text of nothing but line ends.
+    constexpr std::size_t kLinhaComum = 32;  // bytes
+    const auto linhas = static_cast<std::size_t>(std::ranges::count(assinados, '\n')) + 1;
+    lista.itens.reserve(std::min(linhas, assinados.size() / kLinhaComum + 1));
     if (assinados.starts_with(kMarcaUtf8)) assinados.remove_prefix(kMarcaUtf8.size());
     for (std::size_t numero = 1; !assinados.empty(); ++numero) {
         const std::string_view linha = SemFim(TomarAte(assinados, '\n'), " \r");

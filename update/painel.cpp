@@ -18,9 +18,28 @@ void Painel::Zerar(bool reparar) {
 void Painel::Definir(StatusUpdate status, std::string_view texto) {
     {
         const std::lock_guard guarda(trava_);
-        estado_.status = status;
-        estado_.texto = texto;
-        estado_.erro = status == StatusUpdate::kErro ? texto : std::string_view{};
+        Escrever(status, texto);
+    }
+    LogLinha("[update] {}", texto);
+}
+
+void Painel::Escrever(StatusUpdate status, std::string_view texto) {
+    estado_.status = status;
+    estado_.texto = texto;
+    estado_.erro = status == StatusUpdate::kErro ? texto : std::string_view{};
+}
+
+void Painel::Comecar(StatusUpdate status, std::string_view texto, std::uint64_t arquivos, std::uint64_t bytes) {
+    {
+        const std::lock_guard guarda(trava_);
+        Escrever(status, texto);
+        estado_.arquivosFeitos = 0;
+        estado_.arquivosTotal = arquivos;
+        estado_.bytesFeitos = 0;
+        estado_.bytesTotal = bytes;
+        estado_.estacionados = 0;
+        estado_.fracao = 0;
+        estado_.velocidade = 0;
     }
     LogLinha("[update] {}", texto);
 }
@@ -28,17 +47,6 @@ void Painel::Definir(StatusUpdate status, std::string_view texto) {
 void Painel::DefinirVersao(std::string_view versao) {
     const std::lock_guard guarda(trava_);
     estado_.versao = versao;
-}
-
-void Painel::Contar(std::uint64_t arquivos, std::uint64_t bytes) {
-    const std::lock_guard guarda(trava_);
-    estado_.arquivosFeitos = 0;
-    estado_.arquivosTotal = arquivos;
-    estado_.bytesFeitos = 0;
-    estado_.bytesTotal = bytes;
-    estado_.estacionados = 0;
-    estado_.fracao = 0;
-    estado_.velocidade = 0;
 }
 
 void Painel::SomarArquivo() {

@@ -59,8 +59,8 @@ class Painel {
     void Definir(StatusUpdate status, std::string_view texto);
     void DefinirVersao(std::string_view versao);
 
-    // Starts counting from 0 against new totals.
-    void Contar(std::uint64_t arquivos, std::uint64_t bytes);
+    // The same, and starts counting from 0 against new totals.
+    void Comecar(StatusUpdate status, std::string_view texto, std::uint64_t arquivos, std::uint64_t bytes);
     void SomarArquivo();
     void DefinirBytes(std::uint64_t feitos);  // never shown beyond the total
     void DefinirVelocidade(double bytesPorSegundo);
@@ -73,6 +73,8 @@ class Painel {
     [[nodiscard]] std::vector<TrocaPendente> Trocas() const;
 
  private:
+    void Escrever(StatusUpdate status, std::string_view texto);  // under the lock
+
     mutable std::mutex trava_;
     EstadoAtualizacao estado_;
     std::vector<LinhaResultado> resultados_;

@@ -23,6 +23,8 @@ struct EntradaCache {
     std::uint64_t modificado = 0;  // FILETIME
     std::string sha256;            // 64 lower-case hexadecimal digits
     std::uint32_t crc = 0;
+
+    bool operator==(const EntradaCache&) const = default;
 };
 // By normalised path in ASCII lower case.
 using MapaCache = std::map<std::string, EntradaCache, std::less<>>;

@@ -10,7 +10,7 @@
 namespace zu::launcher {
 namespace {
 
-// Open somewhere, or running; a read-only file answers like a running one, and the helper can delete both.
+// Open somewhere, or running.
 bool EmUso(DWORD erro) {
     return erro == ERROR_SHARING_VIOLATION || erro == ERROR_ACCESS_DENIED || erro == ERROR_LOCK_VIOLATION ||
            erro == ERROR_USER_MAPPED_FILE;
@@ -20,7 +20,7 @@ bool RemoverUm(Atualizador& atualizador, const std::string& normal) {
     const std::filesystem::path alvo = CaminhoNoCliente(normal);
     InfoArquivo info;
     if (!LerInfoArquivo(alvo, info) || info.Pasta()) return false;
-    if (DeleteFileW(alvo.c_str()) != 0) {
+    if (DeleteFileW(alvo.c_str()) != 0 || (PermitirEscrita(alvo) && DeleteFileW(alvo.c_str()) != 0)) {
         LogLinha("[update] removido: {}", normal);
         atualizador.Cache().Esquecer(MinusculasAscii(normal));
         return true;

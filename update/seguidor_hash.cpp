@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
+#include <system_error>
 
 namespace zu::launcher {
 
@@ -22,7 +24,12 @@ void SeguidorDeHash::Avancar(std::uint64_t bytes) {
         disponiveis_ = bytes;
     }
     aviso_.notify_one();
-    if (!leitor_.joinable()) leitor_ = std::thread(&SeguidorDeHash::Ler, this);
+    if (leitor_.joinable() || desistiu_) return;
+    try {
+        leitor_ = std::thread(&SeguidorDeHash::Ler, this);
+    } catch (const std::system_error&) {
+        desistiu_ = true;  // the file is then read once it is complete
+    }
 }
 
 ResultadoHash SeguidorDeHash::Terminar() {
@@ -43,6 +50,14 @@ std::uint64_t SeguidorDeHash::Esperar(std::uint64_t lidos) {
 }
 
 void SeguidorDeHash::Ler() {
+    try {
+        resultado_ = LerTudo();
+    } catch (const std::bad_alloc&) {
+        resultado_ = {};
+    }
+}
+
+ResultadoHash SeguidorDeHash::LerTudo() {
     constexpr DWORD kBloco = 1024 * 1024;
     const HandleArquivo arquivo(CreateFileW(caminho_.c_str(), GENERIC_READ,
                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -58,7 +73,7 @@ void SeguidorDeHash::Ler() {
         ok = ReadFile(arquivo.Valor(), bloco.get(), pedidos, &lidos, nullptr) != 0 && lidos != 0;
         hash.Alimentar(bloco.get(), lidos);
     }
-    resultado_ = hash.Terminar(ok);
+    return hash.Terminar(ok);
 }
 
 }  // namespace zu::launcher

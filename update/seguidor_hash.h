@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "update/hash_arquivo.h"
 
@@ -29,6 +30,7 @@ class SeguidorDeHash {
 
  private:
     void Ler();
+    ResultadoHash LerTudo();
     // The bytes that may be read beyond `lidos`; waits for some. 0 when the file is complete or the reading abandoned.
     std::uint64_t Esperar(std::uint64_t lidos);
 
@@ -38,6 +40,7 @@ class SeguidorDeHash {
     std::uint64_t disponiveis_ = 0;
     bool completo_ = false;
     bool abandonado_ = false;
+    bool desistiu_ = false;  // of the writer's thread alone
     ResultadoHash resultado_;
     std::thread leitor_;
 };

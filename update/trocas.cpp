@@ -10,6 +10,7 @@
 #include "core/log.h"
 #include "core/processo.h"
 #include "core/utf16.h"
+#include "update/estado.h"
 #include "update/registros.h"
 
 namespace zu::launcher {
@@ -39,11 +40,11 @@ std::wstring LinhaDeComando(const std::filesystem::path& helper, const std::file
 bool IniciarUpdaterHelper(std::span<const TrocaPendente> trocas, std::string& erro) {
     const std::filesystem::path helper = PastaDoPrograma() / L"UpdaterHelper.exe";
     InfoArquivo info;
-    if (!LerInfoArquivo(helper, info)) {
+    if (!LerInfoArquivo(helper, info) || info.Pasta()) {
         erro = "UpdaterHelper.exe não encontrado: reinstale o launcher.";
         return false;
     }
-    const std::filesystem::path pendentes = ObterConfig().pastaJogo / L"Config" / L"Launcher.pendente";
+    const std::filesystem::path pendentes = CaminhoPendente();
     if (!GravarPendentes(pendentes, trocas)) {
         erro = "não foi possível gravar Config\\Launcher.pendente";
         return false;

@@ -73,9 +73,9 @@ std::uint64_t SomarTamanhos(const update::UpdateList& lista) {
 bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista, bool reparar,
                        std::vector<std::size_t>& indices) {
     Painel& painel = atualizador.Quadro();
-    painel.Contar(lista.itens.size(), SomarTamanhos(lista));
-    painel.Definir(StatusUpdate::kVerificando,
-                   reparar ? "Reparando: conferindo todos os arquivos..." : "Verificando arquivos...");
+    painel.Comecar(StatusUpdate::kVerificando,
+                   reparar ? "Reparando: conferindo todos os arquivos..." : "Verificando arquivos...",
+                   lista.itens.size(), SomarTamanhos(lista));
     atualizador.Cache().Carregar();
 
     Verificacao verificacao(atualizador, reparar);

@@ -18,9 +18,12 @@ namespace zu::launcher::teste {
 class PastaTemporaria {
  public:
     explicit PastaTemporaria(const std::wstring& nome = L"pasta com espaço") {
+        // Process ids come again, and a test that was killed leaves its folder behind: only a new folder will do.
         static std::atomic<int> numero = 0;
-        raiz_ = std::filesystem::temp_directory_path() /
-                (L"zu-teste-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++numero));
+        do {
+            raiz_ = std::filesystem::temp_directory_path() /
+                    (L"zu-teste-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++numero));
+        } while (!std::filesystem::create_directory(raiz_));
         pasta_ = raiz_ / nome;
         std::filesystem::create_directories(pasta_);
         pasta_ = CaminhoCanonico(pasta_);

@@ -1,5 +1,5 @@
-// A program that does nothing until it is ended, or for as many milliseconds as its argument says (a minute without one):
-// stands for a running game or a file in use.
+// A program that does nothing until it is ended, or for as many milliseconds as its argument says (a minute without
+// one): stands for a running game or a file in use.
 #include <windows.h>
 
 #include <cwchar>

@@ -14,8 +14,6 @@
 namespace zu::launcher {
 namespace {
 
-using Log = std::function<void(std::string_view)>;
-
 // Only a clear answer counts: a file that cannot be looked at just now is there.
 bool Sumiu(const std::filesystem::path& caminho) {
     InfoArquivo info;
@@ -29,12 +27,6 @@ bool DentroDe(const std::filesystem::path& pasta, const std::filesystem::path& c
     if (!caminho.is_absolute()) return false;
     const std::filesystem::path relativo = caminho.lexically_normal().lexically_relative(pasta.lexically_normal());
     return !relativo.empty() && *relativo.begin() != L".." && relativo != L".";
-}
-
-void PermitirEscrita(const std::filesystem::path& caminho) {
-    InfoArquivo info;
-    if (!LerInfoArquivo(caminho, info) || !info.SomenteLeitura()) return;
-    SetFileAttributesW(caminho.c_str(), info.atributos & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
 }
 
 enum class Resultado { kFeita, kTentarDeNovo, kImpossivel };
@@ -53,7 +45,7 @@ Resultado Apagar(const std::filesystem::path& destino) {
 }
 
 bool AplicarLinha(const LinhaPendente& linha, const std::filesystem::path& pasta, const RegrasDeTroca& regras,
-                  const Log& log) {
+                  const LogDeTrocas& log) {
     const std::filesystem::path origem = DeUtf8(linha.origem);
     const std::filesystem::path destino = DeUtf8(linha.destino);
     if (!DentroDe(pasta, destino) || (!linha.origem.empty() && !DentroDe(pasta, origem))) {
@@ -82,7 +74,7 @@ bool AplicarLinha(const LinhaPendente& linha, const std::filesystem::path& pasta
 
 }  // namespace
 
-std::size_t AplicarTrocas(const std::filesystem::path& lista, const RegrasDeTroca& regras, const Log& log) {
+std::size_t AplicarTrocas(const std::filesystem::path& lista, const RegrasDeTroca& regras, const LogDeTrocas& log) {
     const std::filesystem::path pasta = lista.parent_path().parent_path();
     std::string texto;
     if (!LerArquivoInteiro(lista, texto)) {

@@ -8,6 +8,8 @@
 
 namespace zu::launcher {
 
+using LogDeTrocas = std::function<void(std::string_view)>;
+
 struct RegrasDeTroca {
     std::chrono::milliseconds limitePorLinha{15'000};  // antivirus and indexers hold files for seconds
     std::chrono::milliseconds intervalo{100};
@@ -17,7 +19,6 @@ struct RegrasDeTroca {
 // "Config" folder, are touched. Lines that fail stay in the list; a list without lines is removed. A swap that was made
 // before counts as done, so the call may be repeated after an interruption at any point. Returns how many lines are
 // left.
-std::size_t AplicarTrocas(const std::filesystem::path& lista, const RegrasDeTroca& regras,
-                          const std::function<void(std::string_view)>& log);
+std::size_t AplicarTrocas(const std::filesystem::path& lista, const RegrasDeTroca& regras, const LogDeTrocas& log);
 
 }  // namespace zu::launcher

@@ -15,13 +15,12 @@
 namespace zu::launcher {
 namespace {
 
-constexpr DWORD kEsperaPeloLauncher = 60'000;  // ms
+constexpr std::uint64_t kMaiorLog = 1ULL << 20;  // bytes; a longer one starts anew
+constexpr DWORD kEsperaPeloLauncher = 60'000;    // ms
 
 enum Codigo : int { kFeito = 0, kRestaram = 1, kUsoErrado = 2 };
 
-using Log = std::function<void(std::string_view)>;
-
-void EsperarLauncher(std::uint32_t pid, const Log& log) {
+void EsperarLauncher(std::uint32_t pid, const LogDeTrocas& log) {
     const HandleKernel processo(OpenProcess(SYNCHRONIZE, FALSE, pid));
     // One that cannot be opened has ended already.
     if (processo && WaitForSingleObject(processo.Valor(), kEsperaPeloLauncher) != WAIT_OBJECT_0) {
@@ -29,7 +28,7 @@ void EsperarLauncher(std::uint32_t pid, const Log& log) {
     }
 }
 
-void Reabrir(const ArgumentosDoHelper& argumentos, const std::filesystem::path& pasta, const Log& log) {
+void Reabrir(const ArgumentosDoHelper& argumentos, const std::filesystem::path& pasta, const LogDeTrocas& log) {
     if (IniciarProcesso(MontarLinhaDeComando(argumentos.reabrir, argumentos.argumentos), pasta)) {
         log("launcher reaberto");
     } else {
@@ -44,7 +43,8 @@ int Rodar(const ArgumentosDoHelper& argumentos) {
     const std::filesystem::path pasta =
         listaNoLugar ? argumentos.lista.parent_path().parent_path() : argumentos.reabrir.parent_path();
     const std::filesystem::path arquivo = pasta / L"UpdaterHelper.log";
-    const Log log = [&arquivo](std::string_view mensagem) { AnexarLinhaDeLog(arquivo, mensagem); };
+    if (TamanhoDoArquivo(arquivo) > kMaiorLog) DeleteFileW(arquivo.c_str());
+    const LogDeTrocas log = [&arquivo](std::string_view mensagem) { AnexarLinhaDeLog(arquivo, mensagem); };
 
     log(Formatar("UpdaterHelper: esperando o launcher (pid {}) fechar", argumentos.pid));
     EsperarLauncher(argumentos.pid, log);
