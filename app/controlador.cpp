@@ -1,17 +1,34 @@
 #include "app/controlador.h"
 
 #include <array>
+#include <exception>
+#include <thread>
+#include <utility>
 
 #include "core/config.h"
 #include "core/log.h"
 #include "core/utf16.h"
+#include "game/jogo.h"
+#include "game/requisitos.h"
 #include "update/trocas.h"
 
 namespace zu::launcher {
 namespace {
 
 // A file that some other program holds open must not make the launcher restart for ever.
-constexpr std::uint32_t kMaisReaberturas = 2;
+constexpr std::uint32_t kMaximoDeReaberturas = 2;
+
+constexpr std::string_view kVulkan = "vulkan";
+constexpr std::string_view kD3d12 = "d3d12";
+
+// A run that ended so leaves the game as it can be played.
+bool PermiteJogar(StatusUpdate status) {
+    return status == StatusUpdate::kPronto || status == StatusUpdate::kSemServidor || status == StatusUpdate::kErro;
+}
+
+bool PedeExplicacao(StatusUpdate status) {
+    return status == StatusUpdate::kSemServidor || status == StatusUpdate::kErro || status == StatusUpdate::kJogoAberto;
+}
 
 }  // namespace
 
@@ -28,39 +45,157 @@ void ControladorLauncher::Iniciar() {
     LogLinha("ZuLauncher {} | cliente {} | update {}{}", VersaoDoLauncher(), ParaUtf8(config.pastaJogo.native()),
              config.urlUpdate.empty() ? "(não configurado)" : std::string_view(config.urlUpdate),
              config.reaberto > 0 ? " | reaberto pelo UpdaterHelper" : "");
+    sentencaEntregue_ = false;
+    entregaTentada_ = false;
     atualizador_.Iniciar(config.reparar);
 }
 
 void ControladorLauncher::Tick() {
-    if (sairPedido_.exchange(false) && saida_) {
+    if (partida_->mostrar.exchange(false)) Notificar(NumeroDoEvento::kJogoNaoAbriu);
+    if (partida_->sair.exchange(false) && saida_) {
         saida_();
         return;
     }
+    // Asked for before the status: a run that ends in between is then seen as still running, not as ended too early.
     const bool atualizando = Atualizando();
-    if (Estado().status == StatusUpdate::kReiniciando && !atualizando && !entregaTentada_) {
-        entregaTentada_ = true;
-        EntregarTrocas();
+    const StatusUpdate status = Estado().status;
+    if (status == StatusUpdate::kReiniciando && !atualizando && !std::exchange(entregaTentada_, true) &&
+        EntregarTrocas()) {
+        return;
     }
+    if (!atualizando && status != StatusUpdate::kReiniciando) IniciarDiagnostico();
+    const ResultadoRequisitos requisitos = ObterRequisitos();
+    CorrigirApi(requisitos);
+    JogarSozinho(requisitos);
 }
 
-// The launcher quits for the helper; where there is none to quit for, the run ends in an error that the player sees.
-void ControladorLauncher::EntregarTrocas() {
-    if (ObterConfig().reaberto >= kMaisReaberturas) {
+void ControladorLauncher::Notificar(NumeroDoEvento numero) {
+    if (observador_ != nullptr) observador_->Notificar({numero});
+}
+
+// True when the launcher has to quit for the helper; where there is none to quit for, the run ends in an error that the
+// player sees.
+bool ControladorLauncher::EntregarTrocas() {
+    if (ObterConfig().reaberto >= kMaximoDeReaberturas) {
         LogLinha("UpdaterHelper: {}",
                  "arquivos ainda em uso depois de duas trocas pelo UpdaterHelper (outro programa usando a pasta do "
                  "jogo?)");
         atualizador_.Falhar(
             "Não foi possível trocar alguns arquivos em uso. Feche outros programas abertos na pasta do jogo e clique "
             "em Tentar de novo.");
-        return;
+        return false;
     }
     std::string erro;
-    if (IniciarUpdaterHelper(atualizador_.Trocas(), erro)) {
-        if (saida_) saida_();
-        return;
+    if (!IniciarUpdaterHelper(atualizador_.Trocas(), erro)) {
+        LogLinha("UpdaterHelper: {}", erro);
+        atualizador_.Falhar(erro);
+        return false;
     }
-    LogLinha("UpdaterHelper: {}", erro);
-    atualizador_.Falhar(erro);
+    if (saida_) saida_();
+    return true;
+}
+
+void ControladorLauncher::IniciarDiagnostico() {
+    if (std::exchange(diagnosticoIniciado_, true)) return;
+    IniciarRequisitos(regras_.limiteDoDiagnostico);
+}
+
+// An interface that does not run here gives way to the other one, if that one does.
+void ControladorLauncher::CorrigirApi(const ResultadoRequisitos& requisitos) {
+    if (!requisitos.concluido || !requisitos.relatorioLido || std::exchange(apiConferida_, true)) return;
+    OpcoesJogo opcoes = LerOpcoesJogo();
+    const bool vulkan = opcoes.api == kVulkan;
+    const bool estaRoda = vulkan ? requisitos.vulkan : requisitos.d3d12;
+    const bool outraRoda = vulkan ? requisitos.d3d12 : requisitos.vulkan;
+    if (estaRoda || !outraRoda) return;
+    LogLinha("A API gravada ({}) não roda neste PC: trocando para a outra", opcoes.api);
+    opcoes.api = vulkan ? kD3d12 : kVulkan;
+    GravarOpcoesJogo(opcoes);
+}
+
+void ControladorLauncher::JogarSozinho(const ResultadoRequisitos& requisitos) {
+    if (!InicioAutomaticoPorFazer() || !requisitos.concluido) return;
+    try {
+        if (!PodeJogar()) return;
+        inicioAutomaticoFeito_ = true;
+        Jogar();
+    } catch (const std::exception& falha) {
+        inicioAutomaticoFeito_ = true;
+        LogLinha("Jogar: {}", falha.what());
+    }
+}
+
+bool ControladorLauncher::InicioAutomaticoPorFazer() const {
+    return ObterConfig().jogar && !inicioAutomaticoFeito_;
+}
+
+bool ControladorLauncher::PodeJogar() const {
+    return !Ocupado() && PermiteJogar(Estado().status) && TemJogo();
+}
+
+void ControladorLauncher::Jogar() {
+    if (!PodeJogar() || partida_->abrindo.exchange(true)) return;
+    {
+        const std::lock_guard guarda(partida_->trava);
+        partida_->erro.clear();
+    }
+    const OpcoesJogo opcoes = LerOpcoesJogo();
+    if (opcoes.fecharAoJogar != 0) Notificar(NumeroDoEvento::kJogoAbrindo);
+    try {
+        std::thread(&ControladorLauncher::AbrirNaThread, partida_, opcoes, regras_.esperaConfirmacao).detach();
+    } catch (...) {
+        partida_->abrindo = false;
+        if (opcoes.fecharAoJogar != 0) Notificar(NumeroDoEvento::kJogoNaoAbriu);
+        throw;
+    }
+}
+
+void ControladorLauncher::AbrirNaThread(const std::shared_ptr<Partida>& partida, const OpcoesJogo& opcoes,
+                                        std::chrono::milliseconds espera) {
+    std::string erro;
+    bool abriu = false;
+    try {
+        abriu = AbrirJogo(opcoes, erro, espera);
+    } catch (const std::exception& falha) {
+        erro = falha.what();
+    }
+    const bool fechar = opcoes.fecharAoJogar != 0;
+    if (!abriu) {
+        const std::lock_guard guarda(partida->trava);
+        partida->erro = erro;
+        LogLinha("Jogar: {}", erro);
+    }
+    // Last, since the front end may act on it at once; the wish that goes with it is there before.
+    if (fechar) (abriu ? partida->sair : partida->mostrar) = true;
+    partida->abrindo = false;
+}
+
+void ControladorLauncher::Acao(std::string_view palavra) {
+    const ConfigLauncher& config = ObterConfig();
+    if (palavra == "registrar") {
+        AbrirEndereco(config.urlRegistro.empty() ? config.urlSite : config.urlRegistro);
+    } else if (palavra == "driver") {
+        const std::string endereco = ObterRequisitos().acaoEndereco;
+        if (endereco.starts_with("ms-settings:")) {
+            AbrirNoShell(DeUtf8(endereco));
+        } else {
+            AbrirEndereco(endereco);
+        }
+    } else if (palavra == "pasta") {
+        AbrirNoShell(config.pastaJogo.native());
+    } else if (palavra == "log") {
+        AbrirNoShell((config.pastaJogo / L"ZuLauncher.log").native());
+    }
+}
+
+std::string ControladorLauncher::TomarMensagemFinal() {
+    {
+        const std::lock_guard guarda(partida_->trava);
+        if (!partida_->erro.empty()) return std::exchange(partida_->erro, {});
+    }
+    const EstadoAtualizacao estado = Estado();
+    if (Atualizando() || !PedeExplicacao(estado.status) || std::exchange(sentencaEntregue_, true)) return {};
+    return estado.texto;
 }
 
 void ControladorLauncher::Encerrar(std::chrono::milliseconds limite) {

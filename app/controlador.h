@@ -1,10 +1,17 @@
 // Between the front ends and the workers: the one object that a window or a headless run drives.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
 #include <string_view>
+#include <utility>
 
+#include "game/opcoes.h"
+#include "game/resultado.h"
 #include "update/atualizador.h"
 
 namespace zu::launcher {
@@ -12,31 +19,100 @@ namespace zu::launcher {
 // The status in one word, as the log has it; empty for a value that is no status.
 std::string_view PalavraDoStatus(StatusUpdate status);
 
-// All operations are called from the front end's one thread; the quit handler is called there too, from `Tick`.
+enum class NumeroDoEvento : int {
+    kJogoAbrindo = 0,   // a start with close-on-play begins: the front end may hide
+    kJogoNaoAbriu = 1,  // that start failed: the front end shows itself again
+};
+
+struct EventoLauncher {
+    NumeroDoEvento numero = NumeroDoEvento::kJogoAbrindo;
+};
+
+// A front end that wants to know. Notified on its own thread, from `Tick` and `Jogar`.
+class ObservadorLauncher {
+ public:
+    virtual void Notificar(const EventoLauncher& evento) = 0;
+
+ protected:
+    ~ObservadorLauncher() = default;
+};
+
+// How long things may take; tests shorten it.
+struct RegrasDoControlador {
+    std::chrono::milliseconds limiteDoDiagnostico{30'000};
+    std::chrono::milliseconds esperaConfirmacao{120'000};
+};
+
+// All operations are called from the front end's one thread; the quit handler and the observer are called there too.
 class ControladorLauncher {
  public:
+    explicit ControladorLauncher(RegrasDoControlador regras = {}) : regras_(regras) {}
+
     // What `Tick` calls when the launcher has to end.
     void DefinirSaida(std::function<void()> saida) { saida_ = std::move(saida); }
+    // Null: nobody is notified. The observer must outlive its use here.
+    void DefinirObservador(ObservadorLauncher* observador) { observador_ = observador; }
 
     // Logs the title line and starts the update run.
     void Iniciar();
 
-    // One step of polling; the front ends make one every 100 ms.
+    // One step of polling; the front ends make one every 100 ms. Throws nothing for trouble with files or threads: that
+    // is logged.
     void Tick();
 
+    // Whether the game may be started now. Throws std::filesystem::filesystem_error when "Zu.exe" cannot be asked for.
+    [[nodiscard]] bool PodeJogar() const;
+    // Starts the game on a thread of its own; does nothing while that is not possible. Throws std::system_error when
+    // the thread cannot be made.
+    void Jogar();
+
+    // A front end's action by name: "registrar", "driver", "pasta", "log". Any other word does nothing.
+    void Acao(std::string_view palavra);
+
     [[nodiscard]] bool Atualizando() const { return atualizador_.EmCurso(); }
+    // A start of the game is under way until `Tick` has acted on how it went.
+    [[nodiscard]] bool AbrindoJogo() const { return partida_->abrindo || partida_->sair || partida_->mostrar; }
+    [[nodiscard]] bool Ocupado() const { return Atualizando() || AbrindoJogo(); }
+    // With `--jogar`, until the start by itself has been made.
+    [[nodiscard]] bool InicioAutomaticoPorFazer() const;
     [[nodiscard]] EstadoAtualizacao Estado() const { return atualizador_.Estado(); }
+
+    // What a run that has just ended has to tell the player: why a start failed, or how the update went wrong. Empty
+    // when there is nothing. Handed out once.
+    std::string TomarMensagemFinal();
 
     // Cancels what is under way and waits for it, but not for longer than `limite`: nothing on disk depends on it.
     void Encerrar(std::chrono::milliseconds limite);
 
  private:
-    void EntregarTrocas();
+    // What a start of the game tells back. Shared with its thread, which may outlive the controller.
+    struct Partida {
+        std::atomic<bool> abrindo = false;
+        std::atomic<bool> sair = false;
+        std::atomic<bool> mostrar = false;
+        std::recursive_mutex trava;
+        std::string erro;  // of the last start
+    };
 
+    static void AbrirNaThread(const std::shared_ptr<Partida>& partida, const OpcoesJogo& opcoes,
+                              std::chrono::milliseconds espera);
+
+    void Notificar(NumeroDoEvento numero);
+    bool EntregarTrocas();
+    void IniciarDiagnostico();
+    void CorrigirApi(const ResultadoRequisitos& requisitos);
+    void JogarSozinho(const ResultadoRequisitos& requisitos);
+
+    RegrasDoControlador regras_;
     Atualizador atualizador_;
     std::function<void()> saida_;
-    std::atomic<bool> sairPedido_ = false;
+    ObservadorLauncher* observador_ = nullptr;
+    std::shared_ptr<Partida> partida_ = std::make_shared<Partida>();
     bool entregaTentada_ = false;
+    bool diagnosticoIniciado_ = false;
+    bool apiConferida_ = false;
+    bool inicioAutomaticoFeito_ = false;
+    bool sentencaEntregue_ = false;
 };
 
 // The process's one controller, made on first use and never destroyed.

@@ -71,7 +71,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     // is linked with and that the system does not keep loaded itself are delay-loaded, so this holds for them too.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     const auto codigo = static_cast<UINT>(zu::launcher::Rodar());
-    const auto ninguemCriando = zu::launcher::TravarCriacao();
+    [[maybe_unused]] const auto ninguemCriando = zu::launcher::TravarCriacao();
     // Not by return: that would wait for, or pull the ground from under, threads that may still be working.
     ExitProcess(codigo);
 }

@@ -1,6 +1,7 @@
 #include "app/sem_interface.h"
 
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include "app/controlador.h"
@@ -15,6 +16,17 @@ constexpr int kCodigoPronto = 0;
 constexpr int kCodigoOutroFim = 1;
 constexpr int kCodigoSaiu = 3;
 
+// Whether the loop has something left to wait for beyond the update run itself.
+bool EsperandoOJogo(const ControladorLauncher& controlador) {
+    if (controlador.AbrindoJogo()) return true;
+    try {
+        return controlador.InicioAutomaticoPorFazer() && controlador.PodeJogar();
+    } catch (const std::filesystem::filesystem_error& falha) {
+        LogLinha("Jogar: {}", falha.what());
+        return false;
+    }
+}
+
 }  // namespace
 
 int RodarSemInterface() {
@@ -26,7 +38,7 @@ int RodarSemInterface() {
         std::this_thread::sleep_for(kIntervalo);
         controlador.Tick();
         if (sair) return kCodigoSaiu;
-        if (controlador.Atualizando()) continue;
+        if (controlador.Atualizando() || EsperandoOJogo(controlador)) continue;
         // While it is "reiniciando" the next tick hands the swaps over, and asks to quit or ends in an error.
         const EstadoAtualizacao estado = controlador.Estado();
         if (estado.status == StatusUpdate::kReiniciando) continue;

@@ -42,13 +42,20 @@ add_library(zu_update STATIC
     update/verificacao.cpp)
 target_link_libraries(zu_update PUBLIC zu_core zu_winhttp)
 
+add_library(zu_game STATIC
+    game/jogo.cpp
+    game/opcoes.cpp
+    game/requisitos.cpp
+    game/token.cpp)
+target_link_libraries(zu_game PUBLIC zu_core shell32)
+
 add_library(zu_app STATIC
     app/controlador.cpp
     app/instancia_unica.cpp
     app/linha_de_comando.cpp
     app/selo.cpp
     app/sem_interface.cpp)
-target_link_libraries(zu_app PUBLIC zu_update shell32 ole32)
+target_link_libraries(zu_app PUBLIC zu_update zu_game shell32 ole32)
 
 add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)
 target_link_libraries(ZuLauncher PRIVATE zu_app zu_chaves)
@@ -85,10 +92,10 @@ foreach(programa ZuLauncher UpdaterHelper Forjal)
     target_link_options(${programa} PRIVATE -municode $<$<CONFIG:Release>:-s>)
     target_compile_definitions(${programa} PRIVATE
         $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_NUMERICA=${versao_numerica}>
-        $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_TEXTO="${PROJECT_VERSION}">)
+        $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_TEXTO=${PROJECT_VERSION}>)
     set_property(SOURCE ui/recursos/launcher.rc ui/recursos/helper.rc ui/recursos/forjal.rc
         PROPERTY OBJECT_DEPENDS
-        ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rc.h
+        ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rci
         ${CMAKE_SOURCE_DIR}/ui/recursos/icone.ico
         ${CMAKE_SOURCE_DIR}/ui/recursos/programa.manifest)
 endforeach()

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Makes the demonstration's game client: cliente_de_demonstracao.py FOLDER VERSION PROGRAM
+"""Makes the demonstration's game client: cliente_de_demonstracao.py FOLDER VERSION PROGRAM GAME
 
 About 64 MiB in a few hundred files, with blanks and accents in the names; the same bytes each time. PROGRAM stands for
-a tool of the game that may be running while an update comes. Version 2 changes a few files and drops one.
+a tool of the game that may be running while an update comes, GAME for the game itself. Version 2 changes a few files and
+drops one.
 """
 import pathlib, random, shutil, sys
 
-pasta, versao, programa = pathlib.Path(sys.argv[1]), int(sys.argv[2]), sys.argv[3]
+pasta, versao, programa, jogo = pathlib.Path(sys.argv[1]), int(sys.argv[2]), sys.argv[3], sys.argv[4]
 shutil.rmtree(pasta, ignore_errors=True)
 
 
@@ -30,3 +31,4 @@ ferramenta = pasta / 'Ferramentas' / 'Voz do Zu.exe'
 ferramenta.parent.mkdir(parents=True)
 # Bytes behind a program's end change the file and not what it does.
 ferramenta.write_bytes(pathlib.Path(programa).read_bytes() + b'\0' * (versao - 1))
+shutil.copy(jogo, pasta / 'Zu.exe')

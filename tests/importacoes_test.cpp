@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <set>
+#include <vector>
 
 #include "core/texto.h"
 #include "tests/suporte/pasta.h"
@@ -74,6 +75,28 @@ TEST(Importacoes, SoDllsQueOSistemaGuarda) {
         for (const std::string& dll : imagem.Importadas()) {
             EXPECT_TRUE(conhecidas.contains(dll)) << ParaUtf8(programa) << " imports " << dll;
         }
+    }
+}
+
+// What Windows shows as the properties of a program, and the icon of its file.
+TEST(Importacoes, VersaoEIconeEmCadaPrograma) {
+    for (const wchar_t* programa : {L"ZuLauncher.exe", L"UpdaterHelper.exe", L"Forjal.exe"}) {
+        const std::filesystem::path caminho = teste::kPastaBin / programa;
+        std::vector<char> dados(GetFileVersionInfoSizeW(caminho.c_str(), nullptr));
+        ASSERT_TRUE(GetFileVersionInfoW(caminho.c_str(), 0, static_cast<DWORD>(dados.size()), dados.data()));
+        VS_FIXEDFILEINFO* fixa = nullptr;
+        wchar_t* texto = nullptr;
+        UINT tamanho = 0;
+        ASSERT_TRUE(VerQueryValueW(dados.data(), L"\\", reinterpret_cast<void**>(&fixa), &tamanho));
+        EXPECT_EQ(fixa->dwFileVersionMS, MAKELONG(3, 1));
+        EXPECT_EQ(fixa->dwFileVersionLS, MAKELONG(0, 1));
+        ASSERT_TRUE(VerQueryValueW(dados.data(), L"\\StringFileInfo\\041604B0\\FileVersion",
+                                   reinterpret_cast<void**>(&texto), &tamanho));
+        EXPECT_STREQ(texto, L"1.3.1");
+        HMODULE const modulo = LoadLibraryExW(caminho.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+        EXPECT_NE(FindResourceW(modulo, MAKEINTRESOURCEW(1), RT_GROUP_ICON), nullptr) << ParaUtf8(programa);
+        EXPECT_NE(FindResourceW(modulo, MAKEINTRESOURCEW(1), RT_MANIFEST), nullptr) << ParaUtf8(programa);
+        FreeLibrary(modulo);
     }
 }
 

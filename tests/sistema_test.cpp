@@ -11,6 +11,7 @@
 #include "core/texto.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "update/jogo_aberto.h"
 
 namespace zu::launcher {
 namespace {
@@ -247,6 +248,50 @@ TEST_F(Sistema, UmLauncherPorPastaEReabertoEspera) {
     EXPECT_TRUE(EsperarReaberto());
     EXPECT_TRUE(Logou("Sem interface: terminou em \"pronto\": Cliente em dia."));
     EXPECT_TRUE(outra.Ler("Data/grande.pak") == publicacao_.arquivos["Data/grande.pak"]);
+}
+
+// The run ends right after the probe has begun; a game that hangs in it must not be left behind as a running game.
+TEST_F(Sistema, DiagnosticoAcabaComOLauncher) {
+    std::filesystem::copy_file(teste::kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
+    pasta_.Escrever("jogo_falso.txt", "relatorio=travar\n");
+    for (int volta = 0; volta < 5; ++volta) {
+        EXPECT_EQ(Rodar(), 0) << teste::LerLog(pasta_);
+        Sleep(300);
+        EXPECT_FALSE(JogoAberto(pasta_.Caminho())) << volta;
+    }
+}
+
+// The game comes with the update, is asked about the computer and started.
+TEST_F(Sistema, JogarComEFecharAoJogarESemJogo) {
+    EXPECT_EQ(Rodar({L"--jogar"}), 0);
+    EXPECT_FALSE(Logou("Jog"));
+
+    std::string jogo;
+    ASSERT_TRUE(LerArquivoInteiro(teste::kPastaBin / "jogo_falso.exe", jogo));
+    publicacao_.seq = 2;
+    publicacao_.arquivos["Zu.exe"] = jogo;
+    publicacao_.arquivos["jogo_falso.txt"] = "relatorio=so_vulkan\nviver=200\n";
+    publicacao_.Servir(servidor_);
+    EXPECT_EQ(Rodar({L"--jogar"}), 3);
+    EXPECT_TRUE(Logou("A API gravada (d3d12) não roda neste PC: trocando para a outra"));
+    EXPECT_TRUE(Logou("Opções gravadas em Config\\Zu.ini (api vulkan, modo 1, resolução 4)"));
+    EXPECT_TRUE(Logou("Jogo aberto: Zu.exe --api=vulkan (pid "));
+    EXPECT_TRUE(Logou("Lançamento: anti-hack confirmou o token"));
+    EXPECT_TRUE(Logou("ZuLauncher encerrado (código 3)"));
+    Sleep(500);
+
+    pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nFecharAoJogar=0\r\n[Video]\r\nApi=vulkan\r\n");
+    EXPECT_EQ(Rodar({L"--jogar", L"--requisitos-simular=bom"}), 0);
+    EXPECT_TRUE(Logou("Requisitos: DirectX 12 sim | Vulkan sim"));
+    EXPECT_TRUE(Logou("Jogo aberto: Zu.exe --api=vulkan (pid "));
+    EXPECT_TRUE(Logou("Sem interface: terminou em \"pronto\": Cliente em dia."));
+    Sleep(500);
+
+    // Without a server the game can be played all the same, and the code still tells of the update.
+    EXPECT_EQ(Rodar({L"--jogar", L"--manifesto=http://127.0.0.1:1/"}), 1);
+    EXPECT_TRUE(Logou("Lançamento: anti-hack confirmou o token"));
+    EXPECT_TRUE(Logou("Sem interface: terminou em \"semservidor\""));
+    Sleep(500);
 }
 
 }  // namespace

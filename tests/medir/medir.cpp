@@ -13,6 +13,7 @@
 #include <limits>
 #include <new>
 
+#include "core/json.h"
 #include "core/texto.h"
 #include "tests/suporte/publicacao.h"
 #include "update/atualizador.h"
@@ -132,6 +133,21 @@ void MedirLista(const std::filesystem::path& arquivo) {
     Imprimir("memoria", static_cast<double>(maisEmUso - antes));
 }
 
+// json ARQUIVO: reading a document, and the memory that its tree takes
+void MedirJson(const std::filesystem::path& arquivo) {
+    std::string texto;
+    if (!LerArquivoInteiro(arquivo, texto)) Falhar("json");
+    const std::int64_t antes = emUso;
+    maisEmUso = antes;
+    Imprimir("nosso", Cronometrar([&] {
+                 ValorJson valor;
+                 std::string erro;
+                 if (!LerJson(texto, valor, erro)) Falhar(erro);
+             }));
+    Imprimir("texto", static_cast<double>(texto.size()));
+    Imprimir("memoria", static_cast<double>(maisEmUso - antes));
+}
+
 // conferir PASTA URL LISTA: a run that finds nothing to do, and the bare question about each file's attributes
 void MedirConferir(const std::filesystem::path& pasta, const std::string& url,
                    const std::filesystem::path& listaLocal) {
@@ -219,6 +235,8 @@ int Rodar(const std::vector<std::string>& a) {
         MedirHash(caminho(1));
     } else if (a.size() == 2 && a[0] == "lista") {
         MedirLista(caminho(1));
+    } else if (a.size() == 2 && a[0] == "json") {
+        MedirJson(caminho(1));
     } else if (a.size() == 4 && a[0] == "conferir") {
         MedirConferir(caminho(1), a[2], caminho(3));
     } else if (a.size() == 4 && a[0] == "grande") {

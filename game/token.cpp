@@ -1,0 +1,85 @@
+#include "game/token.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace zu::launcher {
+namespace {
+
+// A security descriptor that grants this process's user alone what `direitos` says.
+class SoEsteUsuario {
+ public:
+    explicit SoEsteUsuario(DWORD direitos) {
+        HandleKernel token;
+        DWORD tamanho = 0;
+        if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Receber()) == 0) return;
+        GetTokenInformation(token.Valor(), TokenUser, nullptr, 0, &tamanho);
+        usuario_.resize(tamanho);
+        if (GetTokenInformation(token.Valor(), TokenUser, usuario_.data(), tamanho, &tamanho) == 0) return;
+        const PSID sid = reinterpret_cast<const TOKEN_USER*>(usuario_.data())->User.Sid;
+        lista_.resize(sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) + GetLengthSid(sid));
+        auto* const lista = reinterpret_cast<ACL*>(lista_.data());
+        pronto_ = InitializeAcl(lista, static_cast<DWORD>(lista_.size()), ACL_REVISION) != 0 &&
+                  AddAccessAllowedAce(lista, ACL_REVISION, direitos, sid) != 0 &&
+                  InitializeSecurityDescriptor(&descritor_, SECURITY_DESCRIPTOR_REVISION) != 0 &&
+                  SetSecurityDescriptorDacl(&descritor_, TRUE, lista, FALSE) != 0;
+        atributos_ = {sizeof atributos_, &descritor_, FALSE};
+    }
+    SoEsteUsuario(const SoEsteUsuario&) = delete;
+    SoEsteUsuario& operator=(const SoEsteUsuario&) = delete;
+
+    // Null when the descriptor could not be made.
+    SECURITY_ATTRIBUTES* Atributos() { return pronto_ ? &atributos_ : nullptr; }
+
+ private:
+    std::vector<char> usuario_;
+    std::vector<char> lista_;
+    SECURITY_DESCRIPTOR descritor_{};
+    SECURITY_ATTRIBUTES atributos_{};
+    bool pronto_ = false;
+};
+
+std::wstring Nome(const wchar_t* prefixo, std::uint32_t pid) {
+    return prefixo + std::to_wstring(pid);
+}
+
+// Takes over what a creating call returned, unless the object existed before.
+HandleKernel SeNovo(HANDLE criado) {
+    const bool existia = GetLastError() == ERROR_ALREADY_EXISTS;
+    HandleKernel dono(criado);
+    if (existia) dono.Fechar();
+    return dono;
+}
+
+HandleKernel CriarMapeamento(const TokenDeLancamento& token, std::uint32_t pid) {
+    SoEsteUsuario leitura(FILE_MAP_READ);
+    if (leitura.Atributos() == nullptr) return {};
+    HandleKernel mapeamento =
+        SeNovo(CreateFileMappingW(INVALID_HANDLE_VALUE, leitura.Atributos(), PAGE_READWRITE, 0,
+                                  static_cast<DWORD>(token.size()), Nome(L"Local\\ZuLauncher-token-", pid).c_str()));
+    if (!mapeamento) return {};
+    void* const vista = MapViewOfFile(mapeamento.Valor(), FILE_MAP_WRITE, 0, 0, token.size());
+    if (vista == nullptr) return {};
+    std::memcpy(vista, token.data(), token.size());
+    UnmapViewOfFile(vista);
+    return mapeamento;
+}
+
+HandleKernel CriarConfirmacao(std::uint32_t pid) {
+    SoEsteUsuario sinal(EVENT_MODIFY_STATE | SYNCHRONIZE);
+    if (sinal.Atributos() == nullptr) return {};
+    return SeNovo(CreateEventW(sinal.Atributos(), TRUE, FALSE, Nome(L"Local\\ZuLauncher-confirmado-", pid).c_str()));
+}
+
+}  // namespace
+
+CanalDoToken AbrirCanal(const TokenDeLancamento& token, std::uint32_t pid) {
+    CanalDoToken canal;
+    canal.mapeamento = CriarMapeamento(token, pid);
+    if (canal.mapeamento) canal.confirmacao = CriarConfirmacao(pid);
+    if (!canal.confirmacao) canal.mapeamento.Fechar();
+    return canal;
+}
+
+}  // namespace zu::launcher
