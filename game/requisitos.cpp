@@ -22,7 +22,7 @@ namespace {
 
 // A report has some ten KiB; a hostile one, read into a tree, takes a hundred times its size in memory.
 constexpr std::uint64_t kMaiorRelatorio = 1ULL << 20;  // bytes
-constexpr DWORD kEsperaDoFim = 5'000;  // ms, for a game that has been ended to let go of its files
+constexpr DWORD kEsperaDoFim = 5'000;                  // ms, for a game that has been ended to let go of its files
 
 struct Publicacao {
     std::mutex trava;
