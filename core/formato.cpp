@@ -6,35 +6,35 @@
 namespace zu::launcher {
 namespace {
 
-struct Especificacao {
+struct Forma {
     std::size_t largura = 0;
     int casas = 6;
     char tipo = 'd';
 };
 
-Especificacao LerEspecificacao(std::string_view texto) {
-    Especificacao e;
+Forma LerForma(std::string_view texto) {
+    Forma forma;
     if (!texto.empty() && texto.front() == ':') texto.remove_prefix(1);
-    if (texto.size() >= 2 && texto[0] == '0') e.largura = static_cast<std::size_t>(texto[1] - '0');
-    if (texto.size() >= 2 && texto[0] == '.') e.casas = texto[1] - '0';
-    if (!texto.empty() && (texto.back() == 'X' || texto.back() == 'x')) e.tipo = texto.back();
-    return e;
+    if (texto.size() >= 2 && texto[0] == '0') forma.largura = static_cast<std::size_t>(texto[1] - '0');
+    if (texto.size() >= 2 && texto[0] == '.') forma.casas = texto[1] - '0';
+    if (!texto.empty() && (texto.back() == 'X' || texto.back() == 'x')) forma.tipo = texto.back();
+    return forma;
 }
 
 }  // namespace
 
-void ArgumentoDeFormato::Escrever(std::string_view especificacao, std::string& saida) const {
+void ArgumentoDeFormato::Escrever(std::string_view marca, std::string& saida) const {
     if (tipo_ == Tipo::kTexto) {
         saida.append(texto_);
         return;
     }
-    const Especificacao e = LerEspecificacao(especificacao);
+    const Forma forma = LerForma(marca);
     std::array<char, 400> area{};  // a double in fixed notation has at most 309 digits before the point
     char* const fim = area.data() + area.size();
     std::to_chars_result r{};
     if (tipo_ == Tipo::kReal) {
-        r = std::to_chars(area.data(), fim, real_, std::chars_format::fixed, e.casas);
-    } else if (e.tipo != 'd') {
+        r = std::to_chars(area.data(), fim, real_, std::chars_format::fixed, forma.casas);
+    } else if (forma.tipo != 'd') {
         r = std::to_chars(area.data(), fim, inteiro_, 16);
     } else if (tipo_ == Tipo::kComSinal) {
         r = std::to_chars(area.data(), fim, static_cast<std::int64_t>(inteiro_));
@@ -42,10 +42,10 @@ void ArgumentoDeFormato::Escrever(std::string_view especificacao, std::string& s
         r = std::to_chars(area.data(), fim, inteiro_);
     }
     const auto digitos = static_cast<std::size_t>(r.ptr - area.data());
-    if (digitos < e.largura) saida.append(e.largura - digitos, '0');
+    if (digitos < forma.largura) saida.append(forma.largura - digitos, '0');
     for (const char* c = area.data(); c != r.ptr; ++c) {
         const bool letra = *c >= 'a' && *c <= 'f';
-        saida.push_back(e.tipo == 'X' && letra ? static_cast<char>(*c - 'a' + 'A') : *c);
+        saida.push_back(forma.tipo == 'X' && letra ? static_cast<char>(*c - 'a' + 'A') : *c);
     }
 }
 

@@ -24,7 +24,7 @@ class ArgumentoDeFormato {
     explicit ArgumentoDeFormato(double valor) : tipo_(Tipo::kReal), real_(valor) {}
 
     // Appends the value as the placeholder's inner text (for instance ":08X") asks.
-    void Escrever(std::string_view especificacao, std::string& saida) const;
+    void Escrever(std::string_view marca, std::string& saida) const;
 
  private:
     enum class Tipo { kTexto, kComSinal, kSemSinal, kReal };
