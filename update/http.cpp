@@ -120,12 +120,15 @@ bool Copiar(HINTERNET requisicao, HANDLE arquivo, Recepcao& t, std::string& erro
             erro = HttpErroTexto("download");
             return false;
         }
-        if (lidos == 0) return true;
         DWORD escritos = 0;
-        if (WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) == 0 || escritos != lidos) {
+        const bool fim = lidos == 0;
+        const bool gravou = fim ? FlushFileBuffers(arquivo) != 0
+                                : WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) != 0 && escritos == lidos;
+        if (!gravou) {
             erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(t.destino.native()));
             return false;
         }
+        if (fim) return true;
         t.total += lidos;
         if (t.progresso) t.progresso(lidos);
         if (Passou(t)) {
@@ -196,7 +199,11 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
                        const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
                        std::uint64_t maximo) {
     std::uint64_t presentes = TamanhoDoArquivo(destino);
-    if (esperado != 0 && presentes == esperado) return true;
+    if (esperado != 0 && presentes == esperado) {
+        // What an interrupted run wrote may not be on the disk yet.
+        DescarregarArquivo(destino);
+        return true;
+    }
     if (esperado != 0 && presentes > esperado) {
         DeleteFileW(destino.c_str());
         presentes = 0;

@@ -88,6 +88,7 @@ bool JuntarPartes(const Transferencia& t, std::string& erro) {
     for (std::uint32_t parte = 1; ok && parte <= t.item.partes; ++parte) {
         ok = AnexarParte(saida.Valor(), CaminhoDaParte(t.destino, parte), bloco.get());
     }
+    ok = ok && FlushFileBuffers(saida.Valor()) != 0;
     if (!ok) erro = "não foi possível juntar as partes";
     return ok;
 }
@@ -151,11 +152,7 @@ bool Atualizador::BaixarItem(const update::ItemLista& item, const std::filesyste
     const Transferencia t{item, destino, [&bytesBaixados](std::uint64_t bytes) { bytesBaixados += bytes; }, cancelar_};
     ResultadoHash hash;
     const bool veio = item.partes == 0 ? BaixarInteiro(t, hash, erro) : BaixarEmPartes(t, erro);
-    if (!veio || !Conferir(t, hash, sha256, erro)) return false;
-    // Before anybody may put it in place: a power cut must not leave a name and a size without their bytes.
-    if (DescarregarArquivo(destino)) return true;
-    erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(destino.native()));
-    return false;
+    return veio && Conferir(t, hash, sha256, erro);
 }
 
 }  // namespace zu::launcher
