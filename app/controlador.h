@@ -81,6 +81,8 @@ class ControladorLauncher {
     // when there is nothing. Handed out once.
     std::string TomarMensagemFinal();
 
+    // Tells the update run to stop; returns at once.
+    void Cancelar() { atualizador_.Cancelar(); }
     // Cancels what is under way and waits for it, but not for longer than `limite`: nothing on disk depends on it.
     void Encerrar(std::chrono::milliseconds limite);
 

@@ -44,7 +44,12 @@ InstanciaUnica::~InstanciaUnica() {
 
 void ChamarOutraInstancia() {
     const HWND janela = FindWindowW(kClasseDaJanela, nullptr);
-    if (janela != nullptr) PostMessageW(janela, MensagemAbrirInstancia, 0, 0);
+    if (janela == nullptr) return;
+    // The player has just started this process, so it may hand on the right to come to the front.
+    DWORD processo = 0;
+    GetWindowThreadProcessId(janela, &processo);
+    AllowSetForegroundWindow(processo);
+    PostMessageW(janela, MensagemAbrirInstancia, 0, 0);
 }
 
 }  // namespace zu::launcher

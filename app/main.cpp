@@ -15,12 +15,12 @@
 #include "core/log.h"
 #include "core/processo.h"
 #include "core/utf16.h"
+#include "ui/interface.h"
 
 namespace zu::launcher {
 namespace {
 
 constexpr int kCodigoOutraInstancia = 0;
-constexpr int kCodigoSemInterfaceGrafica = 1;
 constexpr int kCodigoRecusada = 2;
 constexpr std::chrono::milliseconds kEsperaPelosTrabalhos{2000};
 
@@ -37,11 +37,6 @@ int RecusarConfiguracao(const ConfigLauncher& config) {
         MessageBoxW(nullptr, texto.c_str(), kNomeDoPrograma, MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
     }
     return kCodigoRecusada;
-}
-
-int RodarInterface() {
-    LogLinha("Esta versão só roda com --sem-interface: a janela ainda não existe.");
-    return kCodigoSemInterfaceGrafica;
 }
 
 int Rodar() {

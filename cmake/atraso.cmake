@@ -30,3 +30,12 @@ zu_atrasar(zu_bcrypt bcrypt.dll
 zu_atrasar(zu_winhttp winhttp.dll
     WinHttpCloseHandle WinHttpConnect WinHttpCrackUrl WinHttpOpen WinHttpOpenRequest WinHttpQueryHeaders
     WinHttpReadData WinHttpReceiveResponse WinHttpSendRequest WinHttpSetOption WinHttpSetTimeouts)
+
+zu_atrasar(zu_dwmapi dwmapi.dll DwmFlush)
+
+zu_atrasar(zu_gdiplus gdiplus.dll
+    GdipAddPathArc GdipClosePathFigure GdipCreateFromHDC GdipCreateLineBrushFromRect GdipCreatePath GdipCreatePen1
+    GdipCreateSolidFill GdipDeleteBrush GdipDeleteGraphics GdipDeletePath GdipDeletePen GdipDrawArc GdipDrawLine
+    GdipDrawPath GdipFillEllipse GdipFillPath GdipFillPolygon GdipFillRectangle GdipResetClip GdipSetClipPath
+    GdipSetClipRect GdipSetLinePresetBlend GdipSetPenLineCap197819 GdipSetPixelOffsetMode GdipSetSmoothingMode
+    GdiplusShutdown GdiplusStartup)

@@ -57,8 +57,23 @@ add_library(zu_app STATIC
     app/sem_interface.cpp)
 target_link_libraries(zu_app PUBLIC zu_update zu_game shell32 ole32)
 
+add_library(zu_ui STATIC
+    ui/captura.cpp
+    ui/controle.cpp
+    ui/desenho.cpp
+    ui/estado_interface.cpp
+    ui/fontes.cpp
+    ui/interface.cpp
+    ui/janela_principal.cpp
+    ui/molde.cpp
+    ui/moldura.cpp
+    ui/pintor_controle.cpp
+    ui/pintor_principal.cpp)
+target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi gdi32 user32 ole32 uuid)
+
 add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)
-target_link_libraries(ZuLauncher PRIVATE zu_app zu_chaves)
+# The keys last: what needs them comes before.
+target_link_libraries(ZuLauncher PRIVATE zu_ui zu_app zu_update zu_chaves)
 
 add_library(zu_trocas STATIC tools/updater_helper/aplicar_trocas.cpp tools/updater_helper/argumentos.cpp)
 target_link_libraries(zu_trocas PUBLIC zu_core)
@@ -97,5 +112,6 @@ foreach(programa ZuLauncher UpdaterHelper Forjal)
         PROPERTY OBJECT_DEPENDS
         ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rci
         ${CMAKE_SOURCE_DIR}/ui/recursos/icone.ico
+        ${CMAKE_SOURCE_DIR}/ui/recursos/logo.tga
         ${CMAKE_SOURCE_DIR}/ui/recursos/programa.manifest)
 endforeach()

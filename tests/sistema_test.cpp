@@ -87,8 +87,6 @@ TEST_F(Sistema, CodigosDeSaidaELog) {
     EXPECT_TRUE(
         Logou("Sem interface: terminou em \"semservidor\": Sem conexão com o servidor de atualização (download: "
               "não conectou ao servidor)."));
-    EXPECT_EQ(Programa(pasta_ / "ZuLauncher.exe").Esperar(), 1);
-    EXPECT_TRUE(Logou("Esta versão só roda com --sem-interface"));
 
     pasta_.Escrever("Launcher.emu", "adulterado");
     EXPECT_EQ(Rodar(), 2);
@@ -100,10 +98,13 @@ TEST_F(Sistema, CodigosDeSaidaELog) {
 }
 
 TEST_F(Sistema, DllPlantadaNaPastaNaoECarregada) {
-    for (const char* dll : {"winhttp.dll", "bcrypt.dll", "dnsapi.dll", "secur32.dll"})
+    for (const char* dll : {"winhttp.dll", "bcrypt.dll", "dnsapi.dll", "secur32.dll", "gdiplus.dll", "dwmapi.dll",
+                            "windowscodecs.dll", "uxtheme.dll"})
         pasta_.Escrever(dll, "não é uma DLL");
     EXPECT_EQ(Rodar(), 0);
     EsperarPublicados();
+    EXPECT_EQ(Programa(pasta_ / "ZuLauncher.exe", {L"--captura=" + (pasta_ / "Fotos/novas").native()}).Esperar(), 0);
+    EXPECT_EQ(pasta_.Ler("Fotos/novas/principal.png").substr(1, 3), "PNG");
 }
 
 // A file that the update replaces is at every instant the old one or the new one, and whatever was cut short is

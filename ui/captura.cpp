@@ -1,0 +1,200 @@
+#include "ui/captura.h"
+
+#include <dwmapi.h>
+#include <wincodec.h>
+
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <vector>
+
+#include "app/controlador.h"
+#include "core/config.h"
+#include "core/log.h"
+#include "core/utf16.h"
+#include "ui/com.h"
+#include "ui/desenho.h"
+#include "ui/estado_interface.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr UINT kIntervalo = 300;             // ms
+constexpr ULONGLONG kEsperaMinima = 2'500;   // ms
+constexpr ULONGLONG kEsperaMaxima = 30'000;  // ms
+
+constexpr int kTentativas = 20;
+constexpr DWORD kPausa = 100;  // ms
+// Of the pixels where the page lies; more have to differ from the plain drawing.
+constexpr std::size_t kPorcentoDiferente = 1;
+
+constexpr UINT kRenderizarTudo = 2;  // PW_RENDERFULLCONTENT
+
+// The running session, for the timer's callback, which is given nothing of its own.
+SessaoDeCaptura* sessao = nullptr;
+
+// A window's drawing in memory: 32 bits a pixel, top row first.
+class Quadro {
+ public:
+    explicit Quadro(SIZE tamanho) : tamanho_(tamanho), dc_(CreateCompatibleDC(nullptr)) {
+        BITMAPINFO info{};
+        info.bmiHeader.biSize = sizeof info.bmiHeader;
+        info.bmiHeader.biWidth = tamanho.cx;
+        info.bmiHeader.biHeight = -tamanho.cy;
+        info.bmiHeader.biPlanes = 1;
+        info.bmiHeader.biBitCount = 32;
+        void* pixels = nullptr;
+        bitmap_.Trocar(CreateDIBSection(dc_.Valor(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+        if (pixels == nullptr) return;
+        pixels_ = {static_cast<std::uint32_t*>(pixels), static_cast<std::size_t>(tamanho.cx * tamanho.cy)};
+        antigo_ = SelectObject(dc_.Valor(), bitmap_.Valor());
+    }
+    Quadro(const Quadro&) = delete;
+    Quadro& operator=(const Quadro&) = delete;
+    ~Quadro() {
+        if (antigo_ != nullptr) SelectObject(dc_.Valor(), antigo_);
+    }
+
+    bool Desenhar(HWND janela, UINT modo) {
+        if (pixels_.empty()) return false;
+        const bool desenhou = PrintWindow(janela, dc_.Valor(), modo) != FALSE;
+        GdiFlush();
+        return desenhou;
+    }
+    [[nodiscard]] std::span<std::uint32_t> Pixels() { return pixels_; }
+    [[nodiscard]] SIZE Tamanho() const { return tamanho_; }
+
+ private:
+    SIZE tamanho_;
+    HandleDc dc_;
+    HandleGdi bitmap_;
+    HGDIOBJ antigo_ = nullptr;
+    std::span<std::uint32_t> pixels_;
+};
+
+// Whether the page shows in the frame: where it lies, enough looks other than in the plain drawing.
+bool MostraPagina(Quadro& quadro, const std::vector<std::uint32_t>& semPagina) {
+    constexpr std::uint32_t kSemAlfa = 0xFFFFFF;
+    std::size_t diferentes = 0;
+    for (int y = kCentro.top; y < kCentro.bottom; ++y) {
+        for (int x = kCentro.left; x < kCentro.right; ++x) {
+            const auto lugar = static_cast<std::size_t>(y * quadro.Tamanho().cx + x);
+            if (((quadro.Pixels()[lugar] ^ semPagina[lugar]) & kSemAlfa) != 0) ++diferentes;
+        }
+    }
+    constexpr auto kArea = static_cast<std::size_t>((kCentro.right - kCentro.left) * (kCentro.bottom - kCentro.top));
+    return diferentes * 100 > kArea * kPorcentoDiferente;
+}
+
+// The page is not drawn by the window but composited by the system, some time after it has loaded.
+void DesenharComPagina(HWND janela, Quadro& quadro) {
+    const std::vector<std::uint32_t> semPagina(quadro.Pixels().begin(), quadro.Pixels().end());
+    for (int i = 0; i < kTentativas; ++i) {
+        DwmFlush();
+        if (quadro.Desenhar(janela, kRenderizarTudo) && MostraPagina(quadro, semPagina)) return;
+        Sleep(kPausa);
+    }
+    LogLinha("Captura: o DWM não entregou o quadro do site; fica o desenho GDI");
+    std::memcpy(quadro.Pixels().data(), semPagina.data(), semPagina.size() * sizeof semPagina[0]);
+}
+
+// GDI leaves the alpha channel to chance: opaque within the window's region, nothing beyond it.
+void AplicarRegiao(HWND janela, Quadro& quadro) {
+    const HandleGdi regiao(CreateRectRgn(0, 0, 0, 0));
+    const bool inteira = GetWindowRgn(janela, static_cast<HRGN>(regiao.Valor())) <= NULLREGION;
+    const SIZE tamanho = quadro.Tamanho();
+    std::size_t lugar = 0;
+    for (int y = 0; y < tamanho.cy; ++y) {
+        for (int x = 0; x < tamanho.cx; ++x, ++lugar) {
+            std::uint32_t& pixel = quadro.Pixels()[lugar];
+            const bool dentro = inteira || PtInRegion(static_cast<HRGN>(regiao.Valor()), x, y) != FALSE;
+            pixel = dentro ? pixel | 0xFF000000U : 0;
+        }
+    }
+}
+
+bool GravarPng(Quadro& quadro, const std::filesystem::path& arquivo) {
+    Com<IWICImagingFactory> fabrica;
+    Com<IWICStream> fluxo;
+    Com<IWICBitmapEncoder> codificador;
+    Com<IWICBitmapFrameEncode> imagem;
+    WICPixelFormatGUID formato = GUID_WICPixelFormat32bppBGRA;
+    const auto largura = static_cast<UINT>(quadro.Tamanho().cx);
+    const auto altura = static_cast<UINT>(quadro.Tamanho().cy);
+    const auto bytes = quadro.Pixels().size_bytes();
+    return SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
+                                      reinterpret_cast<void**>(fabrica.Receber()))) &&
+           SUCCEEDED(fabrica.Valor()->CreateStream(fluxo.Receber())) &&
+           SUCCEEDED(fluxo.Valor()->InitializeFromFilename(arquivo.c_str(), GENERIC_WRITE)) &&
+           SUCCEEDED(fabrica.Valor()->CreateEncoder(GUID_ContainerFormatPng, nullptr, codificador.Receber())) &&
+           SUCCEEDED(codificador.Valor()->Initialize(fluxo.Valor(), WICBitmapEncoderNoCache)) &&
+           SUCCEEDED(codificador.Valor()->CreateNewFrame(imagem.Receber(), nullptr)) &&
+           SUCCEEDED(imagem.Valor()->Initialize(nullptr)) && SUCCEEDED(imagem.Valor()->SetSize(largura, altura)) &&
+           SUCCEEDED(imagem.Valor()->SetPixelFormat(&formato)) && IsEqualGUID(formato, GUID_WICPixelFormat32bppBGRA) &&
+           SUCCEEDED(imagem.Valor()->WritePixels(altura, largura * 4, static_cast<UINT>(bytes),
+                                                 reinterpret_cast<BYTE*>(quadro.Pixels().data()))) &&
+           SUCCEEDED(imagem.Valor()->Commit()) && SUCCEEDED(codificador.Valor()->Commit());
+}
+
+}  // namespace
+
+bool CapturarJanela(HWND janela, const std::filesystem::path& arquivo, bool comSite) {
+    RECT r{};
+    GetWindowRect(janela, &r);
+    Quadro quadro({r.right - r.left, r.bottom - r.top});
+    bool gravou = quadro.Desenhar(janela, 0);
+    if (gravou) {
+        if (comSite) DesenharComPagina(janela, quadro);
+        AplicarRegiao(janela, quadro);
+        gravou = GravarPng(quadro, arquivo);
+        if (!gravou) DeleteFileW(arquivo.c_str());
+    }
+    LogLinha("Captura {}: {}", ParaUtf8(arquivo.filename().native()), gravou ? "gravada" : "FALHOU");
+    return gravou;
+}
+
+void SessaoDeCaptura::Iniciar() {
+    sessao = this;
+    inicio_ = GetTickCount64();
+    relogio_ = SetTimer(nullptr, 0, kIntervalo, AoRelogio);
+}
+
+SessaoDeCaptura::~SessaoDeCaptura() {
+    if (relogio_ == 0) return;
+    KillTimer(nullptr, relogio_);
+    sessao = nullptr;
+}
+
+void CALLBACK SessaoDeCaptura::AoRelogio(HWND, UINT, UINT_PTR, DWORD) {
+    if (sessao != nullptr) sessao->Avancar();
+}
+
+bool SessaoDeCaptura::Assentou() const {
+    const ULONGLONG passado = GetTickCount64() - inicio_;
+    if (passado >= kEsperaMaxima) return true;
+    return passado >= kEsperaMinima && !ObterControlador().Ocupado();
+}
+
+void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {
+    const std::filesystem::path pasta = ObterConfig().captura;
+    std::error_code ignorado;
+    std::filesystem::create_directories(pasta, ignorado);
+    if (!CapturarJanela(janela, pasta / nome, comSite)) falhou_ = true;
+}
+
+void SessaoDeCaptura::Avancar() {
+    switch (passo_) {
+        case 0:
+            if (!Assentou()) return;
+            break;
+        case 1:
+            Capturar(ObterInterface().principal, L"principal.png", false);
+            break;
+        default:
+            PedirFim();
+            return;
+    }
+    ++passo_;
+}
+
+}  // namespace zu::launcher

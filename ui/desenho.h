@@ -1,0 +1,170 @@
+// The drawing surface of every window: anti-aliased shapes through GDI+'s flat interface, text and plain lines through
+// GDI, and the double buffer that keeps painting free of flicker. Coordinates are pixels of a 96 DPI client area;
+// `RECT` has its right and bottom edges outside, as GDI has it. For the thread that owns the windows, between
+// `IniciarDesenho` and `EncerrarDesenho`. A call that GDI+ refuses draws nothing: a picture is never worth a failure.
+#pragma once
+
+#include <windows.h>
+// after windows.h
+#include <objidl.h>
+// after objidl.h
+#include <gdiplus.h>
+
+#include <span>
+#include <string_view>
+
+#include "core/handle.h"
+
+namespace zu::launcher {
+
+using Gdiplus::ARGB;
+using Gdiplus::REAL;
+
+// GDI+ colours have alpha first; GDI's have none and red lowest.
+constexpr ARGB Argb(unsigned alfa, unsigned r, unsigned g, unsigned b) {
+    return alfa << 24 | r << 16 | g << 8 | b;
+}
+constexpr ARGB Opaca(COLORREF cor) {
+    return Argb(255, cor & 0xFF, cor >> 8 & 0xFF, cor >> 16 & 0xFF);
+}
+// The colour moved towards white (`quanto` above 0) or black (below), a step a unit, clamped.
+constexpr COLORREF Clarear(COLORREF cor, int quanto) {
+    const auto canal = [&](int desvio) {
+        const int valor = static_cast<int>(cor >> desvio & 0xFF) + quanto;
+        return static_cast<COLORREF>(valor < 0 ? 0 : valor > 255 ? 255 : valor) << desvio;
+    };
+    return canal(0) | canal(8) | canal(16);
+}
+
+// True when GDI+ is ready. Calls pair with `EncerrarDesenho` and do not nest.
+bool IniciarDesenho();
+void EncerrarDesenho();
+
+// An area in GDI+'s terms: the edges may lie between pixels.
+struct Area {
+    REAL x = 0;
+    REAL y = 0;
+    REAL largura = 0;
+    REAL altura = 0;
+};
+// The whole area, or the one `margem` pixels inside.
+Area AreaDe(const RECT& r, REAL margem = 0);
+
+struct TracosCaminho {
+    using Tipo = Gdiplus::GpPath*;
+    static Tipo Nulo() noexcept { return nullptr; }
+    static void Fechar(Tipo p) noexcept { Gdiplus::DllExports::GdipDeletePath(p); }
+};
+
+// A figure to fill or outline. `Situacao` is the first status that was not Ok.
+class Caminho {
+ public:
+    Caminho();
+    // A rounded rectangle whose arcs have the diameter min(width, height, 2 x raio).
+    Caminho(const Area& area, REAL raio);
+
+    void Arco(const Area& area, REAL inicio, REAL graus);
+    void Fechar();
+
+    [[nodiscard]] Gdiplus::GpStatus Situacao() const { return situacao_; }
+    [[nodiscard]] Gdiplus::GpPath* Valor() const { return caminho_.Valor(); }
+
+ private:
+    void Conferir(Gdiplus::GpStatus s);
+
+    Gdiplus::GpStatus situacao_ = Gdiplus::Ok;
+    Handle<TracosCaminho> caminho_;
+};
+
+struct TracosGrafico {
+    using Tipo = Gdiplus::GpGraphics*;
+    static Tipo Nulo() noexcept { return nullptr; }
+    static void Fechar(Tipo g) noexcept { Gdiplus::DllExports::GdipDeleteGraphics(g); }
+};
+
+// GDI+ over a device context, smoothed. GDI may draw on the context before and after, not during its life.
+class Tela {
+ public:
+    explicit Tela(HDC dc);
+
+    void Preencher(const Caminho& caminho, ARGB cor);
+    // Vertical gradients over `faixa`, from its top to its bottom. The second form has a middle colour at `meio` (0 to
+    // 1) of the way.
+    void Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB baixo);
+    void Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB centro, ARGB baixo, REAL meio);
+    void Contornar(const Caminho& caminho, ARGB cor, REAL largura);
+    void Linha(Gdiplus::PointF de, Gdiplus::PointF ate, ARGB cor, REAL largura);  // with round caps
+    void Poligono(std::span<const Gdiplus::PointF> pontos, ARGB cor);
+    void Arco(const Area& area, REAL inicio, REAL graus, ARGB cor, REAL largura);
+    void Elipse(const Area& area, ARGB cor);
+
+    // What is drawn from here on stays within the figure, the rectangle.
+    void Recortar(const Caminho& caminho);
+    void Recortar(const Area& area);
+    void SemRecorte();
+
+    // A band: the vertical gradient over a rectangle of whole pixels.
+    void Faixa(const RECT& r, COLORREF alto, COLORREF baixo);
+
+ private:
+    Handle<TracosGrafico> grafico_;
+};
+
+void PreencherRetangulo(HDC dc, const RECT& r, COLORREF cor);
+// A hollow rectangle with a line of 1 pixel.
+void ContornarRetangulo(HDC dc, const RECT& r, COLORREF cor);
+// DrawTextW over a transparent background. Text that may not fit needs DT_END_ELLIPSIS or DT_WORDBREAK in `formato`.
+void Escrever(HDC dc, std::wstring_view texto, RECT r, HFONT fonte, COLORREF cor, UINT formato);
+
+struct TracosGdi {
+    using Tipo = HGDIOBJ;
+    static Tipo Nulo() noexcept { return nullptr; }
+    static void Fechar(Tipo h) noexcept { DeleteObject(h); }
+};
+using HandleGdi = Handle<TracosGdi>;
+
+struct TracosDc {
+    using Tipo = HDC;
+    static Tipo Nulo() noexcept { return nullptr; }
+    static void Fechar(Tipo dc) noexcept { DeleteDC(dc); }
+};
+using HandleDc = Handle<TracosDc>;
+
+// Selects an object for as long as it lives.
+class Selecao {
+ public:
+    Selecao(HDC dc, HGDIOBJ objeto) : dc_(dc), antigo_(SelectObject(dc, objeto)) {}
+    Selecao(const Selecao&) = delete;
+    Selecao& operator=(const Selecao&) = delete;
+    ~Selecao() { SelectObject(dc_, antigo_); }
+
+ private:
+    HDC dc_;
+    HGDIOBJ antigo_;
+};
+
+// WM_PAINT: `pintor(HDC)` paints the client area into memory; what needs painting reaches the window in one copy.
+class PinturaDupla {
+ public:
+    explicit PinturaDupla(HWND janela);
+    PinturaDupla(const PinturaDupla&) = delete;
+    PinturaDupla& operator=(const PinturaDupla&) = delete;
+    ~PinturaDupla();
+
+    [[nodiscard]] HDC Dc() const { return memoria_.Valor(); }
+
+ private:
+    HWND janela_;
+    PAINTSTRUCT pintura_{};
+    HandleDc memoria_;
+    HandleGdi bitmap_;
+    HGDIOBJ antigo_ = nullptr;
+};
+
+template <class Pintor>
+void PintarJanela(HWND janela, const Pintor& pintor) {
+    const PinturaDupla pintura(janela);
+    pintor(pintura.Dc());
+}
+
+}  // namespace zu::launcher

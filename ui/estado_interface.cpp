@@ -1,0 +1,64 @@
+#include "ui/estado_interface.h"
+
+#include "app/controlador.h"
+#include "core/config.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr wchar_t kTituloPadrao[] = L"Zu Launcher";
+
+std::unique_ptr<EstadoInterface>& Instancia() {
+    static std::unique_ptr<EstadoInterface> instancia;
+    return instancia;
+}
+
+}  // namespace
+
+EstadoInterface& ObterInterface() {
+    return *Instancia();
+}
+
+void AbrirEstadoDaInterface() {
+    DefinirFontesDaInterface(CriarFontes());
+    Instancia() = std::make_unique<EstadoInterface>();
+}
+
+void FecharEstadoDaInterface() {
+    Instancia().reset();
+    DefinirFontesDaInterface({});
+}
+
+bool ModoCaptura() {
+    return !ObterConfig().captura.empty();
+}
+
+std::wstring TituloDoLauncher() {
+    const std::wstring& nome = ObterConfig().nome;
+    return nome.empty() ? kTituloPadrao : nome;
+}
+
+HWND JanelaDaFrente() {
+    const EstadoInterface& ui = ObterInterface();
+    for (const HWND janela : {ui.diagnostico, ui.requisitos, ui.opcoes}) {
+        if (janela != nullptr) return janela;
+    }
+    return ui.principal;
+}
+
+void PedirFim() {
+    EstadoInterface& ui = ObterInterface();
+    ui.quit = true;
+    // An open list's menu and a message box run loops of the system's, which know nothing of `quit`.
+    EndMenu();
+    const HWND caixa = GetLastActivePopup(JanelaDaFrente());
+    if (caixa != JanelaDaFrente()) PostMessageW(caixa, WM_CLOSE, 0, 0);
+    PostMessageW(ui.principal, WM_NULL, 0, 0);
+}
+
+void CancelarEPedirFim() {
+    ObterControlador().Cancelar();
+    PedirFim();
+}
+
+}  // namespace zu::launcher

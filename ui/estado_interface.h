@@ -1,0 +1,54 @@
+// What the windows of one interface run share. One instance; UI thread only.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "game/opcoes.h"
+#include "ui/logo.h"
+#include "ui/molde.h"
+#include "ui/pintor_principal.h"
+
+namespace zu::launcher {
+
+struct EstadoInterface {
+    HWND principal = nullptr;
+    // Null while they are closed.
+    HWND opcoes = nullptr;
+    HWND requisitos = nullptr;
+    HWND diagnostico = nullptr;
+
+    bool quit = false;            // every message loop ends
+    bool running_before = false;  // the controller was busy at the last refresh
+    int superior = 0;             // the two bars, 0 to 100
+    int inferior = 0;
+    CaixaDaTira sobre = CaixaDaTira::kNenhuma;  // in the main window's title strip
+    OpcoesJogo opcoesDoJogo;                    // as last read from or written to the game's file
+    LogoCentral logo;
+    FontesDaPrincipal fontesDaPrincipal;
+};
+
+// Of the running interface.
+EstadoInterface& ObterInterface();
+
+// Begins a run with everything as above, or ends it and gives back what it held.
+void AbrirEstadoDaInterface();
+void FecharEstadoDaInterface();
+
+// The windows are to be saved as pictures: nothing is activated, no message is shown.
+bool ModoCaptura();
+
+// The configured title, never empty.
+std::wstring TituloDoLauncher();
+
+// The topmost open window of the launcher.
+HWND JanelaDaFrente();
+
+// Ends the interface: every loop of messages returns, open menus and message boxes too.
+void PedirFim();
+// The same at the player's wish: what the controller has under way is cancelled.
+void CancelarEPedirFim();
+
+}  // namespace zu::launcher

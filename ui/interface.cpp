@@ -1,0 +1,128 @@
+#include "ui/interface.h"
+
+#include <windows.h>
+
+#include <string_view>
+
+#include "app/controlador.h"
+#include "core/log.h"
+#include "ui/captura.h"
+#include "ui/controle.h"
+#include "ui/estado_interface.h"
+#include "ui/janela_principal.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr int kCodigoFim = 0;
+constexpr int kCodigoFalha = 1;
+constexpr int kRecursoDoLogo = 3001;
+
+// The picture of the resource; empty when there is none of use.
+LogoCentral CarregarLogo(HINSTANCE modulo) {
+    const HRSRC recurso = FindResourceW(modulo, MAKEINTRESOURCEW(kRecursoDoLogo), RT_RCDATA);
+    if (recurso == nullptr) return {};
+    const auto* const bytes = static_cast<const char*>(LockResource(LoadResource(modulo, recurso)));
+    if (bytes == nullptr) return {};
+    return LerLogo({bytes, SizeofResource(modulo, recurso)});
+}
+
+// The launcher steps aside while the game starts, and comes back when it does not.
+class ObservadorDaInterface final : public ObservadorLauncher {
+ public:
+    void Notificar(const EventoLauncher& evento) override {
+        MostrarLauncher(evento.numero == NumeroDoEvento::kJogoNaoAbriu);
+    }
+};
+
+void Preparar(HINSTANCE modulo) {
+    IniciarDesenho();
+    AbrirEstadoDaInterface();
+    EstadoInterface& ui = ObterInterface();
+    ui.opcoesDoJogo = LerOpcoesJogo();
+    ui.logo = CarregarLogo(modulo);
+    RegistrarControle(modulo);
+    RegistrarPrincipal(modulo);
+}
+
+void Mostrar(HWND janela) {
+    ShowWindow(janela, ModoCaptura() ? SW_SHOWNOACTIVATE : SW_SHOW);
+    if (!ModoCaptura()) SetForegroundWindow(janela);
+    UpdateWindow(janela);
+}
+
+bool JanelaNossa(HWND janela) {
+    if (janela == ObterInterface().principal) return true;
+    wchar_t classe[64];
+    const int tamanho = GetClassNameW(janela, classe, static_cast<int>(std::size(classe)));
+    return std::wstring_view(classe, static_cast<std::size_t>(tamanho)) == kClasseDoControle;
+}
+
+// Enter plays and Escape closes, whichever control has the keyboard.
+bool TeclaNossa(const MSG& mensagem) {
+    if (mensagem.message != WM_KEYDOWN || !JanelaNossa(mensagem.hwnd)) return false;
+    if (mensagem.wParam == VK_RETURN)
+        JogarAgora();
+    else if (mensagem.wParam == VK_ESCAPE)
+        CancelarEPedirFim();
+    else
+        return false;
+    return true;
+}
+
+void RodarMensagens() {
+    EstadoInterface& ui = ObterInterface();
+    MSG mensagem{};
+    while (!ui.quit) {
+        if (GetMessageW(&mensagem, nullptr, 0, 0) <= 0) {
+            CancelarEPedirFim();
+            return;
+        }
+        if (TeclaNossa(mensagem)) continue;
+        TranslateMessage(&mensagem);
+        DispatchMessageW(&mensagem);
+    }
+}
+
+// The window's end posts WM_QUIT, behind which nothing is left in the queue.
+void DesmontarPrincipal() {
+    DestroyWindow(ObterInterface().principal);
+    MSG mensagem{};
+    while (GetMessageW(&mensagem, nullptr, 0, 0) > 0)
+        DispatchMessageW(&mensagem);
+}
+
+}  // namespace
+
+int RodarInterface() {
+    const HINSTANCE modulo = GetModuleHandleW(nullptr);
+    Preparar(modulo);
+    EstadoInterface& ui = ObterInterface();
+    ui.principal = CriarPrincipal(modulo);
+    int codigo = kCodigoFim;
+    if (ui.principal == nullptr) {
+        LogLinha("Interface: CreateWindow falhou ({})", GetLastError());
+        codigo = kCodigoFalha;
+    } else {
+        ObservadorDaInterface observador;
+        ControladorLauncher& controlador = ObterControlador();
+        controlador.DefinirObservador(&observador);
+        controlador.DefinirSaida(PedirFim);
+        Mostrar(ui.principal);
+        Habilitar(GetDlgItem(ui.principal, kBotaoOpcoes), false);
+        Habilitar(GetDlgItem(ui.principal, kBotaoConectar), false);
+        PostMessageW(ui.principal, MSG_INICIAR, 0, 0);
+        SessaoDeCaptura captura;
+        if (ModoCaptura()) captura.Iniciar();
+        RodarMensagens();
+        if (captura.Falhou()) codigo = kCodigoFalha;
+        controlador.DefinirObservador(nullptr);
+        controlador.DefinirSaida({});
+        DesmontarPrincipal();
+    }
+    FecharEstadoDaInterface();
+    EncerrarDesenho();
+    return codigo;
+}
+
+}  // namespace zu::launcher

@@ -1,0 +1,270 @@
+#include "ui/janela_principal.h"
+
+#include <array>
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "app/controlador.h"
+#include "core/config.h"
+#include "core/log.h"
+#include "core/utf16.h"
+#include "game/requisitos.h"
+#include "ui/controle.h"
+#include "ui/estado_interface.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr UINT_PTR kRelogio = 7;
+constexpr UINT kIntervalo = 100;  // ms
+constexpr int kIcone = 1;
+
+constexpr RECT kRegiao{0, 0, 455, 517};
+constexpr int kCantos = 15;
+constexpr int kForaDaTela = 654;  // left of everything visible, for captures
+
+struct BotaoDaPrincipal {
+    int id;
+    const wchar_t* texto;
+    TipoControle kind;
+    Lugar lugar;
+};
+constexpr std::array<BotaoDaPrincipal, 4> kBotoes{{
+    {kBotaoRegistrar, L"Registrar", TipoControle::Botao, {63, 412, 78, 28}},
+    {kBotaoOpcoes, L"Opções", TipoControle::Botao, {104, 472, 72, 28}},
+    {kBotaoConectar, L"Conectar", TipoControle::BotaoPrincipal, {191, 472, 76, 28}},
+    {kBotaoFechar, L"Fechar", TipoControle::Botao, {282, 472, 68, 28}},
+}};
+
+HWND Botao(int id) {
+    return GetDlgItem(ObterInterface().principal, id);
+}
+
+// The controller can be asked only as far as the file system answers.
+bool PodeJogar() {
+    try {
+        return ObterControlador().PodeJogar();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+AparenciaPrincipal Aparencia(HWND janela) {
+    const EstadoInterface& ui = ObterInterface();
+    return {TituloDoLauncher(), GetActiveWindow() == janela, ui.sobre, CentroDaPrincipal::kLogo, ui.superior,
+            ui.inferior};
+}
+
+void Pintar(HWND janela, HDC dc) {
+    const EstadoInterface& ui = ObterInterface();
+    PintarPrincipal(dc, Aparencia(janela), ui.logo, FontesDaInterface(), ui.fontesDaPrincipal);
+}
+
+void AoClicarNaTira(HWND janela, POINT ponto) {
+    switch (CaixaNoPonto(ponto, kLarguraPrincipal, true)) {
+        case CaixaDaTira::kFechar:
+            CancelarEPedirFim();
+            break;
+        case CaixaDaTira::kMinimizar:
+            ShowWindow(janela, SW_MINIMIZE);
+            break;
+        case CaixaDaTira::kNenhuma:
+            break;
+    }
+}
+
+void AoComando(int id) {
+    switch (id) {
+        case kBotaoRegistrar:
+            ObterControlador().Acao("registrar");
+            break;
+        case kBotaoConectar:
+            JogarAgora();
+            break;
+        case kBotaoFechar:
+            CancelarEPedirFim();
+            break;
+        default:
+            break;
+    }
+}
+
+void TrazerParaFrente(HWND principal) {
+    ShowWindow(principal, IsIconic(principal) ? SW_RESTORE : SW_SHOW);
+    SetForegroundWindow(JanelaDaFrente());
+}
+
+void Iniciar(HWND janela) {
+    ObterControlador().Iniciar();
+    SetTimer(janela, kRelogio, kIntervalo, nullptr);
+    AtualizarTela();
+}
+
+LRESULT CALLBACK ProcedimentoDaPrincipal(HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam) {
+    bool tratada = false;
+    const LRESULT resultado =
+        MoldeJanela(janela, mensagem, lParam, kLarguraPrincipal, true, ObterInterface().sobre, tratada);
+    if (tratada) return resultado;
+    switch (mensagem) {
+        case WM_PAINT:
+            PintarJanela(janela, [&](HDC dc) { Pintar(janela, dc); });
+            return 0;
+        case WM_PRINTCLIENT:
+            Pintar(janela, reinterpret_cast<HDC>(wParam));
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_ACTIVATE:
+            RepintarTira(janela, kLarguraPrincipal);
+            break;
+        case WM_LBUTTONUP:
+            AoClicarNaTira(janela, PontoDe(lParam));
+            return 0;
+        case WM_CLOSE:
+            CancelarEPedirFim();
+            return 0;
+        case WM_TIMER:
+            if (wParam == kRelogio) AtualizarTela();
+            return 0;
+        case WM_COMMAND:
+            AoComando(LOWORD(wParam));
+            return 0;
+        case MSG_INICIAR:
+            Iniciar(janela);
+            return 0;
+        case MSG_TRAZER_FRENTE:
+            TrazerParaFrente(janela);
+            return 0;
+        case WM_DESTROY:
+            PostQuitMessage(0);
+            return 0;
+        default:
+            break;
+    }
+    return DefWindowProcW(janela, mensagem, wParam, lParam);
+}
+
+POINT LugarDaPrincipal() {
+    if (ModoCaptura() && GetSystemMetrics(SM_REMOTESESSION) == 0) {
+        return {GetSystemMetrics(SM_XVIRTUALSCREEN) - kForaDaTela, GetSystemMetrics(SM_YVIRTUALSCREEN)};
+    }
+    RECT area{};
+    if (!SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0)) {
+        area = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    }
+    return {(area.left + area.right - kLarguraPrincipal) / 2, (area.top + area.bottom - kAlturaPrincipal) / 2};
+}
+
+// Of `parte` in `todo`, 0 to 100.
+int Porcento(std::uint64_t parte, std::uint64_t todo) {
+    return todo == 0 ? 0 : static_cast<int>(parte * 100 / todo);
+}
+
+bool Transferindo(StatusUpdate status) {
+    return status == StatusUpdate::kVerificando || status == StatusUpdate::kBaixando ||
+           status == StatusUpdate::kAplicando;
+}
+
+// The upper and the lower bar.
+std::pair<int, int> Progresso(const EstadoAtualizacao& estado, bool ocupado) {
+    if (ocupado && Transferindo(estado.status)) {
+        return {Porcento(estado.bytesFeitos, estado.bytesTotal), Porcento(estado.arquivosFeitos, estado.arquivosTotal)};
+    }
+    const bool fim = !ocupado && estado.status != StatusUpdate::kParado && estado.status != StatusUpdate::kJogoAberto;
+    return fim ? std::pair{100, 100} : std::pair{0, 0};
+}
+
+void MostrarProgresso(bool ocupado) {
+    EstadoInterface& ui = ObterInterface();
+    const auto [superior, inferior] = Progresso(ObterControlador().Estado(), ocupado);
+    if (superior == ui.superior && inferior == ui.inferior) return;
+    ui.superior = superior;
+    ui.inferior = inferior;
+    RECT area = kAreaDoProgresso;
+    InflateRect(&area, 1, 2);
+    InvalidateRect(ui.principal, &area, FALSE);
+}
+
+// What the controller has to say about a run that has just ended.
+void MostrarMensagemFinal() {
+    const std::wstring mensagem = DeUtf8(ObterControlador().TomarMensagemFinal());
+    if (mensagem.empty() || ModoCaptura()) return;
+    MessageBoxW(ObterInterface().principal, mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
+}
+
+// The graphics interface of the options gives way to the other one when only that runs here.
+void TrocarApiQueNaoRoda() {
+    const ResultadoRequisitos requisitos = ObterRequisitos();
+    if (!requisitos.relatorioLido) return;
+    OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
+    const bool vulkan = opcoes.api == "vulkan";
+    const bool estaRoda = vulkan ? requisitos.vulkan : requisitos.d3d12;
+    const bool outraRoda = vulkan ? requisitos.d3d12 : requisitos.vulkan;
+    if (estaRoda || !outraRoda) return;
+    opcoes.api = vulkan ? "d3d12" : "vulkan";
+    GravarOpcoesJogo(opcoes);
+}
+
+}  // namespace
+
+void RegistrarPrincipal(HINSTANCE modulo) {
+    WNDCLASSEXW classe{};
+    classe.cbSize = sizeof classe;
+    classe.lpfnWndProc = ProcedimentoDaPrincipal;
+    classe.hInstance = modulo;
+    classe.hIcon = LoadIconW(modulo, MAKEINTRESOURCEW(kIcone));
+    classe.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    classe.lpszClassName = kClasseDaJanela;
+    RegisterClassExW(&classe);
+}
+
+HWND CriarPrincipal(HINSTANCE modulo) {
+    const POINT lugar = LugarDaPrincipal();
+    const DWORD estendido = WS_EX_APPWINDOW | (ModoCaptura() ? WS_EX_NOACTIVATE : 0);
+    const HWND janela = CreateWindowExW(estendido, kClasseDaJanela, TituloDoLauncher().c_str(),
+                                        WS_POPUP | WS_CLIPCHILDREN | WS_SYSMENU | WS_MINIMIZEBOX, lugar.x, lugar.y,
+                                        kLarguraPrincipal, kAlturaPrincipal, nullptr, nullptr, modulo, nullptr);
+    if (janela == nullptr) return nullptr;
+    SetWindowRgn(janela, CreateRoundRectRgn(kRegiao.left, kRegiao.top, kRegiao.right, kRegiao.bottom, kCantos, kCantos),
+                 FALSE);
+    for (const BotaoDaPrincipal& b : kBotoes)
+        CriarControle(janela, b.kind, b.id, b.texto, b.lugar);
+    return janela;
+}
+
+void AtualizarTela() {
+    EstadoInterface& ui = ObterInterface();
+    ControladorLauncher& controlador = ObterControlador();
+    controlador.Tick();
+    if (ui.quit || ui.principal == nullptr) return;
+    const bool ocupado = controlador.Ocupado();
+    MostrarProgresso(ocupado);
+    Habilitar(Botao(kBotaoOpcoes), !ocupado);
+    Habilitar(Botao(kBotaoConectar), PodeJogar());
+    // Remembered before the message is shown: its box keeps the clock running.
+    const bool terminou = std::exchange(ui.running_before, ocupado) && !ocupado;
+    if (terminou) MostrarMensagemFinal();
+}
+
+void JogarAgora() {
+    EstadoInterface& ui = ObterInterface();
+    if (ui.quit || !PodeJogar()) return;
+    ui.opcoesDoJogo = LerOpcoesJogo();
+    TrocarApiQueNaoRoda();
+    try {
+        ObterControlador().Jogar();
+    } catch (const std::exception& falha) {
+        LogLinha("Jogar: {}", falha.what());
+    }
+}
+
+void MostrarLauncher(bool visivel) {
+    const EstadoInterface& ui = ObterInterface();
+    for (const HWND janela : {ui.principal, ui.opcoes, ui.requisitos, ui.diagnostico}) {
+        if (janela != nullptr) ShowWindow(janela, !visivel ? SW_HIDE : ModoCaptura() ? SW_SHOWNOACTIVATE : SW_SHOW);
+    }
+    if (visivel && !ModoCaptura()) SetForegroundWindow(JanelaDaFrente());
+}
+
+}  // namespace zu::launcher
