@@ -103,15 +103,19 @@ add_executable(Forjal tools/forjal/main.cpp ui/recursos/forjal.rc)
 target_link_libraries(Forjal PRIVATE zu_forjal)
 
 string(REPLACE "." "," versao_numerica "${PROJECT_VERSION}.0")
-foreach(programa ZuLauncher UpdaterHelper Forjal)
-    target_link_options(${programa} PRIVATE -municode $<$<CONFIG:Release>:-s>)
-    target_compile_definitions(${programa} PRIVATE
+# What the resources of a program say of its version.
+function(zu_versao alvo)
+    target_compile_definitions(${alvo} PRIVATE
         $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_NUMERICA=${versao_numerica}>
         $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_TEXTO=${PROJECT_VERSION}>)
-    set_property(SOURCE ui/recursos/launcher.rc ui/recursos/helper.rc ui/recursos/forjal.rc
-        PROPERTY OBJECT_DEPENDS
-        ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rci
-        ${CMAKE_SOURCE_DIR}/ui/recursos/icone.ico
-        ${CMAKE_SOURCE_DIR}/ui/recursos/logo.tga
-        ${CMAKE_SOURCE_DIR}/ui/recursos/programa.manifest)
+endfunction()
+foreach(programa ZuLauncher UpdaterHelper Forjal)
+    target_link_options(${programa} PRIVATE -municode $<$<CONFIG:Release>:-s>)
+    zu_versao(${programa})
 endforeach()
+set_property(SOURCE ui/recursos/launcher.rc ui/recursos/helper.rc ui/recursos/forjal.rc
+    PROPERTY OBJECT_DEPENDS
+    ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rci
+    ${CMAKE_SOURCE_DIR}/ui/recursos/icone.ico
+    ${CMAKE_SOURCE_DIR}/ui/recursos/logo.tga
+    ${CMAKE_SOURCE_DIR}/ui/recursos/programa.manifest)

@@ -4,6 +4,8 @@ RAIZ=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian 12 packages of the build and the run; ./testar adds its own.
 PACOTES_BASE="cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 nginx-light python3 googletest"
+# What the windows need where there is no display; imagemagick takes the screenshot.
+PACOTES_TELA="xvfb fonts-liberation imagemagick"
 PACOTES_TESTES="clang clang-format clang-tidy libclang-rt-14-dev openssl curl git"
 
 dizer() { printf '\n== %s\n' "$*"; }
@@ -35,6 +37,18 @@ encerrar_wine() {
     WINEPREFIX="$RAIZ/build/$1/wine" wineserver -w 2>/dev/null || true
 }
 
+# abrir_tela: a virtual display for the rest of the script, in DISPLAY; TELA is the process to end. Before the first Wine
+# program, since Wine's desktop keeps the display that it began with.
+abrir_tela() {
+    local numero
+    exec {numero_da_tela}< <(exec 3>&1; exec Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null)
+    TELA=$!
+    read -r numero <&"$numero_da_tela" || { echo "o Xvfb não abriu" >&2; return 1; }
+    export DISPLAY=:$numero
+}
+
+fechar_tela() { [ -z "${TELA:-}" ] || kill "$TELA" 2>/dev/null || true; }
+
 # preparar PRESET [TARGET...]: packages, Wine prefix, configuration and build.
 preparar() {
     local preset=$1
@@ -45,6 +59,9 @@ preparar() {
     if [ ! -f "$RAIZ/build/$preset/wine/system.reg" ]; then
         dizer "Criando o prefixo do Wine"
         no_wine "$preset" wineboot -i >/dev/null 2>&1
+        # Without a window manager Wine would wait for one, two seconds a window.
+        no_wine "$preset" reg add 'HKCU\Software\Wine\AppDefaults\testes_janela.exe\X11 Driver' /v Managed /d N /f \
+            >/dev/null 2>&1
         WINEPREFIX="$RAIZ/build/$preset/wine" wineserver -w
     fi
     (cd "$RAIZ" && cmake --preset "$preset" >"build/$preset/configuracao.log" 2>&1) ||
@@ -54,7 +71,7 @@ preparar() {
 }
 
 # iniciar_nginx FOLDER ROOT [ssl]: serves ROOT on a free loopback port until encerrar_nginx FOLDER; leaves the port in
-# PORTA. With ssl, FOLDER holds "certificado" and "chave".
+# PORTA. NGINX_EXTRA may hold directives. With ssl, FOLDER holds "certificado" and "chave".
 iniciar_nginx() {
     local pasta=$1 raiz=$2 tentativa ssl=
     [ "${3:-}" != ssl ] || ssl="ssl; ssl_certificate $pasta/certificado; ssl_certificate_key $pasta/chave"
@@ -73,6 +90,7 @@ http {
     uwsgi_temp_path $pasta/t4; scgi_temp_path $pasta/t5;
     default_type application/octet-stream;
     sendfile on;
+    ${NGINX_EXTRA:-}
     server { listen 127.0.0.1:$PORTA $ssl; root "$raiz"; }
 }
 FIM

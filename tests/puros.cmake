@@ -5,6 +5,7 @@ set(ZU_TESTES_PUROS
     ${CMAKE_CURRENT_LIST_DIR}/json_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/caminhos_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/lista_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/logo_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registros_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/url_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/veredito_test.cpp)

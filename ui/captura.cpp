@@ -13,6 +13,7 @@
 #include "core/log.h"
 #include "core/utf16.h"
 #include "ui/com.h"
+#include "ui/controle.h"
 #include "ui/desenho.h"
 #include "ui/estado_interface.h"
 
@@ -32,6 +33,19 @@ constexpr UINT kRenderizarTudo = 2;  // PW_RENDERFULLCONTENT
 
 // The running session, for the timer's callback, which is given nothing of its own.
 SessaoDeCaptura* sessao = nullptr;
+
+BOOL CALLBACK DesenharControle(HWND filho, LPARAM lParam) {
+    if (!EhControle(filho) || !IsWindowVisible(filho)) return TRUE;
+    const auto dc = reinterpret_cast<HDC>(lParam);
+    RECT r{};
+    GetWindowRect(filho, &r);
+    MapWindowPoints(nullptr, GetParent(filho), reinterpret_cast<POINT*>(&r), 2);
+    POINT antes{};
+    SetViewportOrgEx(dc, r.left, r.top, &antes);
+    SendMessageW(filho, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+    SetViewportOrgEx(dc, antes.x, antes.y, nullptr);
+    return TRUE;
+}
 
 // A window's drawing in memory: 32 bits a pixel, top row first.
 class Quadro {
@@ -58,6 +72,8 @@ class Quadro {
     bool Desenhar(HWND janela, UINT modo) {
         if (pixels_.empty()) return false;
         const bool desenhou = PrintWindow(janela, dc_.Valor(), modo) != FALSE;
+        // Wine leaves the children out.
+        EnumChildWindows(janela, DesenharControle, reinterpret_cast<LPARAM>(dc_.Valor()));
         GdiFlush();
         return desenhou;
     }

@@ -1,7 +1,9 @@
 #include "ui/controle.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "core/handle.h"
@@ -248,6 +250,12 @@ HWND CriarLista(HWND pai, int id, int y, std::vector<std::wstring> items, std::i
     estado.items = std::move(items);
     estado.fill = kCorDaLista;
     return lista;
+}
+
+bool EhControle(HWND janela) {
+    wchar_t classe[64];
+    const int tamanho = GetClassNameW(janela, classe, static_cast<int>(std::size(classe)));
+    return std::wstring_view(classe, static_cast<std::size_t>(tamanho)) == kClasseDoControle;
 }
 
 EstadoControle& EstadoDo(HWND controle) {

@@ -60,6 +60,9 @@ HWND CriarControle(HWND pai, TipoControle kind, int id, const wchar_t* texto, co
 // A list in the windows' column of lists. `selected` is brought into the items' range.
 HWND CriarLista(HWND pai, int id, int y, std::vector<std::wstring> items, std::int32_t selected);
 
+// Whether the window is one of these.
+bool EhControle(HWND janela);
+
 // Of a window made by the functions above. What a caller changes shows with the next repaint.
 EstadoControle& EstadoDo(HWND controle);
 

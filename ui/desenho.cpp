@@ -149,15 +149,23 @@ void Tela::SemRecorte() {
     GdipResetClip(grafico_.Valor());
 }
 
-void Tela::Faixa(const RECT& r, COLORREF alto, COLORREF baixo) {
-    const Area area = AreaDe(r);
-    GdipFillRectangle(grafico_.Valor(), PincelDegrade(area, Opaca(alto), Opaca(baixo)).Valor(), area.x, area.y,
-                      area.largura, area.altura);
-}
-
 void PreencherRetangulo(HDC dc, const RECT& r, COLORREF cor) {
     SetDCBrushColor(dc, cor);
     FillRect(dc, &r, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
+void PreencherFaixa(HDC dc, const RECT& r, COLORREF alto, COLORREF baixo) {
+    const int altura = r.bottom - r.top;
+    for (int i = 0; i < altura; ++i) {
+        // The colour at the row's middle, rounded.
+        const auto canal = [&](int desvio) {
+            const int a = static_cast<int>(alto >> desvio & 0xFF);
+            const int b = static_cast<int>(baixo >> desvio & 0xFF);
+            return static_cast<COLORREF>((a * (2 * (altura - i) - 1) + b * (2 * i + 1) + altura) / (2 * altura))
+                   << desvio;
+        };
+        PreencherRetangulo(dc, {r.left, r.top + i, r.right, r.top + i + 1}, canal(0) | canal(8) | canal(16));
+    }
 }
 
 void ContornarRetangulo(HDC dc, const RECT& r, COLORREF cor) {

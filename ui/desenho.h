@@ -103,14 +103,13 @@ class Tela {
     void Recortar(const Area& area);
     void SemRecorte();
 
-    // A band: the vertical gradient over a rectangle of whole pixels.
-    void Faixa(const RECT& r, COLORREF alto, COLORREF baixo);
-
  private:
     Handle<TracosGrafico> grafico_;
 };
 
 void PreencherRetangulo(HDC dc, const RECT& r, COLORREF cor);
+// A vertical gradient from the rectangle's top edge to its bottom edge, row by row: GDI+ computes it for every pixel.
+void PreencherFaixa(HDC dc, const RECT& r, COLORREF alto, COLORREF baixo);
 // A hollow rectangle with a line of 1 pixel.
 void ContornarRetangulo(HDC dc, const RECT& r, COLORREF cor);
 // DrawTextW over a transparent background. Text that may not fit needs DT_END_ELLIPSIS or DT_WORDBREAK in `formato`.

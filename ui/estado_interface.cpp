@@ -13,6 +13,12 @@ std::unique_ptr<EstadoInterface>& Instancia() {
     return instancia;
 }
 
+BOOL CALLBACK FecharCaixaDeMensagem(HWND janela, LPARAM) {
+    constexpr ATOM kClasseDosDialogos = 32770;
+    if (GetClassLongPtrW(janela, GCW_ATOM) == kClasseDosDialogos) PostMessageW(janela, WM_COMMAND, IDOK, 0);
+    return TRUE;
+}
+
 }  // namespace
 
 EstadoInterface& ObterInterface() {
@@ -51,8 +57,7 @@ void PedirFim() {
     ui.quit = true;
     // An open list's menu and a message box run loops of the system's, which know nothing of `quit`.
     EndMenu();
-    const HWND caixa = GetLastActivePopup(JanelaDaFrente());
-    if (caixa != JanelaDaFrente()) PostMessageW(caixa, WM_CLOSE, 0, 0);
+    EnumThreadWindows(GetCurrentThreadId(), FecharCaixaDeMensagem, 0);
     PostMessageW(ui.principal, WM_NULL, 0, 0);
 }
 

@@ -7,7 +7,6 @@
 #include <string>
 
 #include "game/opcoes.h"
-#include "ui/logo.h"
 #include "ui/molde.h"
 #include "ui/pintor_principal.h"
 
@@ -21,12 +20,12 @@ struct EstadoInterface {
     HWND diagnostico = nullptr;
 
     bool quit = false;            // every message loop ends
-    bool running_before = false;  // the controller was busy at the last refresh
+    bool running_before = false;  // the controller was busy at the last refresh or after it
     int superior = 0;             // the two bars, 0 to 100
     int inferior = 0;
     CaixaDaTira sobre = CaixaDaTira::kNenhuma;  // in the main window's title strip
     OpcoesJogo opcoesDoJogo;                    // as last read from or written to the game's file
-    LogoCentral logo;
+    LogoEncaixado logo;
     FontesDaPrincipal fontesDaPrincipal;
 };
 

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <string_view>
-
 #include "app/controlador.h"
 #include "core/log.h"
 #include "ui/captura.h"
@@ -40,7 +38,7 @@ void Preparar(HINSTANCE modulo) {
     AbrirEstadoDaInterface();
     EstadoInterface& ui = ObterInterface();
     ui.opcoesDoJogo = LerOpcoesJogo();
-    ui.logo = CarregarLogo(modulo);
+    ui.logo = LogoEncaixado(CarregarLogo(modulo));
     RegistrarControle(modulo);
     RegistrarPrincipal(modulo);
 }
@@ -52,10 +50,7 @@ void Mostrar(HWND janela) {
 }
 
 bool JanelaNossa(HWND janela) {
-    if (janela == ObterInterface().principal) return true;
-    wchar_t classe[64];
-    const int tamanho = GetClassNameW(janela, classe, static_cast<int>(std::size(classe)));
-    return std::wstring_view(classe, static_cast<std::size_t>(tamanho)) == kClasseDoControle;
+    return janela == ObterInterface().principal || EhControle(janela);
 }
 
 // Enter plays and Escape closes, whichever control has the keyboard.

@@ -252,6 +252,8 @@ void JogarAgora() {
     if (ui.quit || !PodeJogar()) return;
     ui.opcoesDoJogo = LerOpcoesJogo();
     TrocarApiQueNaoRoda();
+    // A start may fail before the next refresh, which has a message to show all the same.
+    ui.running_before = true;
     try {
         ObterControlador().Jogar();
     } catch (const std::exception& falha) {

@@ -78,7 +78,7 @@ void PintarFechar(HDC dc, int largura, bool sobre) {
 void PintarMoldura(HDC dc, const AparenciaMoldura& a, const Fontes& fontes) {
     const CoresDaTira& cores = a.ativa ? kTiraAtiva : kTiraInativa;
     PreencherRetangulo(dc, {0, 0, a.largura, a.altura}, kCorDaJanela);
-    Tela(dc).Faixa({0, 0, a.largura, kAlturaDaTira}, cores.alto, cores.baixo);
+    PreencherFaixa(dc, {0, 0, a.largura, kAlturaDaTira}, cores.alto, cores.baixo);
     PreencherRetangulo(dc, {0, kAlturaDaTira, a.largura, kAlturaDaTira + 1}, kReguaDaTira);
     PintarTitulo(dc, a, cores, fontes);
     if (a.comMinimizar) {
@@ -92,7 +92,7 @@ void PintarMoldura(HDC dc, const AparenciaMoldura& a, const Fontes& fontes) {
 void PintarRodape(HDC dc, int largura, int altura, int faixa) {
     const int topo = altura - faixa;
     PreencherRetangulo(dc, {1, topo, largura - 1, topo + 1}, kReguaDoRodape);
-    Tela(dc).Faixa({1, topo + 1, largura - 1, altura - 1}, kRodapeAlto, kRodapeBaixo);
+    PreencherFaixa(dc, {1, topo + 1, largura - 1, altura - 1}, kRodapeAlto, kRodapeBaixo);
 }
 
 void PintarBorda(HDC dc, int largura, int altura) {

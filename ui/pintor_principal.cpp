@@ -50,7 +50,7 @@ constexpr int kBarraAltura = 9;
 
 void PintarCabecalho(HDC dc, const FontesDaPrincipal& proprias) {
     constexpr UINT kFormato = DT_LEFT | DT_VCENTER | DT_SINGLELINE;
-    Tela(dc).Faixa(kFaixaDoCabecalho, kCabecalhoAlto, kCabecalhoBaixo);
+    PreencherFaixa(dc, kFaixaDoCabecalho, kCabecalhoAlto, kCabecalhoBaixo);
     PreencherRetangulo(dc, kReguaDoCabecalho, kCorDaRegua);
     const HFONT letreiro = Fontes::De(proprias.letreiro);
     const int largura = LarguraDoTexto(kLetreiro, letreiro);
@@ -62,27 +62,30 @@ void PintarCabecalho(HDC dc, const FontesDaPrincipal& proprias) {
     SetTextCharacterExtra(dc, espaco);
 }
 
-void PintarLogo(HDC dc, const LogoCentral& logo) {
+BITMAPINFO InfoDe(int largura, int altura) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = logo.largura;
-    info.bmiHeader.biHeight = -logo.altura;
+    info.bmiHeader.biWidth = largura;
+    info.bmiHeader.biHeight = -altura;
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
-    const Tamanho t = EncaixarLogo(logo.largura, logo.altura);
-    const int x = (kLarguraPrincipal - t.largura) / 2;
-    const int y = (kAlturaDoLogo - t.altura) / 2 + kTopoDoLogo;
-    SetStretchBltMode(dc, HALFTONE);
-    SetBrushOrgEx(dc, 0, 0, nullptr);
-    StretchDIBits(dc, x, y, t.largura, t.altura, 0, 0, logo.largura, logo.altura, logo.pixels.data(), &info,
-                  DIB_RGB_COLORS, SRCCOPY);
+    return info;
 }
 
-void PintarCentro(HDC dc, CentroDaPrincipal centro, const LogoCentral& logo, const Fontes& fontes) {
+void PintarLogo(HDC dc, const LogoEncaixado& logo) {
+    const HandleDc origem(CreateCompatibleDC(dc));
+    const Selecao selecao(origem.Valor(), logo.Bitmap());
+    const Tamanho t = logo.Medida();
+    const int x = (kLarguraPrincipal - t.largura) / 2;
+    const int y = (kAlturaDoLogo - t.altura) / 2 + kTopoDoLogo;
+    BitBlt(dc, x, y, t.largura, t.altura, origem.Valor(), 0, 0, SRCCOPY);
+}
+
+void PintarCentro(HDC dc, CentroDaPrincipal centro, const LogoEncaixado& logo, const Fontes& fontes) {
     ContornarRetangulo(dc, kContornoDoCentro.r, kContornoDoCentro.cor);
     if (centro == CentroDaPrincipal::kSite) return;
     PreencherRetangulo(dc, kCentro, kFundoDoCentro);
-    if (!logo.Vazia()) PintarLogo(dc, logo);
+    if (!logo.Vazio()) PintarLogo(dc, logo);
     if (centro == CentroDaPrincipal::kFalhaDoSite) {
         Escrever(dc, L"Não foi possível abrir o site.", kLinhaDaFalha, Fontes::De(fontes.normal), kCorDaFalha,
                  DT_CENTER | DT_VCENTER | DT_SINGLELINE);
@@ -97,7 +100,24 @@ void PintarBarra(HDC dc, const LugarDaBarra& lugar, int valor, const FontesDaPri
 
 }  // namespace
 
-void PintarPrincipal(HDC dc, const AparenciaPrincipal& a, const LogoCentral& logo, const Fontes& fontes,
+LogoEncaixado::LogoEncaixado(const LogoCentral& logo) {
+    if (logo.Vazia()) return;
+    medida_ = EncaixarLogo(logo.largura, logo.altura);
+    if (medida_.largura == 0 || medida_.altura == 0) return;
+    const HandleDc dc(CreateCompatibleDC(nullptr));
+    const BITMAPINFO original = InfoDe(logo.largura, logo.altura);
+    const BITMAPINFO info = InfoDe(medida_.largura, medida_.altura);
+    void* pixels = nullptr;
+    bitmap_.Trocar(CreateDIBSection(dc.Valor(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    const Selecao selecao(dc.Valor(), bitmap_.Valor());
+    SetStretchBltMode(dc.Valor(), HALFTONE);
+    SetBrushOrgEx(dc.Valor(), 0, 0, nullptr);
+    StretchDIBits(dc.Valor(), 0, 0, medida_.largura, medida_.altura, 0, 0, logo.largura, logo.altura,
+                  logo.pixels.data(), &original, DIB_RGB_COLORS, SRCCOPY);
+    GdiFlush();
+}
+
+void PintarPrincipal(HDC dc, const AparenciaPrincipal& a, const LogoEncaixado& logo, const Fontes& fontes,
                      const FontesDaPrincipal& proprias) {
     PintarMoldura(dc, {kLarguraPrincipal, kAlturaPrincipal, a.titulo, a.ativa, true, a.sobre}, fontes);
     PintarCabecalho(dc, proprias);

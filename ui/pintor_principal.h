@@ -41,7 +41,22 @@ struct FontesDaPrincipal {
     HandleGdi percentual = CriarFonte(L"Arial", 10, FW_BOLD);
 };
 
-void PintarPrincipal(HDC dc, const AparenciaPrincipal& aparencia, const LogoCentral& logo, const Fontes& fontes,
+// `LogoCentral` in the centre's size. Stretched once: every repaint copies it.
+class LogoEncaixado {
+ public:
+    LogoEncaixado() = default;
+    explicit LogoEncaixado(const LogoCentral& logo);
+
+    [[nodiscard]] bool Vazio() const { return !bitmap_; }
+    [[nodiscard]] HGDIOBJ Bitmap() const { return bitmap_.Valor(); }
+    [[nodiscard]] Tamanho Medida() const { return medida_; }
+
+ private:
+    Tamanho medida_;
+    HandleGdi bitmap_;
+};
+
+void PintarPrincipal(HDC dc, const AparenciaPrincipal& aparencia, const LogoEncaixado& logo, const Fontes& fontes,
                      const FontesDaPrincipal& proprias);
 
 }  // namespace zu::launcher

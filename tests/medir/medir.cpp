@@ -16,6 +16,8 @@
 #include "core/json.h"
 #include "core/texto.h"
 #include "tests/suporte/publicacao.h"
+#include "ui/pintor_controle.h"
+#include "ui/pintor_principal.h"
 #include "update/atualizador.h"
 #include "update/estado.h"
 #include "update/hash_arquivo.h"
@@ -223,6 +225,36 @@ void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int
     ImprimirMemoria();
 }
 
+// One whole repaint of the main window and of its controls, into memory as on the screen.
+void MedirPintura() {
+    constexpr int kRepinturas = 200;
+    IniciarDesenho();
+    {
+        const Fontes fontes = CriarFontes();
+        const FontesDaPrincipal proprias;
+        const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF804020U)});
+        const EstadoControle botao;
+        const AparenciaPrincipal aparencia{L"Zu", true, CaixaDaTira::kNenhuma, CentroDaPrincipal::kLogo, 40, 60};
+        const HandleDc tela(CreateCompatibleDC(nullptr));
+        const HDC janela = GetDC(nullptr);
+        const auto segundos = Cronometrar([&] {
+            for (int i = 0; i < kRepinturas; ++i) {
+                const HandleGdi bitmap(CreateCompatibleBitmap(janela, kLarguraPrincipal, kAlturaPrincipal));
+                const Selecao selecao(tela.Valor(), bitmap.Valor());
+                PintarPrincipal(tela.Valor(), aparencia, logo, fontes, proprias);
+                for (int b = 0; b < 4; ++b) {
+                    PintarControle(tela.Valor(), {0, 0, 76, 28}, {botao, L"Conectar", true}, fontes);
+                }
+                BitBlt(janela, 0, 0, kLarguraPrincipal, kAlturaPrincipal, tela.Valor(), 0, 0, SRCCOPY);
+                GdiFlush();
+            }
+        });
+        ReleaseDC(nullptr, janela);
+        Imprimir("nosso", segundos / kRepinturas);
+    }
+    EncerrarDesenho();
+}
+
 // assinar ENTRADA SAIDA: signs a list with the development key
 void AssinarArquivo(const std::filesystem::path& entrada, const std::filesystem::path& saida) {
     std::string texto;
@@ -243,6 +275,8 @@ int Rodar(const std::vector<std::string>& a) {
         MedirGrande(caminho(1), a[2], a[3]);
     } else if (a.size() == 4 && a[0] == "baixar") {
         MedirBaixar(caminho(1), a[2], std::atoi(a[3].c_str()));
+    } else if (a.size() == 1 && a[0] == "pintura") {
+        MedirPintura();
     } else if (a.size() == 3 && a[0] == "assinar") {
         AssinarArquivo(caminho(1), caminho(2));
     } else {
