@@ -98,7 +98,7 @@ bool MostraPagina(Quadro& quadro, const std::vector<std::uint32_t>& semPagina) {
             if (((quadro.Pixels()[lugar] ^ semPagina[lugar]) & kSemAlfa) != 0) ++diferentes;
         }
     }
-    constexpr auto kArea = static_cast<std::size_t>((kCentro.right - kCentro.left) * (kCentro.bottom - kCentro.top));
+    constexpr auto kArea = std::size_t{kCentro.right - kCentro.left} * std::size_t{kCentro.bottom - kCentro.top};
     return diferentes * 100 > kArea * kPorcentoDiferente;
 }
 

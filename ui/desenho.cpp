@@ -117,7 +117,7 @@ void Tela::Contornar(const Caminho& caminho, ARGB cor, REAL largura) {
     GdipDrawPath(grafico_.Valor(), CanetaSolida(cor, largura).Valor(), caminho.Valor());
 }
 
-void Tela::Linha(Gdiplus::PointF de, Gdiplus::PointF ate, ARGB cor, REAL largura) {
+void Tela::Linha(const Gdiplus::PointF& de, const Gdiplus::PointF& ate, ARGB cor, REAL largura) {
     const Caneta caneta = CanetaSolida(cor, largura);
     GdipSetPenLineCap197819(caneta.Valor(), Gdiplus::LineCapRound, Gdiplus::LineCapRound, Gdiplus::DashCapFlat);
     GdipDrawLine(grafico_.Valor(), caneta.Valor(), de.X, de.Y, ate.X, ate.Y);

@@ -93,7 +93,7 @@ class Tela {
     void Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB baixo);
     void Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB centro, ARGB baixo, REAL meio);
     void Contornar(const Caminho& caminho, ARGB cor, REAL largura);
-    void Linha(Gdiplus::PointF de, Gdiplus::PointF ate, ARGB cor, REAL largura);  // with round caps
+    void Linha(const Gdiplus::PointF& de, const Gdiplus::PointF& ate, ARGB cor, REAL largura);  // with round caps
     void Poligono(std::span<const Gdiplus::PointF> pontos, ARGB cor);
     void Arco(const Area& area, REAL inicio, REAL graus, ARGB cor, REAL largura);
     void Elipse(const Area& area, ARGB cor);
