@@ -68,7 +68,9 @@ add_library(zu_ui STATIC
     ui/molde.cpp
     ui/moldura.cpp
     ui/pintor_controle.cpp
-    ui/pintor_principal.cpp)
+    ui/pintor_principal.cpp
+    ui/runtime_site.cpp
+    ui/visao_site.cpp)
 target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi gdi32 user32 ole32 uuid)
 
 add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)

@@ -4,12 +4,14 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <bit>
 #include <chrono>
 #include <string>
 #include <thread>
 
 #include "app/controlador.h"
 #include "game/requisitos.h"
+#include "tests/runtime_falso/controle.h"
 #include "tests/suporte/janelas.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
@@ -99,6 +101,29 @@ class Principal : public testing::Test {
     static bool NoStatus(StatusUpdate status) {
         return ObterControlador().Estado().status == status && !ObterControlador().Atualizando();
     }
+    // Up to date, and the window knows it.
+    bool EsperarPronto(const Interface& ui) const {
+        return Esperar(10s, [&] {
+            return Logou("[update] Atualização concluída") && NoStatus(StatusUpdate::kPronto) &&
+                   ui.Habilitado(kBotaoConectar);
+        });
+    }
+    static void ComSite(const std::filesystem::path& programas, const std::wstring& captura) {
+        SetEnvironmentVariableW(L"ProgramFiles(x86)", programas.c_str());
+        ConfigLauncher config = ObterConfig();
+        config.urlSite = "http://site.example/";
+        config.captura = captura;
+        DefinirConfig(config);
+    }
+    // Whether the line of the site that failed stands in the centre.
+    static bool DizQueOSiteFalhou(const teste::Superficie& s) {
+        int claros = 0;
+        for (int x = 9; x < 445; ++x) {
+            for (int y = 352; y < 374; ++y)
+                claros += Perto(s.Em(x, y), {200, 170, 120}, 30) ? 1 : 0;
+        }
+        return claros > 50;
+    }
     static HWND CaixaDeMensagem() { return FindWindowW(L"#32770", L"Zu Launcher"); }
 
     teste::PastaTemporaria pasta_;
@@ -144,7 +169,7 @@ TEST_F(Principal, ProntaAbreOJogoEFecha) {
     PorJogo("viver=300\nrelatorio=so_vulkan\n");
     pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nCloseOnPlay=0\r\n");
     Interface ui;
-    EXPECT_TRUE(Esperar(10s, [&] { return NoStatus(StatusUpdate::kPronto) && ui.Habilitado(kBotaoConectar); }));
+    EXPECT_TRUE(EsperarPronto(ui));
     EXPECT_TRUE(Esperar(1s, [] { return ObterInterface().superior == 100 && ObterInterface().inferior == 100; }));
     EXPECT_TRUE(ui.Habilitado(kBotaoOpcoes));
     EXPECT_TRUE(Esperar(5s, [] { return ObterRequisitos().concluido; }));
@@ -166,7 +191,7 @@ TEST_F(Principal, JogoQueNaoAbreTrazAJanelaDeVoltaComAMensagem) {
     Publicar({{"a.bin", "a"}});
     pasta_.Escrever("Zu.exe", "isto não é um programa");
     Interface ui;
-    EXPECT_TRUE(Esperar(10s, [&] { return NoStatus(StatusUpdate::kPronto) && ui.Habilitado(kBotaoConectar); }));
+    EXPECT_TRUE(EsperarPronto(ui));
     ui.Clicar(kBotaoConectar);
     EXPECT_TRUE(Esperar(10s, [] { return CaixaDeMensagem() != nullptr; }));
     EXPECT_NE(IsWindowVisible(ui.Janela()), FALSE);
@@ -221,6 +246,56 @@ TEST_F(Principal, CaixasDaTiraEBotaoFechar) {
     Interface outra;
     outra.Clicar(kBotaoFechar);
     EXPECT_EQ(outra.EsperarFim(2s), 0);
+}
+
+TEST_F(Principal, SemRuntimeDoSiteFicaALogoComAMensagem) {
+    Publicar({{"a.bin", "a"}});
+    ComSite(pasta_.Caminho(), L"");
+    Interface ui;
+    EXPECT_TRUE(Esperar(5s, [&] { return Logou("WebView2: runtime não instalado; o centro mostra a logo"); }));
+    teste::Superficie s(kLarguraPrincipal, kAlturaPrincipal);
+    EXPECT_TRUE(Esperar(5s, [&] { return PrintWindow(ui.Janela(), s.Dc(), 0) && DizQueOSiteFalhou(s); }));
+    EXPECT_GT(s.Em(226, 150).r, 60);
+}
+
+// The stand-in draws no page, so nothing is ever composited: what the window draws itself is saved.
+TEST_F(Principal, CapturaSemQuadroDoSite) {
+    Publicar({{"a.bin", "a"}});
+    ComSite(teste::kPastaBin / "runtime_falso", (pasta_ / "fotos").native());
+    const HMODULE dll =
+        LoadLibraryW((teste::kPastaBin / "runtime_falso/Microsoft/EdgeWebView/Application/120.0.2210.91/EBWebView/x64/"
+                                         "EmbeddedBrowserWebView.dll")
+                         .make_preferred()
+                         .c_str());
+    auto& falso = *std::bit_cast<teste::ObterControle>(GetProcAddress(dll, "ControleDoRuntime"))();
+    falso.Comecar({});
+    Interface ui;
+    // Off the screen, and there is no picture before the page is there or has failed.
+    RECT r{};
+    GetWindowRect(ui.Janela(), &r);
+    EXPECT_LE(r.right, GetSystemMetrics(SM_XVIRTUALSCREEN) - 200);
+    EXPECT_TRUE(Esperar(5s, [] { return ObterInterface().site.Presente(); }));
+    std::this_thread::sleep_for(4s);
+    EXPECT_FALSE(pasta_.Tem("fotos/principal.png"));
+    ShowWindow(ui.Janela(), SW_SHOWMINNOACTIVE);
+    ShowWindow(ui.Janela(), SW_SHOWNOACTIVATE);
+    teste::NaThreadDe(ui.Janela(), [&] { falso.NavigationCompleted(); });
+    EXPECT_EQ(ui.EsperarFim(30s), 0);
+    EXPECT_TRUE(Logou("Captura: o DWM não entregou o quadro do site; fica o desenho GDI"));
+    EXPECT_TRUE(Logou("Captura principal.png: gravada"));
+    EXPECT_EQ(pasta_.Ler("fotos/principal.png").substr(1, 3), "PNG");
+    EXPECT_EQ(falso.Vivos(), 0) << falso.Chamadas();
+    EXPECT_EQ(falso.Faltas(), 0) << falso.Chamadas();
+}
+
+TEST_F(Principal, CapturaQueNaoGravaAcabaComCodigo1) {
+    Publicar({{"a.bin", "a"}});
+    pasta_.Escrever("fotos", "um arquivo onde devia haver uma pasta");
+    ComSite(pasta_.Caminho(), (pasta_ / "fotos").native());
+    Interface ui;
+    EXPECT_EQ(ui.EsperarFim(30s), 1);
+    EXPECT_TRUE(Logou("Captura principal.png: FALHOU"));
+    EXPECT_EQ(pasta_.Ler("fotos"), "um arquivo onde devia haver uma pasta");
 }
 
 TEST_F(Principal, PintaOQueMostraESoltaTudoOQuePegou) {

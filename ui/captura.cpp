@@ -188,7 +188,7 @@ void CALLBACK SessaoDeCaptura::AoRelogio(HWND, UINT, UINT_PTR, DWORD) {
 bool SessaoDeCaptura::Assentou() const {
     const ULONGLONG passado = GetTickCount64() - inicio_;
     if (passado >= kEsperaMaxima) return true;
-    return passado >= kEsperaMinima && !ObterControlador().Ocupado();
+    return passado >= kEsperaMinima && !ObterControlador().Ocupado() && ObterInterface().site.Assentou();
 }
 
 void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {
@@ -199,12 +199,13 @@ void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {
 }
 
 void SessaoDeCaptura::Avancar() {
+    const EstadoInterface& ui = ObterInterface();
     switch (passo_) {
         case 0:
             if (!Assentou()) return;
             break;
         case 1:
-            Capturar(ObterInterface().principal, L"principal.png", false);
+            Capturar(ui.principal, L"principal.png", ui.site.Presente());
             break;
         default:
             PedirFim();

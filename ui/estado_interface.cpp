@@ -2,6 +2,8 @@
 
 #include "app/controlador.h"
 #include "core/config.h"
+#include "core/utf16.h"
+#include "game/jogo.h"
 
 namespace zu::launcher {
 namespace {
@@ -23,6 +25,21 @@ BOOL CALLBACK FecharCaixaDeMensagem(HWND janela, LPARAM) {
 
 EstadoInterface& ObterInterface() {
     return *Instancia();
+}
+
+AmbienteSite AmbienteDaInterface() {
+    const ConfigLauncher& config = ObterConfig();
+    AmbienteSite ambiente;
+    ambiente.endereco = DeUtf8(config.urlSite);
+    ambiente.seletor = config.seletor;
+    ambiente.terminando = [] { return ObterInterface().quit; };
+    ambiente.repintarCentro = [] {
+        RECT centro = kCentro;
+        InflateRect(&centro, 1, 1);
+        InvalidateRect(ObterInterface().principal, &centro, FALSE);
+    };
+    ambiente.abrir = [](const std::wstring& endereco) { AbrirEndereco(ParaUtf8(endereco)); };
+    return ambiente;
 }
 
 void AbrirEstadoDaInterface() {

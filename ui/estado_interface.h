@@ -9,8 +9,12 @@
 #include "game/opcoes.h"
 #include "ui/molde.h"
 #include "ui/pintor_principal.h"
+#include "ui/visao_site.h"
 
 namespace zu::launcher {
+
+// What the site view is told of this interface.
+AmbienteSite AmbienteDaInterface();
 
 struct EstadoInterface {
     HWND principal = nullptr;
@@ -23,6 +27,7 @@ struct EstadoInterface {
     bool running_before = false;  // the controller was busy at the last refresh or after it
     int superior = 0;             // the two bars, 0 to 100
     int inferior = 0;
+    VisaoSite site{AmbienteDaInterface()};
     CaixaDaTira sobre = CaixaDaTira::kNenhuma;  // in the main window's title strip
     OpcoesJogo opcoesDoJogo;                    // as last read from or written to the game's file
     LogoEncaixado logo;

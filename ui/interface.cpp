@@ -104,6 +104,7 @@ int RodarInterface() {
         controlador.DefinirObservador(&observador);
         controlador.DefinirSaida(PedirFim);
         Mostrar(ui.principal);
+        ui.site.WebCreate(ui.principal);
         Habilitar(GetDlgItem(ui.principal, kBotaoOpcoes), false);
         Habilitar(GetDlgItem(ui.principal, kBotaoConectar), false);
         PostMessageW(ui.principal, MSG_INICIAR, 0, 0);
@@ -113,6 +114,7 @@ int RodarInterface() {
         if (captura.Falhou()) codigo = kCodigoFalha;
         controlador.DefinirObservador(nullptr);
         controlador.DefinirSaida({});
+        ui.site.Liberar();
         DesmontarPrincipal();
     }
     FecharEstadoDaInterface();

@@ -50,10 +50,15 @@ bool PodeJogar() {
     }
 }
 
+CentroDaPrincipal Centro() {
+    const VisaoSite& site = ObterInterface().site;
+    if (site.Presente()) return CentroDaPrincipal::kSite;
+    return site.site_failed() ? CentroDaPrincipal::kFalhaDoSite : CentroDaPrincipal::kLogo;
+}
+
 AparenciaPrincipal Aparencia(HWND janela) {
     const EstadoInterface& ui = ObterInterface();
-    return {TituloDoLauncher(), GetActiveWindow() == janela, ui.sobre, CentroDaPrincipal::kLogo, ui.superior,
-            ui.inferior};
+    return {TituloDoLauncher(), GetActiveWindow() == janela, ui.sobre, Centro(), ui.superior, ui.inferior};
 }
 
 void Pintar(HWND janela, HDC dc) {

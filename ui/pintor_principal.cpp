@@ -83,8 +83,8 @@ void PintarLogo(HDC dc, const LogoEncaixado& logo) {
 
 void PintarCentro(HDC dc, CentroDaPrincipal centro, const LogoEncaixado& logo, const Fontes& fontes) {
     ContornarRetangulo(dc, kContornoDoCentro.r, kContornoDoCentro.cor);
-    if (centro == CentroDaPrincipal::kSite) return;
     PreencherRetangulo(dc, kCentro, kFundoDoCentro);
+    if (centro == CentroDaPrincipal::kSite) return;
     if (!logo.Vazio()) PintarLogo(dc, logo);
     if (centro == CentroDaPrincipal::kFalhaDoSite) {
         Escrever(dc, L"Não foi possível abrir o site.", kLinhaDaFalha, Fontes::De(fontes.normal), kCorDaFalha,

@@ -20,7 +20,7 @@ constexpr RECT kCentro{9, 49, 445, 382};
 constexpr RECT kAreaDoProgresso{152, 409, 386, 443};
 
 enum class CentroDaPrincipal {
-    kSite,         // the site covers it
+    kSite,         // the site covers it, or will once it has loaded: the dark ground alone
     kLogo,         // no site is shown
     kFalhaDoSite,  // a site was to be shown
 };

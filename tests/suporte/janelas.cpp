@@ -1,6 +1,7 @@
 #include "tests/suporte/janelas.h"
 
 #include <memory>
+#include <utility>
 
 namespace zu::launcher::teste {
 namespace {
@@ -29,6 +30,20 @@ HWND CriarJanela(Espiao espiao) {
     auto dono = std::make_unique<Espiao>(std::move(espiao));
     SetWindowLongPtrW(janela, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(dono.release()));
     return janela;
+}
+
+void NaThreadDe(HWND janela, const std::function<void()>& trabalho) {
+    static constexpr UINT kRodar = WM_APP + 999;
+    static WNDPROC original = nullptr;
+    const WNDPROC comTrabalho = [](HWND h, UINT mensagem, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        if (mensagem != kRodar) return CallWindowProcW(original, h, mensagem, wParam, lParam);
+        (*reinterpret_cast<const std::function<void()>*>(lParam))();
+        return 0;
+    };
+    original =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(janela, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(comTrabalho)));
+    SendMessageW(janela, kRodar, 0, reinterpret_cast<LPARAM>(&trabalho));
+    SetWindowLongPtrW(janela, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original));
 }
 
 bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto) {
