@@ -117,10 +117,13 @@ void ControladorLauncher::JogarSozinho(const ResultadoRequisitos& requisitos) {
     if (!InicioAutomaticoPorFazer() || !requisitos.concluido) return;
     try {
         if (!PodeJogar()) return;
-        inicioAutomaticoFeito_ = true;
+    } catch (const std::exception&) {
+        return;  // asked again at the next tick
+    }
+    inicioAutomaticoFeito_ = true;
+    try {
         Jogar();
     } catch (const std::exception& falha) {
-        inicioAutomaticoFeito_ = true;
         LogLinha("Jogar: {}", falha.what());
     }
 }
@@ -157,7 +160,8 @@ void ControladorLauncher::AbrirNaThread(const std::shared_ptr<Partida>& partida,
     try {
         abriu = AbrirJogo(opcoes, erro, espera);
     } catch (const std::exception& falha) {
-        erro = falha.what();
+        LogLinha("Jogar: {}", falha.what());
+        erro = "não foi possível abrir o Zu.exe";
     }
     const bool fechar = opcoes.fecharAoJogar != 0;
     if (!abriu) {

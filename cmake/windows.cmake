@@ -64,11 +64,19 @@ add_library(zu_ui STATIC
     ui/estado_interface.cpp
     ui/fontes.cpp
     ui/interface.cpp
+    ui/janela_diagnostico.cpp
+    ui/janela_opcoes.cpp
     ui/janela_principal.cpp
+    ui/janela_requisitos.cpp
+    ui/modal.cpp
     ui/molde.cpp
     ui/moldura.cpp
     ui/pintor_controle.cpp
+    ui/pintor_diagnostico.cpp
+    ui/pintor_modal.cpp
+    ui/pintor_opcoes.cpp
     ui/pintor_principal.cpp
+    ui/pintor_requisitos.cpp
     ui/runtime_site.cpp
     ui/visao_site.cpp)
 target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi gdi32 user32 ole32 uuid)

@@ -282,8 +282,10 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
     teste::NaThreadDe(ui.Janela(), [&] { falso.NavigationCompleted(); });
     EXPECT_EQ(ui.EsperarFim(30s), 0);
     EXPECT_TRUE(Logou("Captura: o DWM não entregou o quadro do site; fica o desenho GDI"));
-    EXPECT_TRUE(Logou("Captura principal.png: gravada"));
-    EXPECT_EQ(pasta_.Ler("fotos/principal.png").substr(1, 3), "PNG");
+    for (const std::string foto : {"principal.png", "opcoes.png", "requisitos.png", "diagnostico.png"}) {
+        EXPECT_TRUE(Logou("Captura " + foto + ": gravada"));
+        EXPECT_EQ(pasta_.Ler("fotos/" + foto).substr(1, 3), "PNG") << foto;
+    }
     EXPECT_EQ(falso.Vivos(), 0) << falso.Chamadas();
     EXPECT_EQ(falso.Faltas(), 0) << falso.Chamadas();
 }

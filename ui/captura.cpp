@@ -3,6 +3,7 @@
 #include <dwmapi.h>
 #include <wincodec.h>
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -12,10 +13,15 @@
 #include "core/config.h"
 #include "core/log.h"
 #include "core/utf16.h"
+#include "game/requisitos.h"
 #include "ui/com.h"
 #include "ui/controle.h"
 #include "ui/desenho.h"
 #include "ui/estado_interface.h"
+#include "ui/janela_diagnostico.h"
+#include "ui/janela_opcoes.h"
+#include "ui/janela_requisitos.h"
+#include "ui/modal.h"
 
 namespace zu::launcher {
 namespace {
@@ -30,6 +36,18 @@ constexpr DWORD kPausa = 100;  // ms
 constexpr std::size_t kPorcentoDiferente = 1;
 
 constexpr UINT kRenderizarTudo = 2;  // PW_RENDERFULLCONTENT
+
+// One picture: its file, and what has to be opened to come to the window, which stands over the ones before.
+struct Foto {
+    const wchar_t* nome;
+    std::array<HWND (*)(), 3> abrir;
+};
+constexpr std::array<Foto, 4> kFotos{{
+    {L"principal.png", {}},
+    {L"opcoes.png", {AbrirOpcoes}},
+    {L"requisitos.png", {AbrirOpcoes, AbrirRequisitos}},
+    {L"diagnostico.png", {AbrirOpcoes, AbrirRequisitos, AbrirDiagnostico}},
+}};
 
 // The running session, for the timer's callback, which is given nothing of its own.
 SessaoDeCaptura* sessao = nullptr;
@@ -188,7 +206,8 @@ void CALLBACK SessaoDeCaptura::AoRelogio(HWND, UINT, UINT_PTR, DWORD) {
 bool SessaoDeCaptura::Assentou() const {
     const ULONGLONG passado = GetTickCount64() - inicio_;
     if (passado >= kEsperaMaxima) return true;
-    return passado >= kEsperaMinima && !ObterControlador().Ocupado() && ObterInterface().site.Assentou();
+    return passado >= kEsperaMinima && !ObterControlador().Ocupado() && ObterInterface().site.Assentou() &&
+           ObterRequisitos().concluido;
 }
 
 void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {
@@ -199,19 +218,20 @@ void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {
 }
 
 void SessaoDeCaptura::Avancar() {
-    const EstadoInterface& ui = ObterInterface();
-    switch (passo_) {
-        case 0:
-            if (!Assentou()) return;
-            break;
-        case 1:
-            Capturar(ui.principal, L"principal.png", ui.site.Presente());
-            break;
-        default:
-            PedirFim();
-            return;
+    if (passo_ == 0 && !Assentou()) return;
+    if (passo_ == kFotos.size()) {
+        PedirFim();
+        return;
     }
-    ++passo_;
+    const EstadoInterface& ui = ObterInterface();
+    const Foto& foto = kFotos[passo_++];
+    std::vector<HWND> abertas;
+    for (const auto abrir : foto.abrir)
+        if (abrir != nullptr) abertas.push_back(abrir());
+    const HWND janela = abertas.empty() ? ui.principal : abertas.back();
+    Capturar(janela, foto.nome, janela == ui.principal && ui.site.Presente());
+    for (auto aberta = abertas.rbegin(); aberta != abertas.rend(); ++aberta)
+        FecharModal(*aberta);
 }
 
 }  // namespace zu::launcher

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <filesystem>
 
 namespace zu::launcher {
@@ -12,7 +13,8 @@ namespace zu::launcher {
 // written; then there is none.
 bool CapturarJanela(HWND janela, const std::filesystem::path& arquivo, bool comSite);
 
-// A capture run: waits until the launcher has settled, saves one window after the other into the folder that the
+// A capture run: waits until the launcher has settled, then opens, saves and closes one window
+// after the other into the folder that the
 // settings name, and ends the interface.
 class SessaoDeCaptura {
  public:
@@ -35,7 +37,7 @@ class SessaoDeCaptura {
 
     UINT_PTR relogio_ = 0;
     ULONGLONG inicio_ = 0;
-    int passo_ = 0;
+    std::size_t passo_ = 0;  // pictures taken
     bool falhou_ = false;
 };
 

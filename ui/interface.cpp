@@ -7,7 +7,11 @@
 #include "ui/captura.h"
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
+#include "ui/janela_diagnostico.h"
+#include "ui/janela_opcoes.h"
 #include "ui/janela_principal.h"
+#include "ui/janela_requisitos.h"
+#include "ui/modal.h"
 
 namespace zu::launcher {
 namespace {
@@ -41,6 +45,8 @@ void Preparar(HINSTANCE modulo) {
     ui.logo = LogoEncaixado(CarregarLogo(modulo));
     RegistrarControle(modulo);
     RegistrarPrincipal(modulo);
+    for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
+        RegistrarModal(modulo, classe);
 }
 
 void Mostrar(HWND janela) {
@@ -56,12 +62,13 @@ bool JanelaNossa(HWND janela) {
 // Enter plays and Escape closes, whichever control has the keyboard.
 bool TeclaNossa(const MSG& mensagem) {
     if (mensagem.message != WM_KEYDOWN || !JanelaNossa(mensagem.hwnd)) return false;
+    if (mensagem.wParam != VK_RETURN && mensagem.wParam != VK_ESCAPE) return false;
+    // A key that is still held down was meant for the window that it has just closed.
+    if ((HIWORD(mensagem.lParam) & KF_REPEAT) != 0) return true;
     if (mensagem.wParam == VK_RETURN)
         JogarAgora();
-    else if (mensagem.wParam == VK_ESCAPE)
-        CancelarEPedirFim();
     else
-        return false;
+        CancelarEPedirFim();
     return true;
 }
 

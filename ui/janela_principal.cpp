@@ -12,6 +12,8 @@
 #include "game/requisitos.h"
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
+#include "ui/janela_opcoes.h"
+#include "ui/modal.h"
 
 namespace zu::launcher {
 namespace {
@@ -83,6 +85,9 @@ void AoComando(int id) {
     switch (id) {
         case kBotaoRegistrar:
             ObterControlador().Acao("registrar");
+            break;
+        case kBotaoOpcoes:
+            RodarModal(AbrirOpcoes());
             break;
         case kBotaoConectar:
             JogarAgora();
@@ -195,7 +200,7 @@ void MostrarProgresso(bool ocupado) {
 void MostrarMensagemFinal() {
     const std::wstring mensagem = DeUtf8(ObterControlador().TomarMensagemFinal());
     if (mensagem.empty() || ModoCaptura()) return;
-    MessageBoxW(ObterInterface().principal, mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
+    MessageBoxW(JanelaDaFrente(), mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
 }
 
 // The graphics interface of the options gives way to the other one when only that runs here.

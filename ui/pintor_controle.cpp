@@ -50,6 +50,7 @@ constexpr int kRecuoDaMarcaNaOpcao = 12;  // from a tile's left edge to its mark
 constexpr int kRecuoDaLegenda = 34;       // from a tile's left edge to its texts
 
 constexpr UINT kUmaLinha = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
+constexpr UINT kDuasLinhas = DT_WORDBREAK | DT_EDITCONTROL | DT_END_ELLIPSIS;
 
 unsigned Alfa(float valor) {
     return static_cast<unsigned>(std::lround(valor));
@@ -195,11 +196,13 @@ void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
     const int meio = (texto.top + texto.bottom) / 2;
     RECT legenda = texto;
     if (!estado.text.empty()) {
-        legenda.top = meio - 18;
-        legenda.bottom = meio + 1;
-        const RECT menor{texto.left, meio + 1, texto.right, meio + 18};
-        Escrever(dc, estado.text, menor, Fontes::De(fontes.pequena), a.habilitado ? kTextoMenor : kTextoDesligado,
-                 kUmaLinha);
+        const HFONT pequena = Fontes::De(fontes.pequena);
+        const bool cabe = LarguraDoTexto(estado.text, pequena) <= texto.right - texto.left;
+        legenda.top = meio - (cabe ? 18 : 24);
+        legenda.bottom = legenda.top + 19;
+        const RECT menor{texto.left, legenda.bottom, texto.right, legenda.bottom + (cabe ? 17 : 28)};
+        Escrever(dc, estado.text, menor, pequena, a.habilitado ? kTextoMenor : kTextoDesligado,
+                 cabe ? kUmaLinha : kDuasLinhas);
     }
     Escrever(dc, a.legenda, legenda, Fontes::De(fontes.negrito), a.habilitado ? kTexto : kTextoDesligado, kUmaLinha);
 }

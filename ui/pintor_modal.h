@@ -1,0 +1,42 @@
+// What the windows over the main window have in common to the eye.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string_view>
+
+#include "game/resultado.h"
+#include "ui/fontes.h"
+#include "ui/moldura.h"
+
+namespace zu::launcher {
+
+constexpr int kFaixaDosBotoes = 64;  // the footer
+constexpr int kBotoesDoFim = 46;     // from the buttons' top to the window's end
+constexpr int kAlturaDoBotao = 28;
+
+constexpr COLORREF kTexto = RGB(20, 20, 20);
+constexpr COLORREF kTextoMenor = RGB(80, 80, 80);
+
+// Frame, footer, and the panel around buttons that lie between `esquerda` and `direita`.
+void PintarBase(HDC dc, const AparenciaMoldura& moldura, int esquerda, int direita, const Fontes& fontes);
+
+// What is known of a thing that was examined.
+using Situacao = std::optional<EstadoItem>;
+
+// The round mark of a state.
+constexpr int kLadoDoSinal = 13;
+void PintarSinal(HDC dc, int x, int y, Situacao situacao);
+
+// The colour of words that tell a state, dark enough to be read.
+COLORREF CorDaSituacao(Situacao situacao);
+
+// Text over several lines ends in an ellipsis where the rectangle does; a word that is too long is broken.
+constexpr UINT kVariasLinhas = DT_WORDBREAK | DT_EDITCONTROL | DT_END_ELLIPSIS;
+constexpr UINT kUmaLinha = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
+
+// What the text takes over lines of this width, up to `maximo` lines; 0 for none. Pixels.
+int AlturaDoTexto(HDC dc, std::wstring_view texto, HFONT fonte, int largura, int maximo);
+
+}  // namespace zu::launcher
