@@ -32,8 +32,7 @@ int RecusarConfiguracao(const ConfigLauncher& config) {
     if (!config.semInterface && config.captura.empty()) {
         const std::wstring texto = L"A configuração do launcher não pôde ser lida.\n\n" + DeUtf8(config.erro) +
                                    L"\n\nO Launcher.emu é gerado pela equipe do servidor e não pode ser editado. "
-                                   L"Reinstale o cliente ou peça o "
-                                   L"Launcher.emu atual à equipe do servidor.";
+                                   L"Reinstale o cliente ou peça o Launcher.emu atual à equipe do servidor.";
         MessageBoxW(nullptr, texto.c_str(), kNomeDoPrograma, MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
     }
     return kCodigoRecusada;

@@ -36,6 +36,6 @@ zu_atrasar(zu_dwmapi dwmapi.dll DwmFlush)
 zu_atrasar(zu_gdiplus gdiplus.dll
     GdipAddPathArc GdipClosePathFigure GdipCreateFromHDC GdipCreateLineBrushFromRect GdipCreatePath GdipCreatePen1
     GdipCreateSolidFill GdipDeleteBrush GdipDeleteGraphics GdipDeletePath GdipDeletePen GdipDrawArc GdipDrawLine
-    GdipDrawPath GdipFillEllipse GdipFillPath GdipFillPolygon GdipFillRectangle GdipResetClip GdipSetClipPath
+    GdipDrawPath GdipFillEllipse GdipFillPath GdipFillPolygon GdipResetClip GdipSetClipPath
     GdipSetClipRect GdipSetLinePresetBlend GdipSetPenLineCap197819 GdipSetPixelOffsetMode GdipSetSmoothingMode
     GdiplusShutdown GdiplusStartup)

@@ -178,7 +178,7 @@ TEST_F(Controle, AnimacaoParaQuandoNadaSeMove) {
     EXPECT_NEAR(soma, 99 * 0.09, 0.01);  // one of the steps wrapped
 }
 
-TEST_F(Controle, DesabilitadoNaoReageEPerdeOBrilho) {
+TEST_F(Controle, DesabilitadoPerdeOBrilho) {
     const HWND h = Criar(TipoControle::Botao);
     Mover(h, 5, 5);
     Habilitar(h, false);

@@ -1,6 +1,7 @@
 // Every painter's picture against the numbers it is made from.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <vector>

@@ -62,6 +62,11 @@ class Interface {
         SendMessageW(Botao(id), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
         SendMessageW(Botao(id), WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     }
+    [[nodiscard]] std::pair<int, int> Barras() const {
+        std::pair<int, int> barras;
+        teste::NaThreadDe(janela_, [&] { barras = {ObterInterface().superior, ObterInterface().inferior}; });
+        return barras;
+    }
     [[nodiscard]] bool Terminou() const { return fim_; }
     // The run's code, once it has ended by itself; -1 when it does not.
     int EsperarFim(std::chrono::milliseconds limite) {
@@ -145,8 +150,7 @@ TEST_F(Principal, BarrasEBotoesEmCadaFase) {
     PorJogo("");
     Interface ui;
     ASSERT_NE(ui.Janela(), nullptr);
-    EXPECT_TRUE(Esperar(10s, [] { return ObterInterface().superior == 75 && ObterInterface().inferior == 50; }))
-        << ObterInterface().superior << " " << ObterInterface().inferior;
+    EXPECT_TRUE(Esperar(10s, [&] { return ui.Barras() == std::pair(75, 50); }));
     EXPECT_FALSE(ui.Habilitado(kBotaoOpcoes));
     EXPECT_FALSE(ui.Habilitado(kBotaoConectar));
     EXPECT_TRUE(ui.Habilitado(kBotaoRegistrar));
@@ -167,10 +171,9 @@ TEST_F(Principal, BarrasEBotoesEmCadaFase) {
 TEST_F(Principal, ProntaAbreOJogoEFecha) {
     Publicar({{"a.bin", "a"}});
     PorJogo("viver=300\nrelatorio=so_vulkan\n");
-    pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nCloseOnPlay=0\r\n");
     Interface ui;
     EXPECT_TRUE(EsperarPronto(ui));
-    EXPECT_TRUE(Esperar(1s, [] { return ObterInterface().superior == 100 && ObterInterface().inferior == 100; }));
+    EXPECT_TRUE(Esperar(1s, [&] { return ui.Barras() == std::pair(100, 100); }));
     EXPECT_TRUE(ui.Habilitado(kBotaoOpcoes));
     EXPECT_TRUE(Esperar(5s, [] { return ObterRequisitos().concluido; }));
     // The player puts the interface back that does not run here; playing changes it again. Enter plays, whichever
@@ -210,7 +213,7 @@ TEST_F(Principal, MensagemDoFimDaAtualizacaoUmaVez) {
     EXPECT_TRUE(Esperar(15s, [] { return CaixaDeMensagem() != nullptr; }));
     EXPECT_TRUE(ui.Habilitado(kBotaoOpcoes));
     EXPECT_FALSE(ui.Habilitado(kBotaoConectar));  // no game to start
-    PostMessageW(CaixaDeMensagem(), WM_COMMAND, IDOK, 0);
+    PostMessageW(CaixaDeMensagem(), WM_CLOSE, 0, 0);
     EXPECT_TRUE(Esperar(2s, [] { return CaixaDeMensagem() == nullptr; }));
     std::this_thread::sleep_for(400ms);
     EXPECT_EQ(CaixaDeMensagem(), nullptr);
@@ -274,12 +277,22 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
     RECT r{};
     GetWindowRect(ui.Janela(), &r);
     EXPECT_LE(r.right, GetSystemMetrics(SM_XVIRTUALSCREEN) - 200);
-    EXPECT_TRUE(Esperar(5s, [] { return ObterInterface().site.Presente(); }));
+    EXPECT_TRUE(Esperar(5s, [&] { return Logou("WebView2 120.0.2210.91"); }));
     std::this_thread::sleep_for(4s);
     EXPECT_FALSE(pasta_.Tem("fotos/principal.png"));
-    ShowWindow(ui.Janela(), SW_SHOWMINNOACTIVE);
-    ShowWindow(ui.Janela(), SW_SHOWNOACTIVATE);
-    teste::NaThreadDe(ui.Janela(), [&] { falso.NavigationCompleted(); });
+    std::string chamadas;
+    teste::NaThreadDe(ui.Janela(), [&] {
+        falso.NavigationCompleted();
+        const std::size_t antes = std::string(falso.Chamadas()).size();
+        ShowWindow(ui.Janela(), SW_SHOWMINNOACTIVE);
+        ShowWindow(ui.Janela(), SW_RESTORE);
+        SetWindowPos(ui.Janela(), nullptr, -3000, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        chamadas = std::string(falso.Chamadas()).substr(antes);
+    });
+    const std::size_t escondida = chamadas.find("put_IsVisible 0");
+    EXPECT_NE(escondida, std::string::npos) << chamadas;
+    EXPECT_NE(chamadas.find("put_IsVisible 1", escondida), std::string::npos) << chamadas;
+    EXPECT_NE(chamadas.find("NotifyParentWindowPositionChanged"), std::string::npos) << chamadas;
     EXPECT_EQ(ui.EsperarFim(30s), 0);
     EXPECT_TRUE(Logou("Captura: o DWM não entregou o quadro do site; fica o desenho GDI"));
     for (const std::string foto : {"principal.png", "opcoes.png", "requisitos.png", "diagnostico.png"}) {

@@ -32,7 +32,7 @@ constexpr ULONGLONG kEsperaMaxima = 30'000;  // ms
 
 constexpr int kTentativas = 20;
 constexpr DWORD kPausa = 100;  // ms
-// Of the pixels where the page lies; more have to differ from the plain drawing.
+// Share of the pixels where the page lies that must differ from the plain drawing, at least.
 constexpr std::size_t kPorcentoDiferente = 1;
 
 constexpr UINT kRenderizarTudo = 2;  // PW_RENDERFULLCONTENT

@@ -85,6 +85,10 @@ int EscolherNoMenu(HWND controle, const EstadoControle& estado) {
 void AbrirLista(HWND controle, EstadoControle& estado) {
     Repintar(controle);
     const int escolha = EscolherNoMenu(controle, estado);
+    if (!IsWindow(controle)) return;
+    // A click on the open list closes it; the system leaves that click to be handled once more.
+    MSG clique{};
+    if (escolha < 0) PeekMessageW(&clique, controle, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE);
     estado.hover = false;
     estado.pressed = false;
     Repintar(controle);

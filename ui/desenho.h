@@ -108,7 +108,7 @@ class Tela {
 };
 
 void PreencherRetangulo(HDC dc, const RECT& r, COLORREF cor);
-// A vertical gradient from the rectangle's top edge to its bottom edge, row by row: GDI+ computes it for every pixel.
+// A vertical gradient from the rectangle's top edge to its bottom edge. Row by row, which is cheaper than GDI+'s own.
 void PreencherFaixa(HDC dc, const RECT& r, COLORREF alto, COLORREF baixo);
 // A hollow rectangle with a line of 1 pixel.
 void ContornarRetangulo(HDC dc, const RECT& r, COLORREF cor);

@@ -3,7 +3,6 @@
 #include "app/controlador.h"
 #include "core/config.h"
 #include "core/utf16.h"
-#include "game/jogo.h"
 
 namespace zu::launcher {
 namespace {
@@ -17,7 +16,7 @@ std::unique_ptr<EstadoInterface>& Instancia() {
 
 BOOL CALLBACK FecharCaixaDeMensagem(HWND janela, LPARAM) {
     constexpr ATOM kClasseDosDialogos = 32770;
-    if (GetClassLongPtrW(janela, GCW_ATOM) == kClasseDosDialogos) PostMessageW(janela, WM_COMMAND, IDOK, 0);
+    if (GetClassLongPtrW(janela, GCW_ATOM) == kClasseDosDialogos) PostMessageW(janela, WM_CLOSE, 0, 0);
     return TRUE;
 }
 
@@ -38,7 +37,12 @@ AmbienteSite AmbienteDaInterface() {
         InflateRect(&centro, 1, 1);
         InvalidateRect(ObterInterface().principal, &centro, FALSE);
     };
-    ambiente.abrir = [](const std::wstring& endereco) { AbrirEndereco(ParaUtf8(endereco)); };
+    // Not at once: the shell may handle messages, and the view calls this from inside a callback of its own.
+    ambiente.abrir = [](const std::wstring& endereco) {
+        EstadoInterface& ui = ObterInterface();
+        ui.enderecosPorAbrir.push_back(ParaUtf8(endereco));
+        PostMessageW(ui.principal, MSG_ABRIR_ENDERECOS, 0, 0);
+    };
     return ambiente;
 }
 
@@ -72,8 +76,10 @@ HWND JanelaDaFrente() {
 void PedirFim() {
     EstadoInterface& ui = ObterInterface();
     ui.quit = true;
-    // An open list's menu and a message box run loops of the system's, which know nothing of `quit`.
+    // An open list's menu, a window being dragged and a message box run loops of the system's, which know nothing of
+    // `quit`.
     EndMenu();
+    SendMessageW(ui.principal, WM_CANCELMODE, 0, 0);
     EnumThreadWindows(GetCurrentThreadId(), FecharCaixaDeMensagem, 0);
     PostMessageW(ui.principal, WM_NULL, 0, 0);
 }

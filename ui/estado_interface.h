@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "game/opcoes.h"
 #include "ui/molde.h"
@@ -12,6 +13,9 @@
 #include "ui/visao_site.h"
 
 namespace zu::launcher {
+
+// Opens `enderecosPorAbrir` in the browser; for the main window.
+constexpr UINT MSG_ABRIR_ENDERECOS = WM_APP + 2;
 
 // What the site view is told of this interface.
 AmbienteSite AmbienteDaInterface();
@@ -23,13 +27,13 @@ struct EstadoInterface {
     HWND requisitos = nullptr;
     HWND diagnostico = nullptr;
 
-    bool quit = false;            // every message loop ends
-    bool running_before = false;  // the controller was busy at the last refresh or after it
-    int superior = 0;             // the two bars, 0 to 100
+    bool quit = false;  // every message loop ends
+    int superior = 0;   // the two bars, 0 to 100
     int inferior = 0;
     VisaoSite site{AmbienteDaInterface()};
-    CaixaDaTira sobre = CaixaDaTira::kNenhuma;  // in the main window's title strip
-    OpcoesJogo opcoesDoJogo;                    // as last read from or written to the game's file
+    CaixaDaTira sobre = CaixaDaTira::kNenhuma;   // in the main window's title strip
+    std::vector<std::string> enderecosPorAbrir;  // that the site's page asked for, UTF-8
+    OpcoesJogo opcoesDoJogo;                     // as last read from or written to the game's file
     LogoEncaixado logo;
     FontesDaPrincipal fontesDaPrincipal;
 };

@@ -86,8 +86,9 @@ void RodarMensagens() {
     }
 }
 
-// The window's end posts WM_QUIT, behind which nothing is left in the queue.
+// The window's end posts WM_QUIT, which comes last: then the queue is empty.
 void DesmontarPrincipal() {
+    KillTimer(ObterInterface().principal, kRelogioDaPrincipal);
     DestroyWindow(ObterInterface().principal);
     MSG mensagem{};
     while (GetMessageW(&mensagem, nullptr, 0, 0) > 0)

@@ -9,6 +9,7 @@
 #include "core/config.h"
 #include "core/log.h"
 #include "core/utf16.h"
+#include "game/jogo.h"
 #include "game/requisitos.h"
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
@@ -18,7 +19,6 @@
 namespace zu::launcher {
 namespace {
 
-constexpr UINT_PTR kRelogio = 7;
 constexpr UINT kIntervalo = 100;  // ms
 constexpr int kIcone = 1;
 
@@ -43,7 +43,7 @@ HWND Botao(int id) {
     return GetDlgItem(ObterInterface().principal, id);
 }
 
-// The controller can be asked only as far as the file system answers.
+// False too when the file system cannot tell.
 bool PodeJogar() {
     try {
         return ObterControlador().PodeJogar();
@@ -100,14 +100,14 @@ void AoComando(int id) {
     }
 }
 
-void TrazerParaFrente(HWND principal) {
-    ShowWindow(principal, IsIconic(principal) ? SW_RESTORE : SW_SHOW);
-    SetForegroundWindow(JanelaDaFrente());
+void AbrirEnderecosPedidos() {
+    for (const std::string& endereco : std::exchange(ObterInterface().enderecosPorAbrir, {}))
+        AbrirEndereco(endereco);
 }
 
 void Iniciar(HWND janela) {
     ObterControlador().Iniciar();
-    SetTimer(janela, kRelogio, kIntervalo, nullptr);
+    SetTimer(janela, kRelogioDaPrincipal, kIntervalo, nullptr);
     AtualizarTela();
 }
 
@@ -135,8 +135,17 @@ LRESULT CALLBACK ProcedimentoDaPrincipal(HWND janela, UINT mensagem, WPARAM wPar
             CancelarEPedirFim();
             return 0;
         case WM_TIMER:
-            if (wParam == kRelogio) AtualizarTela();
+            if (wParam == kRelogioDaPrincipal) AtualizarTela();
             return 0;
+        case WM_SIZE:
+            ObterInterface().site.DefinirVisivel(wParam != SIZE_MINIMIZED);
+            break;
+        case WM_SHOWWINDOW:
+            ObterInterface().site.DefinirVisivel(wParam != FALSE && !IsIconic(janela));
+            break;
+        case WM_MOVE:
+            ObterInterface().site.JanelaMoveu();
+            break;
         case WM_COMMAND:
             AoComando(LOWORD(wParam));
             return 0;
@@ -144,7 +153,10 @@ LRESULT CALLBACK ProcedimentoDaPrincipal(HWND janela, UINT mensagem, WPARAM wPar
             Iniciar(janela);
             return 0;
         case MSG_TRAZER_FRENTE:
-            TrazerParaFrente(janela);
+            MostrarLauncher(true);
+            return 0;
+        case MSG_ABRIR_ENDERECOS:
+            AbrirEnderecosPedidos();
             return 0;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -177,17 +189,20 @@ bool Transferindo(StatusUpdate status) {
 }
 
 // The upper and the lower bar.
-std::pair<int, int> Progresso(const EstadoAtualizacao& estado, bool ocupado) {
-    if (ocupado && Transferindo(estado.status)) {
+std::pair<int, int> Progresso(const EstadoAtualizacao& estado, bool atualizando) {
+    if (atualizando && Transferindo(estado.status)) {
         return {Porcento(estado.bytesFeitos, estado.bytesTotal), Porcento(estado.arquivosFeitos, estado.arquivosTotal)};
     }
-    const bool fim = !ocupado && estado.status != StatusUpdate::kParado && estado.status != StatusUpdate::kJogoAberto;
+    const bool fim =
+        !atualizando && estado.status != StatusUpdate::kParado && estado.status != StatusUpdate::kJogoAberto;
     return fim ? std::pair{100, 100} : std::pair{0, 0};
 }
 
-void MostrarProgresso(bool ocupado) {
+void MostrarProgresso() {
     EstadoInterface& ui = ObterInterface();
-    const auto [superior, inferior] = Progresso(ObterControlador().Estado(), ocupado);
+    // In this order: a run that ends in between counts as ended.
+    const EstadoAtualizacao estado = ObterControlador().Estado();
+    const auto [superior, inferior] = Progresso(estado, ObterControlador().Atualizando());
     if (superior == ui.superior && inferior == ui.inferior) return;
     ui.superior = superior;
     ui.inferior = inferior;
@@ -246,15 +261,17 @@ HWND CriarPrincipal(HINSTANCE modulo) {
 void AtualizarTela() {
     EstadoInterface& ui = ObterInterface();
     ControladorLauncher& controlador = ObterControlador();
+    const auto terminando = [&] { return ui.quit || ui.principal == nullptr; };
+    if (terminando()) return;
     controlador.Tick();
-    if (ui.quit || ui.principal == nullptr) return;
+    if (terminando()) return;
+    MostrarProgresso();
     const bool ocupado = controlador.Ocupado();
-    MostrarProgresso(ocupado);
     Habilitar(Botao(kBotaoOpcoes), !ocupado);
     Habilitar(Botao(kBotaoConectar), PodeJogar());
-    // Remembered before the message is shown: its box keeps the clock running.
-    const bool terminou = std::exchange(ui.running_before, ocupado) && !ocupado;
-    if (terminou) MostrarMensagemFinal();
+    // Whenever it is idle, not at the end of a run alone: a start or an update may fail between two refreshes. The
+    // controller hands each message out once.
+    if (!ocupado) MostrarMensagemFinal();
 }
 
 void JogarAgora() {
@@ -262,8 +279,6 @@ void JogarAgora() {
     if (ui.quit || !PodeJogar()) return;
     ui.opcoesDoJogo = LerOpcoesJogo();
     TrocarApiQueNaoRoda();
-    // A start may fail before the next refresh, which has a message to show all the same.
-    ui.running_before = true;
     try {
         ObterControlador().Jogar();
     } catch (const std::exception& falha) {
@@ -274,9 +289,12 @@ void JogarAgora() {
 void MostrarLauncher(bool visivel) {
     const EstadoInterface& ui = ObterInterface();
     for (const HWND janela : {ui.principal, ui.opcoes, ui.requisitos, ui.diagnostico}) {
-        if (janela != nullptr) ShowWindow(janela, !visivel ? SW_HIDE : ModoCaptura() ? SW_SHOWNOACTIVATE : SW_SHOW);
+        if (janela == nullptr) continue;
+        const int mostrar = ModoCaptura() ? SW_SHOWNOACTIVATE : IsIconic(janela) ? SW_RESTORE : SW_SHOW;
+        ShowWindow(janela, visivel ? mostrar : SW_HIDE);
     }
-    if (visivel && !ModoCaptura()) SetForegroundWindow(JanelaDaFrente());
+    // A message box over the topmost window is in front of it.
+    if (visivel && !ModoCaptura()) SetForegroundWindow(GetLastActivePopup(JanelaDaFrente()));
 }
 
 }  // namespace zu::launcher

@@ -11,6 +11,8 @@ namespace zu::launcher {
 constexpr UINT MSG_INICIAR = WM_APP + 1;                    // starts the controller's work
 constexpr UINT MSG_TRAZER_FRENTE = MensagemAbrirInstancia;  // another instance asks the window to show itself
 
+constexpr UINT_PTR kRelogioDaPrincipal = 7;  // the refresh
+
 constexpr int kBotaoRegistrar = 1001;
 constexpr int kBotaoOpcoes = 1004;
 constexpr int kBotaoConectar = 1005;
@@ -27,7 +29,7 @@ void AtualizarTela();
 // Starts the game if it can be started now.
 void JogarAgora();
 
-// Shows or hides the launcher while the game starts.
+// Shows the launcher's windows and brings the topmost to the front, or hides them while the game starts.
 void MostrarLauncher(bool visivel);
 
 }  // namespace zu::launcher

@@ -97,7 +97,7 @@ EntradaDoRuntime CarregarRuntime() {
         return nullptr;
     }
     const fs::path dll = runtime.Dll();
-    // With its own folder as the place of the DLLs that it needs.
+    // Its own folder is searched for the DLLs that it needs.
     HMODULE const modulo = LoadLibraryExW(dll.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     const FARPROC entrada =
         modulo == nullptr ? nullptr : GetProcAddress(modulo, "CreateWebViewEnvironmentWithOptionsInternal");
