@@ -10,6 +10,7 @@
 #include "core/utf16.h"
 #include "game/jogo.h"
 #include "game/requisitos.h"
+#include "game/veredito.h"
 #include "update/trocas.h"
 
 namespace zu::launcher {
@@ -17,9 +18,6 @@ namespace {
 
 // A file that some other program holds open must not make the launcher restart for ever.
 constexpr std::uint32_t kMaximoDeReaberturas = 2;
-
-constexpr std::string_view kVulkan = "vulkan";
-constexpr std::string_view kD3d12 = "d3d12";
 
 // A run that ended so leaves the game as it can be played.
 bool PermiteJogar(StatusUpdate status) {
@@ -104,12 +102,10 @@ void ControladorLauncher::IniciarDiagnostico() {
 void ControladorLauncher::CorrigirApi(const ResultadoRequisitos& requisitos) {
     if (!requisitos.concluido || !requisitos.relatorioLido || std::exchange(apiConferida_, true)) return;
     OpcoesJogo opcoes = LerOpcoesJogo();
-    const bool vulkan = opcoes.api == kVulkan;
-    const bool estaRoda = vulkan ? requisitos.vulkan : requisitos.d3d12;
-    const bool outraRoda = vulkan ? requisitos.d3d12 : requisitos.vulkan;
-    if (estaRoda || !outraRoda) return;
+    const std::string api = ApiQueRoda(opcoes.api, requisitos);
+    if (api == opcoes.api) return;
     LogLinha("A API gravada ({}) não roda neste PC: trocando para a outra", opcoes.api);
-    opcoes.api = vulkan ? kD3d12 : kVulkan;
+    opcoes.api = api;
     GravarOpcoesJogo(opcoes);
 }
 

@@ -50,4 +50,12 @@ VereditoRequisitos JulgarRequisitos(const ResultadoRequisitos& resultado, std::w
     return veredito;
 }
 
+std::string ApiQueRoda(const std::string& api, const ResultadoRequisitos& resultado) {
+    const bool vulkan = api == "vulkan";
+    const bool estaRoda = vulkan ? resultado.vulkan : resultado.d3d12;
+    const bool outraRoda = vulkan ? resultado.d3d12 : resultado.vulkan;
+    if (!resultado.relatorioLido || estaRoda || !outraRoda) return api;
+    return vulkan ? "d3d12" : "vulkan";
+}
+
 }  // namespace zu::launcher

@@ -24,4 +24,8 @@ struct VereditoRequisitos {
 // because this module makes no system call (`ObterVeredito` joins them).
 VereditoRequisitos JulgarRequisitos(const ResultadoRequisitos& resultado, std::wstring titulo);
 
+// The graphics interface to use in place of `api`: the other one ("d3d12" or "vulkan") when only that runs here, else
+// the same. Only "vulkan" itself counts as that; without a report nothing changes.
+std::string ApiQueRoda(const std::string& api, const ResultadoRequisitos& resultado);
+
 }  // namespace zu::launcher

@@ -345,6 +345,43 @@ TEST_F(Janelas, TabelaMaiorQueATelaRola) {
     EXPECT_GT(vista()->Diferentes(*inicio), 1000);
 }
 
+TEST_F(Janelas, RequisitosEmPalavras) {
+    ResultadoRequisitos r;
+    EXPECT_EQ(DescreverRequisitos(r).titulo, L"Verificando os requisitos do computador...");
+    r.concluido = true;
+    EXPECT_TRUE(DescreverRequisitos(r).linhas.empty());
+    EXPECT_FALSE(DescreverRequisitos(r).situacao.has_value());
+
+    r.relatorioLido = true;
+    r.sistema = "Windows 11";
+    r.vulkan = false;
+    r.d3d12Detalhe = "Recurso 12_1";
+    r.titulo = "Seu computador não atende aos requisitos";
+    r.geral = "falha";
+    r.items = {{"Placa de vídeo", "", "", "", EstadoItem::kAviso}, {"DirectX 12", "", "", "", EstadoItem::kAviso}};
+    r.oQueFazer = {"Um.", "Outro."};
+    const AparenciaRequisitos a = DescreverRequisitos(r);
+    EXPECT_EQ(a.titulo, L"Seu computador não atende aos requisitos");
+    EXPECT_EQ(a.situacao, EstadoItem::kFalha);
+    EXPECT_EQ(a.conselhos, L"Um.\nOutro.");
+    EXPECT_EQ(a.pasta, pasta_.Caminho().native());
+    struct Linha {
+        const wchar_t* nome;
+        const wchar_t* valor;
+        Situacao situacao;
+    };
+    const Linha linhas[] = {{L"Sistema", L"Windows 11", {}},
+                            {L"Placa de vídeo", L"não informado", EstadoItem::kAviso},
+                            {L"DirectX 12", L"Recurso 12_1", EstadoItem::kAviso},
+                            {L"Vulkan 1.3", L"Não roda neste PC", EstadoItem::kFalha}};
+    ASSERT_EQ(a.linhas.size(), std::size(linhas));
+    for (std::size_t i = 0; i < a.linhas.size(); ++i) {
+        EXPECT_EQ(a.linhas[i].nome, linhas[i].nome);
+        EXPECT_EQ(a.linhas[i].valor, linhas[i].valor);
+        EXPECT_EQ(a.linhas[i].situacao, linhas[i].situacao) << i;
+    }
+}
+
 TEST_F(Janelas, ConselhosNasLinhasDeQueFalam) {
     ResultadoRequisitos r;
     r.items = {{"Memória", "", "", "", EstadoItem::kAviso},
@@ -361,6 +398,11 @@ TEST_F(Janelas, ConselhosNasLinhasDeQueFalam) {
     using Textos = std::vector<std::wstring>;
     EXPECT_EQ(conselhos({"Atualize o DRIVER da placa de vídeo."}),
               (Textos{L"", L"", L"Atualize o DRIVER da placa de vídeo.", L""}));
+    // Words, not parts of them, and the longer of two names.
+    r.items.insert(r.items.begin() + 1, {"Memória de vídeo", "", "", "", EstadoItem::kAviso});
+    EXPECT_EQ(conselhos({"A memória de vídeo é pouca.", "Ponha mais memória.", "Sem placares."}),
+              (Textos{L"Ponha mais memória.", L"A memória de vídeo é pouca.", L"Sem placares.", L"", L""}));
+    r.items.erase(r.items.begin() + 1);
     EXPECT_EQ(conselhos({"Feche programas.", "Troque a placa.", "A placa aquece.", "Veja o DirectX.", "Sobra."}),
               (Textos{L"Feche programas.", L"Troque a placa.\nA placa aquece.", L"Veja o DirectX.", L"", L"Sobra."}));
 }

@@ -69,12 +69,7 @@ BOOL CALLBACK DesenharControle(HWND filho, LPARAM lParam) {
 class Quadro {
  public:
     explicit Quadro(SIZE tamanho) : tamanho_(tamanho), dc_(CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = tamanho.cx;
-        info.bmiHeader.biHeight = -tamanho.cy;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
+        const BITMAPINFO info = InfoDoBitmap(tamanho.cx, tamanho.cy);
         void* pixels = nullptr;
         bitmap_.Trocar(CreateDIBSection(dc_.Valor(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
         if (pixels == nullptr) return;
@@ -189,6 +184,8 @@ bool CapturarJanela(HWND janela, const std::filesystem::path& arquivo, bool comS
 
 void SessaoDeCaptura::Iniciar() {
     sessao = this;
+    std::error_code ignorado;
+    std::filesystem::create_directories(ObterConfig().captura, ignorado);
     inicio_ = GetTickCount64();
     relogio_ = SetTimer(nullptr, 0, kIntervalo, AoRelogio);
 }
@@ -211,10 +208,7 @@ bool SessaoDeCaptura::Assentou() const {
 }
 
 void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {
-    const std::filesystem::path pasta = ObterConfig().captura;
-    std::error_code ignorado;
-    std::filesystem::create_directories(pasta, ignorado);
-    if (!CapturarJanela(janela, pasta / nome, comSite)) falhou_ = true;
+    if (!CapturarJanela(janela, std::filesystem::path(ObterConfig().captura) / nome, comSite)) falhou_ = true;
 }
 
 void SessaoDeCaptura::Avancar() {

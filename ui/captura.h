@@ -13,9 +13,8 @@ namespace zu::launcher {
 // written; then there is none.
 bool CapturarJanela(HWND janela, const std::filesystem::path& arquivo, bool comSite);
 
-// A capture run: waits until the launcher has settled, then opens, saves and closes one window
-// after the other into the folder that the
-// settings name, and ends the interface.
+// A capture run: waits until the launcher has settled, then opens, saves and closes one window after the other in the
+// folder that the settings name, and ends the interface.
 class SessaoDeCaptura {
  public:
     SessaoDeCaptura() = default;

@@ -224,13 +224,7 @@ LRESULT CALLBACK ProcedimentoDoControle(HWND controle, UINT mensagem, WPARAM wPa
 }  // namespace
 
 void RegistrarControle(HINSTANCE modulo) {
-    WNDCLASSEXW classe{};
-    classe.cbSize = sizeof classe;
-    classe.lpfnWndProc = ProcedimentoDoControle;
-    classe.hInstance = modulo;
-    classe.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    classe.lpszClassName = kClasseDoControle;
-    RegisterClassExW(&classe);
+    RegistrarClasse(modulo, kClasseDoControle, ProcedimentoDoControle);
 }
 
 HWND CriarControle(HWND pai, TipoControle kind, int id, const wchar_t* texto, const Lugar& lugar) {

@@ -182,6 +182,16 @@ void Escrever(HDC dc, std::wstring_view texto, RECT r, HFONT fonte, COLORREF cor
     DrawTextW(dc, texto.data(), static_cast<int>(texto.size()), &r, formato | DT_NOPREFIX);
 }
 
+BITMAPINFO InfoDoBitmap(int largura, int altura) {
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = largura;
+    info.bmiHeader.biHeight = -altura;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    return info;
+}
+
 PinturaDupla::PinturaDupla(HWND janela) : janela_(janela) {
     const HDC dc = BeginPaint(janela, &pintura_);
     RECT r{};

@@ -112,8 +112,15 @@ void PreencherRetangulo(HDC dc, const RECT& r, COLORREF cor);
 void PreencherFaixa(HDC dc, const RECT& r, COLORREF alto, COLORREF baixo);
 // A hollow rectangle with a line of 1 pixel.
 void ContornarRetangulo(HDC dc, const RECT& r, COLORREF cor);
-// DrawTextW over a transparent background. Text that may not fit needs DT_END_ELLIPSIS or DT_WORDBREAK in `formato`.
+// How text is set: on one line, or over several, where a word that is too long is broken. What does not fit ends in an
+// ellipsis.
+constexpr UINT kUmaLinha = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
+constexpr UINT kVariasLinhas = DT_WORDBREAK | DT_EDITCONTROL | DT_END_ELLIPSIS;
+// DrawTextW over a transparent background.
 void Escrever(HDC dc, std::wstring_view texto, RECT r, HFONT fonte, COLORREF cor, UINT formato);
+
+// A bitmap of 32 bits a pixel, top row first, as GDI wants it described.
+BITMAPINFO InfoDoBitmap(int largura, int altura);
 
 struct TracosGdi {
     using Tipo = HGDIOBJ;

@@ -65,6 +65,12 @@ std::wstring TituloDoLauncher() {
     return nome.empty() ? kTituloPadrao : nome;
 }
 
+void MostrarJanela(HWND janela) {
+    ShowWindow(janela, ModoCaptura() ? SW_SHOWNOACTIVATE : SW_SHOW);
+    if (!ModoCaptura()) SetForegroundWindow(janela);
+    UpdateWindow(janela);
+}
+
 HWND JanelaDaFrente() {
     const EstadoInterface& ui = ObterInterface();
     for (const HWND janela : {ui.diagnostico, ui.requisitos, ui.opcoes}) {
@@ -79,7 +85,7 @@ void PedirFim() {
     // An open list's menu, a window being dragged and a message box run loops of the system's, which know nothing of
     // `quit`.
     EndMenu();
-    SendMessageW(ui.principal, WM_CANCELMODE, 0, 0);
+    SendMessageW(JanelaDaFrente(), WM_CANCELMODE, 0, 0);
     EnumThreadWindows(GetCurrentThreadId(), FecharCaixaDeMensagem, 0);
     PostMessageW(ui.principal, WM_NULL, 0, 0);
 }

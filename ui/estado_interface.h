@@ -33,7 +33,7 @@ struct EstadoInterface {
     VisaoSite site{AmbienteDaInterface()};
     CaixaDaTira sobre = CaixaDaTira::kNenhuma;   // in the main window's title strip
     std::vector<std::string> enderecosPorAbrir;  // that the site's page asked for, UTF-8
-    OpcoesJogo opcoesDoJogo;                     // as last read from or written to the game's file
+    OpcoesJogo opcoesDoJogo;                     // as this interface last read or wrote it
     LogoEncaixado logo;
     FontesDaPrincipal fontesDaPrincipal;
 };
@@ -50,6 +50,9 @@ bool ModoCaptura();
 
 // The configured title, never empty.
 std::wstring TituloDoLauncher();
+
+// Shows a new window, in front unless in a capture run.
+void MostrarJanela(HWND janela);
 
 // The topmost open window of the launcher.
 HWND JanelaDaFrente();

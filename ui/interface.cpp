@@ -49,12 +49,6 @@ void Preparar(HINSTANCE modulo) {
         RegistrarModal(modulo, classe);
 }
 
-void Mostrar(HWND janela) {
-    ShowWindow(janela, ModoCaptura() ? SW_SHOWNOACTIVATE : SW_SHOW);
-    if (!ModoCaptura()) SetForegroundWindow(janela);
-    UpdateWindow(janela);
-}
-
 bool JanelaNossa(HWND janela) {
     return janela == ObterInterface().principal || EhControle(janela);
 }
@@ -111,7 +105,7 @@ int RodarInterface() {
         ControladorLauncher& controlador = ObterControlador();
         controlador.DefinirObservador(&observador);
         controlador.DefinirSaida(PedirFim);
-        Mostrar(ui.principal);
+        MostrarJanela(ui.principal);
         ui.site.WebCreate(ui.principal);
         Habilitar(GetDlgItem(ui.principal, kBotaoOpcoes), false);
         Habilitar(GetDlgItem(ui.principal, kBotaoConectar), false);

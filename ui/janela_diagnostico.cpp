@@ -42,27 +42,37 @@ bool Copiar(HWND janela, const std::wstring& texto) {
     return copiou;
 }
 
-// Where the text names the thing by its first word ("driver" for "Driver de vídeo"), whatever the case; npos: nowhere.
-std::size_t LugarDoNome(const std::wstring& texto, const std::wstring& nome) {
-    const std::wstring palavra = nome.substr(0, nome.find(L' '));
-    if (palavra.empty()) return std::wstring::npos;
-    const int lugar = FindStringOrdinal(FIND_FROMSTART, texto.c_str(), static_cast<int>(texto.size()), palavra.c_str(),
-                                        static_cast<int>(palavra.size()), TRUE);
-    return lugar < 0 ? std::wstring::npos : static_cast<std::size_t>(lugar);
+// Where the words stand in the text as words of their own, whatever the case; npos: nowhere.
+std::size_t LugarDe(const std::wstring& palavras, const std::wstring& texto) {
+    if (palavras.empty()) return std::wstring::npos;
+    for (std::size_t inicio = 0;; ++inicio) {
+        const int achado =
+            FindStringOrdinal(FIND_FROMSTART, texto.c_str() + inicio, static_cast<int>(texto.size() - inicio),
+                              palavras.c_str(), static_cast<int>(palavras.size()), TRUE);
+        if (achado < 0) return std::wstring::npos;
+        inicio += static_cast<std::size_t>(achado);
+        const std::size_t fim = inicio + palavras.size();
+        const bool comeca = inicio == 0 || !IsCharAlphaNumericW(texto[inicio - 1]);
+        if (comeca && (fim == texto.size() || !IsCharAlphaNumericW(texto[fim]))) return inicio;
+    }
 }
 
 bool ForaDeOrdem(const LinhaDiagnostico& linha) {
     return linha.estado.value_or(EstadoItem::kOk) != EstadoItem::kOk;
 }
 
-// The row that the advice is about, or null.
+// The row that the advice is about, or null: the one whose first word it has the earliest ("driver" for "Driver de
+// vídeo"), and of several such the one of which it has the whole name ("Memória de vídeo" before "Memória").
 LinhaDiagnostico* DonaDoConselho(std::vector<LinhaDiagnostico>& linhas, const std::wstring& conselho) {
     LinhaDiagnostico* dona = nullptr;
-    std::size_t melhor = std::wstring::npos;
+    std::pair melhor{std::wstring::npos, std::size_t{0}};  // the place, and what is missing of the longest name
     for (LinhaDiagnostico& linha : linhas) {
-        const std::size_t lugar = ForaDeOrdem(linha) ? LugarDoNome(conselho, linha.nome) : std::wstring::npos;
-        if (lugar >= melhor) continue;
-        melhor = lugar;
+        const std::size_t lugar = LugarDe(linha.nome.substr(0, linha.nome.find(L' ')), conselho);
+        if (!ForaDeOrdem(linha) || lugar == std::wstring::npos) continue;
+        const bool inteira = LugarDe(linha.nome, conselho) == lugar;
+        const std::pair este{lugar, std::wstring::npos - (inteira ? linha.nome.size() : 0)};
+        if (este >= melhor) continue;
+        melhor = este;
         dona = &linha;
     }
     return dona;
@@ -85,6 +95,7 @@ class JanelaDiagnostico final : public JanelaModal {
     void AoRelogio(UINT_PTR relogio) override;
     bool Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) override;
 
+    void AoGirar(int giro);
     bool AoTeclar(WPARAM tecla);
     bool AoPressionar(POINT ponto);
     void Arrastar(int y);
@@ -93,6 +104,7 @@ class JanelaDiagnostico final : public JanelaModal {
     ResultadoRequisitos resultado_;
     AparenciaDiagnostico aparencia_;
     int altura_;
+    int resto_ = 0;            // of the wheel's turn, less than a pixel
     bool arrastando_ = false;  // the scroll bar's thumb follows the pointer
     int pegada_ = 0;           // where the pointer holds the thumb, from its top
 };
@@ -137,7 +149,7 @@ void JanelaDiagnostico::AoRelogio(UINT_PTR relogio) {
 bool JanelaDiagnostico::Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) {
     switch (mensagem) {
         case WM_MOUSEWHEEL:
-            RolarAte(aparencia_.rolagem - GET_WHEEL_DELTA_WPARAM(wParam) * kPassoDaRoda / WHEEL_DELTA);
+            AoGirar(GET_WHEEL_DELTA_WPARAM(wParam));
             return true;
         case WM_KEYDOWN:
             return AoTeclar(wParam);
@@ -156,6 +168,13 @@ bool JanelaDiagnostico::Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) {
         default:
             return false;
     }
+}
+
+// A touchpad turns the wheel by fractions of a notch.
+void JanelaDiagnostico::AoGirar(int giro) {
+    const int pixels = giro * kPassoDaRoda + resto_;
+    resto_ = pixels % WHEEL_DELTA;
+    RolarAte(aparencia_.rolagem - pixels / WHEEL_DELTA);
 }
 
 bool JanelaDiagnostico::AoTeclar(WPARAM tecla) {
@@ -267,8 +286,9 @@ HWND AbrirDiagnostico() {
     const RECT trabalho = AreaDeTrabalho();
     const int altura = std::min(AlturaDoDiagnostico(aparencia), static_cast<int>(trabalho.bottom - trabalho.top));
     const RECT principal = LugarDaJanelaPrincipal();
+    const POINT lugar{principal.left + kDesvioX, (principal.top + principal.bottom - altura) / 2};
     return JanelaModal::Abrir(std::make_unique<JanelaDiagnostico>(std::move(resultado), std::move(aparencia), altura),
-                              {principal.left + kDesvioX, (principal.top + principal.bottom - altura) / 2});
+                              {lugar.x, NaAreaDeTrabalho(lugar, {kLarguraDoDiagnostico, altura}).y});
 }
 
 }  // namespace zu::launcher

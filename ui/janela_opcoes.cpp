@@ -5,10 +5,12 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/utf16.h"
 #include "game/requisitos.h"
+#include "game/veredito.h"
 #include "ui/janela_requisitos.h"
 #include "ui/modal.h"
 #include "ui/pintor_opcoes.h"
@@ -89,9 +91,12 @@ class JanelaOpcoes final : public JanelaModal {
     }
 
     void Escolher(bool vulkan) const;
-    void Atualizar() const;
+    void Atualizar();
+    void TomarApiCorrigida(const ResultadoRequisitos& r);
     [[nodiscard]] bool EmJanela() const { return EstadoDo(Filho(kListaModo)).selected == 0; }
     [[nodiscard]] OpcoesJogo Escolhidas() const;
+
+    bool relatorioVisto_ = false;
 };
 
 void JanelaOpcoes::Montar() {
@@ -110,6 +115,7 @@ void JanelaOpcoes::Montar() {
                    l.campo == nullptr ? modo : opcoes.*l.campo);
     }
     Escolher(opcoes.api == "vulkan");
+    relatorioVisto_ = ObterRequisitos().relatorioLido;
     Atualizar();
     SetTimer(Janela(), kRelogio, kIntervalo, nullptr);
 }
@@ -144,10 +150,19 @@ void JanelaOpcoes::Escolher(bool vulkan) const {
     Marcar(Filho(kOpcaoVulkan), vulkan);
 }
 
-void JanelaOpcoes::Atualizar() const {
+// The controller corrects the file when the report arrives. A window that was opened before must not undo that with
+// "OK", unless the player has chosen otherwise in it.
+void JanelaOpcoes::TomarApiCorrigida(const ResultadoRequisitos& r) {
+    if (!r.relatorioLido || std::exchange(relatorioVisto_, true)) return;
+    const std::string& aberta = ObterInterface().opcoesDoJogo.api;
+    if (Escolhidas().api == aberta) Escolher(ApiQueRoda(aberta, r) == "vulkan");
+}
+
+void JanelaOpcoes::Atualizar() {
     Habilitar(Filho(kListaResolucao), EmJanela());
     Habilitar(Filho(kCaixaSemBorda), EmJanela());
     const ResultadoRequisitos r = ObterRequisitos();
+    TomarApiCorrigida(r);
     DefinirTexto(Filho(kOpcaoD3d12), SentencaDaApi(r, r.d3d12, r.d3d12Detalhe));
     DefinirTexto(Filho(kOpcaoVulkan), SentencaDaApi(r, r.vulkan, r.vulkanDetalhe));
 }
@@ -172,9 +187,9 @@ HWND AbrirOpcoes() {
     if (ui.opcoes != nullptr) return ui.opcoes;
     ui.opcoesDoJogo = LerOpcoesJogo();
     const RECT principal = LugarDaJanelaPrincipal();
-    return JanelaModal::Abrir(std::make_unique<JanelaOpcoes>(),
-                              {(principal.left + principal.right - kTamanhoDasOpcoes.cx) / 2,
-                               (principal.top + principal.bottom - kTamanhoDasOpcoes.cy) / 2});
+    const POINT centro{(principal.left + principal.right - kTamanhoDasOpcoes.cx) / 2,
+                       (principal.top + principal.bottom - kTamanhoDasOpcoes.cy) / 2};
+    return JanelaModal::Abrir(std::make_unique<JanelaOpcoes>(), NaAreaDeTrabalho(centro, kTamanhoDasOpcoes));
 }
 
 }  // namespace zu::launcher

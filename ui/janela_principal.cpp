@@ -11,6 +11,7 @@
 #include "core/utf16.h"
 #include "game/jogo.h"
 #include "game/requisitos.h"
+#include "game/veredito.h"
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
 #include "ui/janela_opcoes.h"
@@ -22,8 +23,6 @@ namespace {
 constexpr UINT kIntervalo = 100;  // ms
 constexpr int kIcone = 1;
 
-constexpr RECT kRegiao{0, 0, 455, 517};
-constexpr int kCantos = 15;
 constexpr int kForaDaTela = 654;  // left of everything visible, for captures
 
 struct BotaoDaPrincipal {
@@ -220,28 +219,17 @@ void MostrarMensagemFinal() {
 
 // The graphics interface of the options gives way to the other one when only that runs here.
 void TrocarApiQueNaoRoda() {
-    const ResultadoRequisitos requisitos = ObterRequisitos();
-    if (!requisitos.relatorioLido) return;
     OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
-    const bool vulkan = opcoes.api == "vulkan";
-    const bool estaRoda = vulkan ? requisitos.vulkan : requisitos.d3d12;
-    const bool outraRoda = vulkan ? requisitos.d3d12 : requisitos.vulkan;
-    if (estaRoda || !outraRoda) return;
-    opcoes.api = vulkan ? "d3d12" : "vulkan";
+    const std::string api = ApiQueRoda(opcoes.api, ObterRequisitos());
+    if (api == opcoes.api) return;
+    opcoes.api = api;
     GravarOpcoesJogo(opcoes);
 }
 
 }  // namespace
 
 void RegistrarPrincipal(HINSTANCE modulo) {
-    WNDCLASSEXW classe{};
-    classe.cbSize = sizeof classe;
-    classe.lpfnWndProc = ProcedimentoDaPrincipal;
-    classe.hInstance = modulo;
-    classe.hIcon = LoadIconW(modulo, MAKEINTRESOURCEW(kIcone));
-    classe.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    classe.lpszClassName = kClasseDaJanela;
-    RegisterClassExW(&classe);
+    RegistrarClasse(modulo, kClasseDaJanela, ProcedimentoDaPrincipal, LoadIconW(modulo, MAKEINTRESOURCEW(kIcone)));
 }
 
 HWND CriarPrincipal(HINSTANCE modulo) {
@@ -251,8 +239,7 @@ HWND CriarPrincipal(HINSTANCE modulo) {
                                         WS_POPUP | WS_CLIPCHILDREN | WS_SYSMENU | WS_MINIMIZEBOX, lugar.x, lugar.y,
                                         kLarguraPrincipal, kAlturaPrincipal, nullptr, nullptr, modulo, nullptr);
     if (janela == nullptr) return nullptr;
-    SetWindowRgn(janela, CreateRoundRectRgn(kRegiao.left, kRegiao.top, kRegiao.right, kRegiao.bottom, kCantos, kCantos),
-                 FALSE);
+    ArredondarJanela(janela, {kLarguraPrincipal, kAlturaPrincipal});
     for (const BotaoDaPrincipal& b : kBotoes)
         CriarControle(janela, b.kind, b.id, b.texto, b.lugar);
     return janela;

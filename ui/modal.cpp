@@ -8,7 +8,6 @@
 namespace zu::launcher {
 namespace {
 
-constexpr int kCantos = 15;
 constexpr int kFolgaDaLegenda = 22;  // of a button's width beyond its caption
 constexpr int kEntreBotoes = 6;
 
@@ -17,27 +16,10 @@ LONG Encaixar(LONG lugar, LONG tamanho, LONG inicio, LONG fim) {
     return std::max(std::min(lugar, fim - tamanho), inicio);
 }
 
-POINT NaAreaDeTrabalho(POINT lugar, SIZE tamanho) {
-    const RECT area = AreaDeTrabalho();
-    return {Encaixar(lugar.x, tamanho.cx, area.left, area.right), Encaixar(lugar.y, tamanho.cy, area.top, area.bottom)};
-}
-
-void Mostrar(HWND janela) {
-    ShowWindow(janela, ModoCaptura() ? SW_SHOWNOACTIVATE : SW_SHOW);
-    if (!ModoCaptura()) SetForegroundWindow(janela);
-    UpdateWindow(janela);
-}
-
 }  // namespace
 
 void RegistrarModal(HINSTANCE modulo, const wchar_t* classe) {
-    WNDCLASSEXW registro{};
-    registro.cbSize = sizeof registro;
-    registro.lpfnWndProc = JanelaModal::Procedimento;
-    registro.hInstance = modulo;
-    registro.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    registro.lpszClassName = classe;
-    RegisterClassExW(&registro);
+    RegistrarClasse(modulo, classe, JanelaModal::Procedimento);
 }
 
 JanelaModal::JanelaModal(const MoldeModal& molde, SIZE tamanho) : molde_(molde), tamanho_(tamanho) {}
@@ -47,7 +29,6 @@ HWND JanelaModal::Abrir(std::unique_ptr<JanelaModal> registro, POINT lugar) {
     const SIZE tamanho = registro->tamanho_;
     EstadoInterface& ui = ObterInterface();
     if (ui.*molde.janela != nullptr) return ui.*molde.janela;
-    if (!ModoCaptura()) lugar = NaAreaDeTrabalho(lugar, tamanho);
     const HWND dona = ui.*molde.dona;
     const HWND janela = CreateWindowExW(molde.estendido | (ModoCaptura() ? WS_EX_NOACTIVATE : 0), molde.classe,
                                         molde.titulo, WS_POPUP | WS_CLIPCHILDREN, lugar.x, lugar.y, tamanho.cx,
@@ -56,10 +37,10 @@ HWND JanelaModal::Abrir(std::unique_ptr<JanelaModal> registro, POINT lugar) {
         LogLinha("Interface: CreateWindow falhou ({})", GetLastError());
         return nullptr;
     }
-    SetWindowRgn(janela, CreateRoundRectRgn(0, 0, tamanho.cx + 1, tamanho.cy + 1, kCantos, kCantos), FALSE);
+    ArredondarJanela(janela, tamanho);
     De(janela)->Montar();
     EnableWindow(dona, FALSE);
-    Mostrar(janela);
+    MostrarJanela(janela);
     return janela;
 }
 
@@ -186,6 +167,12 @@ RECT AreaDeTrabalho() {
     MONITORINFO monitor{.cbSize = sizeof monitor};
     GetMonitorInfoW(MonitorFromWindow(ObterInterface().principal, MONITOR_DEFAULTTONEAREST), &monitor);
     return monitor.rcWork;
+}
+
+POINT NaAreaDeTrabalho(POINT lugar, SIZE tamanho) {
+    if (ModoCaptura()) return lugar;
+    const RECT area = AreaDeTrabalho();
+    return {Encaixar(lugar.x, tamanho.cx, area.left, area.right), Encaixar(lugar.y, tamanho.cy, area.top, area.bottom)};
 }
 
 Trecho CriarFila(HWND janela, SIZE tamanho, std::span<const BotaoDaFila> botoes) {

@@ -34,8 +34,7 @@ class JanelaModal {
     virtual ~JanelaModal() = default;
 
     // Makes the window with its controls, disables the one under it and shows it; returns at once. `lugar` is on the
-    // screen and is moved into the work area, but not in a capture run, which keeps its windows out of sight. Null, and
-    // a line in the log, when there is none; the window that is open already, when there is one.
+    // screen. Null, and a line in the log, when there is none; the window that is open already, when there is one.
     static HWND Abrir(std::unique_ptr<JanelaModal> registro, POINT lugar);
 
  protected:
@@ -80,6 +79,8 @@ void FecharModal(HWND janela);
 // The main window's place on the screen, and the work area of the monitor that it is on.
 RECT LugarDaJanelaPrincipal();
 RECT AreaDeTrabalho();
+// Moved into the work area; not in a capture run, which keeps its windows out of sight.
+POINT NaAreaDeTrabalho(POINT lugar, SIZE tamanho);
 
 struct BotaoDaFila {
     TipoControle kind;

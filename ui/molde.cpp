@@ -4,6 +4,27 @@
 
 namespace zu::launcher {
 
+namespace {
+
+constexpr int kCantos = 15;
+
+}  // namespace
+
+void RegistrarClasse(HINSTANCE modulo, const wchar_t* nome, WNDPROC procedimento, HICON icone) {
+    WNDCLASSEXW classe{};
+    classe.cbSize = sizeof classe;
+    classe.lpfnWndProc = procedimento;
+    classe.hInstance = modulo;
+    classe.hIcon = icone;
+    classe.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    classe.lpszClassName = nome;
+    RegisterClassExW(&classe);
+}
+
+void ArredondarJanela(HWND janela, SIZE tamanho) {
+    SetWindowRgn(janela, CreateRoundRectRgn(0, 0, tamanho.cx + 1, tamanho.cy + 1, kCantos, kCantos), FALSE);
+}
+
 POINT PontoDe(LPARAM lParam) {
     return {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
 }

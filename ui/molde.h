@@ -12,6 +12,12 @@ namespace zu::launcher {
 LRESULT MoldeJanela(HWND janela, UINT mensagem, LPARAM lParam, int largura, bool comMinimizar, CaixaDaTira& sobre,
                     bool& tratada);
 
+// A class as all windows have it: arrow, no background, no class style.
+void RegistrarClasse(HINSTANCE modulo, const wchar_t* nome, WNDPROC procedimento, HICON icone = nullptr);
+
+// Gives a window of this size its round corners.
+void ArredondarJanela(HWND janela, SIZE tamanho);
+
 // The box that a client point lies in.
 CaixaDaTira CaixaNoPonto(POINT ponto, int largura, bool comMinimizar);
 

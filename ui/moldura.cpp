@@ -53,7 +53,7 @@ constexpr REAL kLugarDoMeio = 0.45F;
 constexpr ARGB kBarraLustro = Argb(110, 255, 255, 255);
 
 void PintarTitulo(HDC dc, const AparenciaMoldura& a, const CoresDaTira& cores, const Fontes& fontes) {
-    constexpr UINT kFormato = DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS;
+    constexpr UINT kFormato = kUmaLinha | DT_CENTER;
     RECT r{kMargemDoTitulo, 0, a.largura - kMargemDoTitulo, kAlturaDaTira};
     OffsetRect(&r, 1, 1);
     Escrever(dc, a.titulo, r, Fontes::De(fontes.negrito), cores.sombra, kFormato);

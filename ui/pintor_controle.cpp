@@ -49,9 +49,6 @@ constexpr int kRecuoDaMarca = 20;         // from a check box's left edge to its
 constexpr int kRecuoDaMarcaNaOpcao = 12;  // from a tile's left edge to its mark
 constexpr int kRecuoDaLegenda = 34;       // from a tile's left edge to its texts
 
-constexpr UINT kUmaLinha = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
-constexpr UINT kDuasLinhas = DT_WORDBREAK | DT_EDITCONTROL | DT_END_ELLIPSIS;
-
 unsigned Alfa(float valor) {
     return static_cast<unsigned>(std::lround(valor));
 }
@@ -202,7 +199,7 @@ void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
         legenda.bottom = legenda.top + 19;
         const RECT menor{texto.left, legenda.bottom, texto.right, legenda.bottom + (cabe ? 17 : 28)};
         Escrever(dc, estado.text, menor, pequena, a.habilitado ? kTextoMenor : kTextoDesligado,
-                 cabe ? kUmaLinha : kDuasLinhas);
+                 cabe ? kUmaLinha : kVariasLinhas);
     }
     Escrever(dc, a.legenda, legenda, Fontes::De(fontes.negrito), a.habilitado ? kTexto : kTextoDesligado, kUmaLinha);
 }

@@ -40,7 +40,7 @@ constexpr int kRecuo = 8;          // of a cell's text
 constexpr int kRecuoDoSinal = 18;  // of a text behind a mark, further
 constexpr int kFolgaDaLinha = 5;   // above and below a row's text
 constexpr int kMenorLinha = 25;
-constexpr int kLinhasDaCelula = 6;
+constexpr int kLinhasDaCelula = 40;
 
 constexpr int kLarguraDoTrilho = 11;
 constexpr int kMenorPolegar = 24;

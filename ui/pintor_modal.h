@@ -32,10 +32,6 @@ void PintarSinal(HDC dc, int x, int y, Situacao situacao);
 // The colour of words that tell a state, dark enough to be read.
 COLORREF CorDaSituacao(Situacao situacao);
 
-// Text over several lines ends in an ellipsis where the rectangle does; a word that is too long is broken.
-constexpr UINT kVariasLinhas = DT_WORDBREAK | DT_EDITCONTROL | DT_END_ELLIPSIS;
-constexpr UINT kUmaLinha = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
-
 // What the text takes over lines of this width, up to `maximo` lines; 0 for none. Pixels.
 int AlturaDoTexto(HDC dc, std::wstring_view texto, HFONT fonte, int largura, int maximo);
 

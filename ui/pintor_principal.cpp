@@ -62,16 +62,6 @@ void PintarCabecalho(HDC dc, const FontesDaPrincipal& proprias) {
     SetTextCharacterExtra(dc, espaco);
 }
 
-BITMAPINFO InfoDe(int largura, int altura) {
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = largura;
-    info.bmiHeader.biHeight = -altura;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    return info;
-}
-
 void PintarLogo(HDC dc, const LogoEncaixado& logo) {
     const HandleDc origem(CreateCompatibleDC(dc));
     const Selecao selecao(origem.Valor(), logo.Bitmap());
@@ -105,8 +95,8 @@ LogoEncaixado::LogoEncaixado(const LogoCentral& logo) {
     medida_ = EncaixarLogo(logo.largura, logo.altura);
     if (medida_.largura == 0 || medida_.altura == 0) return;
     const HandleDc dc(CreateCompatibleDC(nullptr));
-    const BITMAPINFO original = InfoDe(logo.largura, logo.altura);
-    const BITMAPINFO info = InfoDe(medida_.largura, medida_.altura);
+    const BITMAPINFO original = InfoDoBitmap(logo.largura, logo.altura);
+    const BITMAPINFO info = InfoDoBitmap(medida_.largura, medida_.altura);
     void* pixels = nullptr;
     bitmap_.Trocar(CreateDIBSection(dc.Valor(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
     const Selecao selecao(dc.Valor(), bitmap_.Valor());

@@ -45,12 +45,7 @@ class Superficie {
     static constexpr COLORREF kFundo = RGB(255, 0, 255);
 
     Superficie(int largura, int altura) : largura_(largura), altura_(altura), dc_(CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = largura;
-        info.bmiHeader.biHeight = -altura;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
+        const BITMAPINFO info = InfoDoBitmap(largura, altura);
         bitmap_.Trocar(CreateDIBSection(dc_.Valor(), &info, DIB_RGB_COLORS, &pixels_, nullptr, 0));
         antigo_ = SelectObject(dc_.Valor(), bitmap_.Valor());
         PreencherRetangulo(dc_.Valor(), {0, 0, largura, altura}, kFundo);
