@@ -257,6 +257,25 @@ TEST_F(Janelas, OpcoesSeguemModoDiagnosticoELugar) {
     EXPECT_EQ(std::pair(Lugar(AbrirOpcoes()).left, Lugar(Ui().opcoes).top), std::pair(LONG{0}, LONG{0}));
 }
 
+// The report comes while the window is open: what "OK" writes is what runs here, unless the player has chosen
+// otherwise.
+TEST_F(Janelas, ApiCorrigidaComAJanelaAberta) {
+    for (const bool escolheu : {false, true}) {
+        OpcoesJogo gravadas;
+        gravadas.api = escolheu ? "vulkan" : "d3d12";
+        GravarOpcoesJogo(gravadas);
+        Diagnosticar("");
+        const HWND h = AbrirOpcoes();
+        if (escolheu) Clicar(h, kOpcaoD3d12);
+        Diagnosticar("so_vulkan");
+        Bombear(300ms);
+        EXPECT_EQ(EstadoDo(GetDlgItem(h, kOpcaoVulkan)).checked, !escolheu);
+        Clicar(h, kBotaoOk);
+        EXPECT_EQ(LerOpcoesJogo().api, escolheu ? "d3d12" : "vulkan");
+        FecharModal(h);
+    }
+}
+
 TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
     const struct {
         const char* relatorio;
