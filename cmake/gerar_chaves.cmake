@@ -1,4 +1,5 @@
 # Writes the C++ source with the key material: cmake -DCHAVES=a;b -DSEGREDO=file -DSAIDA=file -P gerar_chaves.cmake
+cmake_minimum_required(VERSION 3.25)
 
 function(ler_bytes arquivo tamanho saida)
     file(SIZE ${arquivo} bytes)

@@ -19,14 +19,15 @@ struct OpcaoDeCampo {
     std::wstring_view opcao;
     CampoDeTexto campo;
     std::string CamposSelados::*texto;
+    bool endereco;  // of a web server
 };
 
 constexpr std::array<OpcaoDeCampo, 5> kOpcoesDeCampo{{
-    {L"--nome", kCampoNome, &CamposSelados::nome},
-    {L"--update", kCampoUpdate, &CamposSelados::update},
-    {L"--site", kCampoSite, &CamposSelados::site},
-    {L"--seletor", kCampoSeletor, &CamposSelados::seletor},
-    {L"--registro", kCampoRegistro, &CamposSelados::registro},
+    {L"--nome", kCampoNome, &CamposSelados::nome, false},
+    {L"--update", kCampoUpdate, &CamposSelados::update, true},
+    {L"--site", kCampoSite, &CamposSelados::site, true},
+    {L"--seletor", kCampoSeletor, &CamposSelados::seletor, false},
+    {L"--registro", kCampoRegistro, &CamposSelados::registro, true},
 }};
 
 class Segredo {
@@ -48,12 +49,20 @@ class Segredo {
     SegredoSelo segredo_{};
 };
 
+bool EhEndereco(std::string_view texto) {
+    return texto.starts_with("http://") || texto.starts_with("https://");
+}
+
 bool LerTextos(const Opcoes& opcoes, CamposSelados& campos, std::string& erro) {
-    for (const auto& [opcao, campo, texto] : kOpcoesDeCampo) {
+    for (const auto& [opcao, campo, texto, endereco] : kOpcoesDeCampo) {
         campos.*texto = ParaUtf8(opcoes.Texto(opcao));
         const std::size_t bytes = (campos.*texto).size();
         if (bytes > campo.Limite()) {
             erro = Formatar("{}: o texto tem {} bytes em UTF-8, o limite é {}", ParaUtf8(opcao), bytes, campo.Limite());
+            return false;
+        }
+        if (endereco && bytes != 0 && !EhEndereco(campos.*texto)) {
+            erro = Formatar("{}: o endereço deve começar com http:// ou https://", ParaUtf8(opcao));
             return false;
         }
     }
@@ -93,7 +102,7 @@ int RodarAbrir(const Opcoes& opcoes, Saida& saida) {
     CorpoSelado corpo{};
     if (!AbrirSelado(arquivo, segredo.Bytes(), corpo, erro)) return Falhar(saida, kRecusado, erro);
     const CamposSelados campos = LerCampos(corpo);
-    for (const auto& [opcao, campo, texto] : kOpcoesDeCampo) {
+    for (const auto& [opcao, campo, texto, endereco] : kOpcoesDeCampo) {
         saida.Linha(Formatar("{}: {}", ParaUtf8(opcao.substr(2)), campos.*texto));
     }
     saida.Linha(Formatar("update automático: {}", campos.updateAutomatico ? "sim" : "não"));
