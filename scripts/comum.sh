@@ -31,6 +31,15 @@ no_wine() {
     "$RAIZ/cmake/no-wine" "$RAIZ/build/$preset/wine" "$@"
 }
 
+# manter_wine PRESET: starts Wine and its desktop and keeps them up until encerrar_wine. Otherwise the first test would
+# start them, they would hold its output open, and it would count as running for as long as they do.
+manter_wine() {
+    no_wine "$1" "$RAIZ/build/$1/bin/processo_parado.exe" 7200000 >/dev/null 2>&1 &
+    sleep 2
+    no_wine "$1" cmd /c exit >/dev/null 2>&1 || true
+    sleep 2
+}
+
 encerrar_wine() {
     [ -d "$RAIZ/build/$1/wine" ] || return 0
     WINEPREFIX="$RAIZ/build/$1/wine" wineserver -k 2>/dev/null || true

@@ -303,6 +303,18 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
     EXPECT_EQ(falso.Faltas(), 0) << falso.Chamadas();
 }
 
+// The program itself, in a folder with DLLs of the names that a window needs.
+TEST_F(Principal, DllPlantadaNaoECarregadaPelaJanela) {
+    Publicar({{"a.bin", "a"}});
+    std::filesystem::copy_file(teste::kPastaBin / "ZuLauncher.exe", pasta_ / "ZuLauncher.exe");
+    pasta_.Escrever("Launcher.emu", teste::Selado(servidor_.Url()));
+    for (const char* dll : {"gdiplus.dll", "dwmapi.dll", "windowscodecs.dll", "uxtheme.dll"})
+        pasta_.Escrever(dll, "não é uma DLL");
+    EXPECT_EQ(teste::Programa(pasta_ / "ZuLauncher.exe", {L"--captura=" + (pasta_ / "fotos/novas").native()}).Esperar(),
+              0);
+    EXPECT_EQ(pasta_.Ler("fotos/novas/principal.png").substr(1, 3), "PNG");
+}
+
 TEST_F(Principal, CapturaQueNaoGravaAcabaComCodigo1) {
     Publicar({{"a.bin", "a"}});
     pasta_.Escrever("fotos", "um arquivo onde devia haver uma pasta");
