@@ -52,8 +52,8 @@ void AbrirEstadoDaInterface() {
 }
 
 void FecharEstadoDaInterface() {
-    Instancia().reset();
     DefinirFontesDaInterface({});
+    Instancia().reset();
 }
 
 bool ModoCaptura() {

@@ -44,9 +44,9 @@ void Preparar(HINSTANCE modulo) {
     ui.opcoesDoJogo = LerOpcoesJogo();
     ui.logo = LogoEncaixado(CarregarLogo(modulo));
     RegistrarControle(modulo);
-    RegistrarPrincipal(modulo);
     for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
         RegistrarModal(modulo, classe);
+    RegistrarPrincipal(modulo);
 }
 
 bool JanelaNossa(HWND janela) {

@@ -83,8 +83,7 @@ class JanelaDiagnostico final : public JanelaModal {
     JanelaDiagnostico(ResultadoRequisitos resultado, AparenciaDiagnostico aparencia, int altura)
         : JanelaModal(kMolde, {kLarguraDoDiagnostico, altura}),
           resultado_(std::move(resultado)),
-          aparencia_(std::move(aparencia)),
-          altura_(altura) {}
+          aparencia_(std::move(aparencia)) {}
 
  private:
     void Montar() override;
@@ -96,6 +95,7 @@ class JanelaDiagnostico final : public JanelaModal {
     bool Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) override;
 
     void AoGirar(int giro);
+    [[nodiscard]] int Altura() const { return static_cast<int>(Medidas().cy); }
     bool AoTeclar(WPARAM tecla);
     bool AoPressionar(POINT ponto);
     void Arrastar(int y);
@@ -103,7 +103,6 @@ class JanelaDiagnostico final : public JanelaModal {
 
     ResultadoRequisitos resultado_;
     AparenciaDiagnostico aparencia_;
-    int altura_;
     int resto_ = 0;            // of the wheel's turn, less than a pixel
     bool arrastando_ = false;  // the scroll bar's thumb follows the pointer
     int pegada_ = 0;           // where the pointer holds the thumb, from its top
@@ -116,9 +115,7 @@ void JanelaDiagnostico::Montar() {
     if (!resultado_.acaoEndereco.empty()) {
         botoes.push_back({TipoControle::BotaoPrincipal, kBotaoAcao, acao.c_str()});
     }
-    const Trecho fila = CriarFila(Janela(), {kLarguraDoDiagnostico, altura_}, botoes);
-    aparencia_.esquerda = fila.esquerda;
-    aparencia_.direita = fila.direita;
+    aparencia_.botoes = CriarFila(botoes);
     Habilitar(Filho(kBotaoCopiar), !resultado_.relatorio.empty());
 }
 
@@ -178,7 +175,7 @@ void JanelaDiagnostico::AoGirar(int giro) {
 }
 
 bool JanelaDiagnostico::AoTeclar(WPARAM tecla) {
-    const RECT area = AreaDasLinhas(altura_);
+    const RECT area = AreaDasLinhas(Altura());
     const int pagina = static_cast<int>(area.bottom - area.top) - kPassoDaTecla;
     int rolagem = aparencia_.rolagem;
     switch (tecla) {
@@ -198,7 +195,7 @@ bool JanelaDiagnostico::AoTeclar(WPARAM tecla) {
             rolagem = 0;
             break;
         case VK_END:
-            rolagem = LimiteDaRolagem(aparencia_, altura_);
+            rolagem = LimiteDaRolagem(aparencia_, Altura());
             break;
         default:
             return false;
@@ -209,9 +206,9 @@ bool JanelaDiagnostico::AoTeclar(WPARAM tecla) {
 
 // On the track beside the thumb, the thumb comes under the pointer.
 bool JanelaDiagnostico::AoPressionar(POINT ponto) {
-    const RECT trilho = TrilhoDaRolagem(altura_);
-    if (LimiteDaRolagem(aparencia_, altura_) == 0 || !PtInRect(&trilho, ponto)) return false;
-    const RECT polegar = PolegarDaRolagem(aparencia_, altura_);
+    const RECT trilho = TrilhoDaRolagem(Altura());
+    if (LimiteDaRolagem(aparencia_, Altura()) == 0 || !PtInRect(&trilho, ponto)) return false;
+    const RECT polegar = PolegarDaRolagem(aparencia_, Altura());
     pegada_ = PtInRect(&polegar, ponto) ? ponto.y - polegar.top : (polegar.bottom - polegar.top) / 2;
     arrastando_ = true;
     SetCapture(Janela());
@@ -220,16 +217,16 @@ bool JanelaDiagnostico::AoPressionar(POINT ponto) {
 }
 
 void JanelaDiagnostico::Arrastar(int y) {
-    const RECT trilho = TrilhoDaRolagem(altura_);
-    const RECT polegar = PolegarDaRolagem(aparencia_, altura_);
+    const RECT trilho = TrilhoDaRolagem(Altura());
+    const RECT polegar = PolegarDaRolagem(aparencia_, Altura());
     const int curso = (trilho.bottom - trilho.top) - (polegar.bottom - polegar.top);
-    if (curso > 0) RolarAte((y - pegada_ - trilho.top) * LimiteDaRolagem(aparencia_, altura_) / curso);
+    if (curso > 0) RolarAte((y - pegada_ - trilho.top) * LimiteDaRolagem(aparencia_, Altura()) / curso);
 }
 
 void JanelaDiagnostico::RolarAte(int rolagem) {
-    const int nova = std::clamp(rolagem, 0, LimiteDaRolagem(aparencia_, altura_));
+    const int nova = std::clamp(rolagem, 0, LimiteDaRolagem(aparencia_, Altura()));
     if (std::exchange(aparencia_.rolagem, nova) == nova) return;
-    const RECT area = AreaDasLinhas(altura_);
+    const RECT area = AreaDasLinhas(Altura());
     InvalidateRect(Janela(), &area, FALSE);
 }
 

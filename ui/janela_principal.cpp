@@ -214,7 +214,7 @@ void MostrarProgresso() {
 void MostrarMensagemFinal() {
     const std::wstring mensagem = DeUtf8(ObterControlador().TomarMensagemFinal());
     if (mensagem.empty() || ModoCaptura()) return;
-    MessageBoxW(JanelaDaFrente(), mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
+    MessageBoxW(ObterInterface().principal, mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
 }
 
 // The graphics interface of the options gives way to the other one when only that runs here.

@@ -62,7 +62,7 @@ class JanelaRequisitos final : public JanelaModal {
 
  private:
     void Montar() override {
-        fila_ = CriarFila(Janela(), kTamanhoDosRequisitos, kBotoes);
+        fila_ = CriarFila(kBotoes);
         Atualizar();
         SetTimer(Janela(), kRelogio, kIntervalo, nullptr);
     }
@@ -99,8 +99,7 @@ void JanelaRequisitos::Atualizar() {
     const ResultadoRequisitos resultado = ObterRequisitos();
     Habilitar(Filho(kBotaoDiagnostico), resultado.concluido);
     aparencia_ = DescreverRequisitos(resultado);
-    aparencia_.esquerda = fila_.esquerda;
-    aparencia_.direita = fila_.direita;
+    aparencia_.botoes = fila_;
     InvalidateRect(Janela(), nullptr, FALSE);
 }
 

@@ -1,9 +1,9 @@
 #include "ui/modal.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "core/log.h"
-#include "ui/pintor_modal.h"
 
 namespace zu::launcher {
 namespace {
@@ -175,19 +175,22 @@ POINT NaAreaDeTrabalho(POINT lugar, SIZE tamanho) {
     return {Encaixar(lugar.x, tamanho.cx, area.left, area.right), Encaixar(lugar.y, tamanho.cy, area.top, area.bottom)};
 }
 
-Trecho CriarFila(HWND janela, SIZE tamanho, std::span<const BotaoDaFila> botoes) {
+Trecho JanelaModal::CriarFila(std::span<const BotaoDaFila> botoes) const {
     const HFONT fonte = Fontes::De(FontesDaInterface().negrito);
-    const auto largura = [&](const BotaoDaFila& b) { return LarguraDoTexto(b.texto, fonte) + kFolgaDaLegenda; };
+    std::vector<int> larguras;
     int total = -kEntreBotoes;
-    for (const BotaoDaFila& b : botoes)
-        total += largura(b) + kEntreBotoes;
-    const int inicio = (tamanho.cx - total) / 2;
-    int x = inicio;
     for (const BotaoDaFila& b : botoes) {
-        CriarControle(janela, b.kind, b.id, b.texto, {x, tamanho.cy - kBotoesDoFim, largura(b), kAlturaDoBotao});
-        x += largura(b) + kEntreBotoes;
+        larguras.push_back(LarguraDoTexto(b.texto, fonte) + kFolgaDaLegenda);
+        total += larguras.back() + kEntreBotoes;
     }
-    return {inicio, x - kEntreBotoes};
+    const int inicio = (tamanho_.cx - total) / 2;
+    int x = inicio;
+    for (std::size_t i = 0; i < botoes.size(); ++i) {
+        CriarControle(janela_, botoes[i].kind, botoes[i].id, botoes[i].texto,
+                      {x, tamanho_.cy - kBotoesDoFim, larguras[i], kAlturaDoBotao});
+        x += larguras[i] + kEntreBotoes;
+    }
+    return {inicio, inicio + total};
 }
 
 }  // namespace zu::launcher

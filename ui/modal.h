@@ -10,6 +10,7 @@
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
 #include "ui/moldura.h"
+#include "ui/pintor_modal.h"
 
 namespace zu::launcher {
 
@@ -26,6 +27,12 @@ struct MoldeModal {
 // Once for each class, before the first window.
 void RegistrarModal(HINSTANCE modulo, const wchar_t* classe);
 
+struct BotaoDaFila {
+    TipoControle kind;
+    int id;
+    const wchar_t* texto;
+};
+
 class JanelaModal {
  public:
     JanelaModal(const MoldeModal& molde, SIZE tamanho);
@@ -40,6 +47,10 @@ class JanelaModal {
  protected:
     [[nodiscard]] HWND Janela() const { return janela_; }
     [[nodiscard]] HWND Filho(int id) const { return GetDlgItem(janela_, id); }
+    [[nodiscard]] SIZE Medidas() const { return tamanho_; }
+    // Makes the buttons in a row in the middle of the window's foot, each as wide as its caption asks for. Returns
+    // where the row begins and ends.
+    Trecho CriarFila(std::span<const BotaoDaFila> botoes) const;
     // Asks for the end: `RodarModal` returns.
     void Fechar();
 
@@ -81,19 +92,5 @@ RECT LugarDaJanelaPrincipal();
 RECT AreaDeTrabalho();
 // Moved into the work area; not in a capture run, which keeps its windows out of sight.
 POINT NaAreaDeTrabalho(POINT lugar, SIZE tamanho);
-
-struct BotaoDaFila {
-    TipoControle kind;
-    int id;
-    const wchar_t* texto;
-};
-
-// Makes the buttons in a row in the middle of the window's foot, each as wide as its caption asks for. Returns where
-// the row begins and ends.
-struct Trecho {
-    int esquerda = 0;
-    int direita = 0;
-};
-Trecho CriarFila(HWND janela, SIZE tamanho, std::span<const BotaoDaFila> botoes);
 
 }  // namespace zu::launcher

@@ -59,7 +59,8 @@ struct Celula {
 Celula CelulaDe(const LinhaDiagnostico& linha, Coluna coluna, const Fontes& fontes) {
     const std::array<std::wstring_view, kColunas> textos{linha.nome, linha.valor, linha.minimo, linha.situacao,
                                                          linha.conselho};
-    const std::array<COLORREF, kColunas> cores{kTexto, kTexto, kTextoMenor, CorDaSituacao(linha.estado), kTexto};
+    const std::array<COLORREF, kColunas> cores{kCorDoTexto, kCorDoTexto, kCorDoTextoMenor, CorDaSituacao(linha.estado),
+                                               kCorDoTexto};
     const bool forte = coluna == kNome || coluna == kSituacao;
     const LugarDaColuna& c = kLugares.at(coluna);
     const int recuo = kRecuo + (coluna == kSituacao ? kRecuoDoSinal : 0);
@@ -88,7 +89,7 @@ void PintarCabecalho(HDC dc, const Fontes& fontes) {
     for (const LugarDaColuna& c : kLugares) {
         if (c.x > kCabecalho.left) PreencherRetangulo(dc, {c.x, kCabecalho.top, c.x + 1, kCabecalho.bottom}, kRegua);
         Escrever(dc, c.titulo, {c.x + kRecuo, kCabecalho.top, c.x + c.largura, kCabecalho.bottom},
-                 Fontes::De(fontes.negrito), kTexto, kUmaLinha);
+                 Fontes::De(fontes.negrito), kCorDoTexto, kUmaLinha);
     }
 }
 
@@ -108,7 +109,7 @@ void PintarLinhas(HDC dc, const RECT& area, const AparenciaDiagnostico& a, const
     if (a.linhas.empty()) {
         RECT r = area;
         InflateRect(&r, -kRecuo, -kRecuo);
-        Escrever(dc, a.semLinhas, r, Fontes::De(fontes.normal), kTextoMenor, kVariasLinhas);
+        Escrever(dc, a.semLinhas, r, Fontes::De(fontes.normal), kCorDoTextoMenor, kVariasLinhas);
         return;
     }
     const int salvo = SaveDC(dc);
@@ -172,8 +173,8 @@ RECT PolegarDaRolagem(const AparenciaDiagnostico& a, int altura) {
 }
 
 void PintarDiagnostico(HDC dc, const AparenciaMoldura& moldura, const AparenciaDiagnostico& a, const Fontes& fontes) {
-    PintarBase(dc, moldura, a.esquerda, a.direita, fontes);
-    Escrever(dc, kTituloDaTabela, kLugarDoTitulo, Fontes::De(fontes.negrito), kTexto, kUmaLinha);
+    PintarBase(dc, moldura, a.botoes, fontes);
+    Escrever(dc, kTituloDaTabela, kLugarDoTitulo, Fontes::De(fontes.negrito), kCorDoTexto, kUmaLinha);
     const RECT area = AreaDasLinhas(moldura.altura);
     PintarLinhas(dc, area, a, fontes);
     PintarRolagem(dc, a, moldura.altura);

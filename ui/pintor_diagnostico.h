@@ -28,8 +28,7 @@ struct AparenciaDiagnostico {
     std::wstring semLinhas;    // stands in the table when it has no rows
     std::vector<int> alturas;  // of the rows, as measured; pixels
     int rolagem = 0;           // pixels of the rows that are above the table's edge
-    int esquerda = 0;          // where the buttons begin and end
-    int direita = 0;
+    Trecho botoes;
 };
 
 void MedirDiagnostico(AparenciaDiagnostico& aparencia, const Fontes& fontes);

@@ -46,11 +46,11 @@ void PintarGlifo(Tela& tela, REAL x, REAL y, Situacao situacao) {
 
 }  // namespace
 
-void PintarBase(HDC dc, const AparenciaMoldura& moldura, int esquerda, int direita, const Fontes& fontes) {
+void PintarBase(HDC dc, const AparenciaMoldura& moldura, const Trecho& botoes, const Fontes& fontes) {
     PintarMoldura(dc, moldura, fontes);
     PintarRodape(dc, moldura.largura, moldura.altura, kFaixaDosBotoes);
     const int topo = moldura.altura - kBotoesDoFim;
-    PintarPainel(dc, {esquerda - kFolgaDoPainel, topo - kFolgaDoPainel, direita + kFolgaDoPainel,
+    PintarPainel(dc, {botoes.esquerda - kFolgaDoPainel, topo - kFolgaDoPainel, botoes.direita + kFolgaDoPainel,
                       topo + kAlturaDoBotao + kFolgaDoPainel});
 }
 

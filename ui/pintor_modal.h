@@ -16,11 +16,17 @@ constexpr int kFaixaDosBotoes = 64;  // the footer
 constexpr int kBotoesDoFim = 46;     // from the buttons' top to the window's end
 constexpr int kAlturaDoBotao = 28;
 
-constexpr COLORREF kTexto = RGB(20, 20, 20);
-constexpr COLORREF kTextoMenor = RGB(80, 80, 80);
+constexpr COLORREF kCorDoTexto = RGB(20, 20, 20);
+constexpr COLORREF kCorDoTextoMenor = RGB(80, 80, 80);
 
-// Frame, footer, and the panel around buttons that lie between `esquerda` and `direita`.
-void PintarBase(HDC dc, const AparenciaMoldura& moldura, int esquerda, int direita, const Fontes& fontes);
+// Where a row of buttons begins and ends.
+struct Trecho {
+    int esquerda = 0;
+    int direita = 0;
+};
+
+// Frame, footer, and the panel around the buttons.
+void PintarBase(HDC dc, const AparenciaMoldura& moldura, const Trecho& botoes, const Fontes& fontes);
 
 // What is known of a thing that was examined.
 using Situacao = std::optional<EstadoItem>;

@@ -53,14 +53,14 @@ void PintarSecao(HDC dc, const TextoEm& secao, const Fontes& fontes) {
 }  // namespace
 
 void PintarOpcoes(HDC dc, const AparenciaMoldura& moldura, const Fontes& fontes) {
-    PintarBase(dc, moldura, kInicioDosBotoes, kFimDosBotoes, fontes);
+    PintarBase(dc, moldura, {kInicioDosBotoes, kFimDosBotoes}, fontes);
     for (const TextoEm& secao : kSecoes)
         PintarSecao(dc, secao, fontes);
     for (const TextoEm& rotulo : kRotulos) {
         Escrever(dc, rotulo.texto, {kEsquerda, rotulo.y, kFimDosRotulos, rotulo.y + kAlturaDaLinha},
-                 Fontes::De(fontes.negrito2), kTexto, kUmaLinha);
+                 Fontes::De(fontes.negrito2), kCorDoTexto, kUmaLinha);
     }
-    Escrever(dc, kTextoDaNota, kNota, Fontes::De(fontes.pequena), kTextoMenor, kVariasLinhas);
+    Escrever(dc, kTextoDaNota, kNota, Fontes::De(fontes.pequena), kCorDoTextoMenor, kVariasLinhas);
 }
 
 }  // namespace zu::launcher

@@ -43,8 +43,9 @@ int PintarLinhas(HDC dc, int y, const AparenciaRequisitos& a, const Fontes& font
         PreencherRetangulo(dc, {kEsquerda, y, kDireita, fim}, fundo);
         fundo = fundo == kFundoPar ? kFundoImpar : kFundoPar;
         PintarSinal(dc, kSinalX, y + (kAlturaDaLinha - kLadoDoSinal) / 2, linha.situacao);
-        Escrever(dc, linha.nome, {kTextoX, y, kValorX, fim}, Fontes::De(fontes.negrito2), kTexto, kUmaLinha);
-        Escrever(dc, linha.valor, {kValorX, y, kDireita - kFolga, fim}, Fontes::De(fontes.normal), kTexto, kUmaLinha);
+        Escrever(dc, linha.nome, {kTextoX, y, kValorX, fim}, Fontes::De(fontes.negrito2), kCorDoTexto, kUmaLinha);
+        Escrever(dc, linha.valor, {kValorX, y, kDireita - kFolga, fim}, Fontes::De(fontes.normal), kCorDoTexto,
+                 kUmaLinha);
         y = fim;
     }
     ContornarRetangulo(dc, {kEsquerda, topo, kDireita, y}, kContornoDaTabela);
@@ -52,22 +53,23 @@ int PintarLinhas(HDC dc, int y, const AparenciaRequisitos& a, const Fontes& font
 }
 
 void PintarRotulo(HDC dc, const wchar_t* rotulo, int y, const Fontes& fontes) {
-    Escrever(dc, rotulo, {kTextoX, y, kValorX, y + kAlturaDaLinha}, Fontes::De(fontes.negrito2), kTexto, DT_SINGLELINE);
+    Escrever(dc, rotulo, {kTextoX, y, kValorX, y + kAlturaDaLinha}, Fontes::De(fontes.negrito2), kCorDoTexto,
+             DT_SINGLELINE);
 }
 
 }  // namespace
 
 void PintarRequisitos(HDC dc, const AparenciaMoldura& moldura, const AparenciaRequisitos& a, const Fontes& fontes) {
-    PintarBase(dc, moldura, a.esquerda, a.direita, fontes);
+    PintarBase(dc, moldura, a.botoes, fontes);
     const int y = PintarLinhas(dc, PintarVeredito(dc, a, fontes), a, fontes);
     if (!a.conselhos.empty()) {
         PintarRotulo(dc, L"O que fazer:", y, fontes);
-        Escrever(dc, a.conselhos, {kValorX, y, kDireita, kPasta.top - 1}, Fontes::De(fontes.normal), kTexto,
+        Escrever(dc, a.conselhos, {kValorX, y, kDireita, kPasta.top - 1}, Fontes::De(fontes.normal), kCorDoTexto,
                  kVariasLinhas);
     }
     PintarRotulo(dc, L"Pasta do jogo:", kPasta.top, fontes);
-    Escrever(dc, a.pasta, {kValorX, kPasta.top, kPasta.right, kPasta.bottom}, Fontes::De(fontes.normal), kTextoMenor,
-             DT_SINGLELINE | DT_PATH_ELLIPSIS);
+    Escrever(dc, a.pasta, {kValorX, kPasta.top, kPasta.right, kPasta.bottom}, Fontes::De(fontes.normal),
+             kCorDoTextoMenor, DT_SINGLELINE | DT_PATH_ELLIPSIS);
 }
 
 }  // namespace zu::launcher

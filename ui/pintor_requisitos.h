@@ -27,8 +27,7 @@ struct AparenciaRequisitos {
     std::vector<LinhaRequisito> linhas;
     std::wstring conselhos;  // one a line
     std::wstring pasta;      // the game's folder
-    int esquerda = 0;        // where the buttons begin and end
-    int direita = 0;
+    Trecho botoes;
 };
 
 // All but the controls and the border.
