@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <thread>
 
 #include "core/handle.h"
 
@@ -22,6 +23,34 @@ bool EscreverTudo(HANDLE arquivo, std::string_view bytes) {
     DWORD escritos = 0;
     return WriteFile(arquivo, bytes.data(), static_cast<DWORD>(bytes.size()), &escritos, nullptr) != 0 &&
            escritos == bytes.size() && FlushFileBuffers(arquivo) != 0;
+}
+
+// What a holder answers with. A scanner that reads a fresh file makes it "access denied" as often as "in use".
+bool PodePassar(DWORD erro) {
+    return erro == ERROR_ACCESS_DENIED || erro == ERROR_SHARING_VIOLATION || erro == ERROR_LOCK_VIOLATION;
+}
+
+// Whether the file itself can be moved away now.
+bool Livre(const std::filesystem::path& origem) {
+    const HandleArquivo arquivo(
+        CreateFileW(origem.c_str(), DELETE, kCompartilharTudo, nullptr, OPEN_EXISTING, 0, nullptr));
+    return arquivo || !PodePassar(GetLastError());
+}
+
+// Tries an operation on a file and, when the system refuses it for the file's read-only mark, again without the mark.
+template <class Operacao>
+bool SemMarca(const std::filesystem::path& caminho, const Operacao& operacao) {
+    if (operacao()) return true;
+    const DWORD erro = GetLastError();
+    InfoArquivo info;
+    const bool marcado = erro == ERROR_ACCESS_DENIED && LerInfoArquivo(caminho, info) && info.SomenteLeitura() &&
+                         !info.Pasta() &&
+                         SetFileAttributesW(caminho.c_str(), info.atributos & ~DWORD{FILE_ATTRIBUTE_READONLY}) != 0;
+    if (marcado && operacao()) return true;
+    const DWORD ultimo = marcado ? GetLastError() : erro;
+    if (marcado) SetFileAttributesW(caminho.c_str(), info.atributos);
+    SetLastError(ultimo);
+    return false;
 }
 
 void ApagarGuardandoErro(const std::filesystem::path& caminho) {
@@ -60,7 +89,26 @@ std::wstring CaminhoFinal(HANDLE arquivo) {
 
 }  // namespace
 
+bool Paciencia::Esperar(std::chrono::milliseconds passo) const {
+    if (cancelar_ != nullptr && cancelar_->load()) return false;
+    std::this_thread::sleep_for(passo);
+    return true;
+}
+
+bool Paciencia::Gastar(std::chrono::milliseconds passo) {
+    auto resta = resta_.load();
+    do {
+        if (resta < passo) return false;
+    } while (!resta_.compare_exchange_weak(resta, resta - passo));
+    return Esperar(passo);
+}
+
 bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view bytes) {
+    Paciencia paciencia;
+    return GravarArquivoAtomico(caminho, bytes, paciencia);
+}
+
+bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view bytes, Paciencia& paciencia) {
     if (bytes.size() > std::numeric_limits<DWORD>::max()) {
         SetLastError(ERROR_FILE_TOO_LARGE);
         return false;
@@ -71,7 +119,7 @@ bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view
     if (!arquivo) return false;
     const bool escrito = EscreverTudo(arquivo.Valor(), bytes);
     arquivo.Fechar();
-    if (escrito && MoverSobre(temporario, caminho)) return true;
+    if (escrito && MoverSobre(temporario, caminho, paciencia)) return true;
     ApagarGuardandoErro(temporario);
     return false;
 }
@@ -119,12 +167,6 @@ std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho) {
     return LerInfoArquivo(caminho, info) ? info.tamanho : 0;
 }
 
-bool PermitirEscrita(const std::filesystem::path& caminho) {
-    InfoArquivo info;
-    return LerInfoArquivo(caminho, info) && info.SomenteLeitura() &&
-           SetFileAttributesW(caminho.c_str(), info.atributos & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY)) != 0;
-}
-
 bool DescarregarArquivo(const std::filesystem::path& caminho) {
     const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, kCompartilharTudo, nullptr, OPEN_EXISTING,
                                             FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -150,8 +192,46 @@ bool CriarPastas(const std::filesystem::path& pasta) {
     return existe;
 }
 
+bool MoverUmaVez(const std::filesystem::path& origem, const std::filesystem::path& destino) {
+    return SemMarca(destino, [&] {
+        return MoveFileExW(origem.c_str(), destino.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    });
+}
+
 bool MoverSobre(const std::filesystem::path& origem, const std::filesystem::path& destino) {
-    return MoveFileExW(origem.c_str(), destino.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    Paciencia paciencia;
+    return MoverSobre(origem, destino, paciencia);
+}
+
+bool MoverSobre(const std::filesystem::path& origem, const std::filesystem::path& destino, Paciencia& paciencia) {
+    constexpr std::chrono::milliseconds kMenorPasso{10};
+    constexpr std::chrono::milliseconds kMaiorPasso{80};
+    const auto fim = std::chrono::steady_clock::now() + Paciencia::kPorArquivo;
+    for (auto passo = kMenorPasso; !MoverUmaVez(origem, destino); passo = std::min(2 * passo, kMaiorPasso)) {
+        const DWORD erro = GetLastError();
+        const bool insistir = PodePassar(erro) && std::chrono::steady_clock::now() < fim &&
+                              (Livre(origem) ? paciencia.Gastar(passo) : paciencia.Esperar(passo));
+        SetLastError(erro);
+        if (!insistir) return false;
+    }
+    return true;
+}
+
+bool ApagarArquivo(const std::filesystem::path& caminho) {
+    return SemMarca(caminho, [&] { return DeleteFileW(caminho.c_str()) != 0; });
+}
+
+bool EmUso(const std::filesystem::path& caminho) {
+    // A running program refuses being written alone; a file with the read-only mark answers only who wants to read it.
+    for (const DWORD acesso : {DWORD{GENERIC_WRITE}, DWORD{GENERIC_READ}}) {
+        const HandleArquivo arquivo(
+            CreateFileW(caminho.c_str(), acesso, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        const DWORD erro = GetLastError();
+        if (arquivo) return false;
+        if (erro == ERROR_SHARING_VIOLATION || erro == ERROR_LOCK_VIOLATION || erro == ERROR_USER_MAPPED_FILE)
+            return true;
+    }
+    return false;
 }
 
 bool MesmoArquivo(const std::filesystem::path& a, const std::filesystem::path& b) {

@@ -2,6 +2,8 @@
 // trouble: a failure is `false` with the reason in GetLastError(), and the caller reports it.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -9,12 +11,33 @@
 
 namespace zu::launcher {
 
+// How long operations wait, all together, for who holds a file only for a moment: a scanner, an indexer, a backup. Any
+// thread may use it.
+class Paciencia {
+ public:
+    static constexpr std::chrono::milliseconds kPorArquivo{1000};
+
+    // A set `cancelar`, which may be absent, ends the waiting.
+    explicit Paciencia(std::chrono::milliseconds total = kPorArquivo, const std::atomic<bool>* cancelar = nullptr)
+        : resta_(total), cancelar_(cancelar) {}
+
+    // Waits that long at the cost of what is left; false at once when nothing is.
+    bool Gastar(std::chrono::milliseconds passo);
+    // Waits that long at no cost. False at once when cancelled.
+    [[nodiscard]] bool Esperar(std::chrono::milliseconds passo) const;
+
+ private:
+    std::atomic<std::chrono::milliseconds> resta_;
+    const std::atomic<bool>* cancelar_;
+};
+
 constexpr std::uint64_t kLimiteArquivoInteiro = 536'870'912;  // 512 MiB
 
 // Writes the file so that a reader sees the old content or the new one, never a part: into `caminho` + ".tmp", flushed,
 // then moved over the target. After a failure the target is as it was and the ".tmp" file is gone. The folder must
 // exist; content of 4 GiB or more is refused.
 bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view bytes);
+bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view bytes, Paciencia& paciencia);
 
 // Reads a whole file of at most `kLimiteArquivoInteiro` bytes. After a failure `bytes` has no meaning.
 bool LerArquivoInteiro(const std::filesystem::path& caminho, std::string& bytes);
@@ -34,9 +57,6 @@ bool LerInfoArquivo(const std::filesystem::path& caminho, InfoArquivo& info);
 // 0 when there is no such file.
 std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho);
 
-// Takes the read-only mark off a file that has it. False when that failed, or when it has none.
-bool PermitirEscrita(const std::filesystem::path& caminho);
-
 // Returns once the file's content is on the disk.
 bool DescarregarArquivo(const std::filesystem::path& caminho);
 
@@ -46,8 +66,22 @@ std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* su
 // Makes the folder and every missing one above it. True when the folder exists afterwards.
 bool CriarPastas(const std::filesystem::path& pasta);
 
-// Moves a file over `destino`, replacing it, and returns once the move is on the disk.
+// Moves a file over `destino`, replacing it, and returns once the move is on the disk. One try; a target that has the
+// read-only mark loses it, and has it again when the move failed all the same.
+bool MoverUmaVez(const std::filesystem::path& origem, const std::filesystem::path& destino);
+
+// The same for a file or a target that somebody may hold for a moment: tried again in short steps, for
+// `Paciencia::kPorArquivo` at most. Waiting for the target is at the cost of `paciencia`; waiting for the file itself,
+// which nobody could move elsewhere either, is not.
 bool MoverSobre(const std::filesystem::path& origem, const std::filesystem::path& destino);
+bool MoverSobre(const std::filesystem::path& origem, const std::filesystem::path& destino, Paciencia& paciencia);
+
+// Deletes a file, a read-only one too; one try. A file that stays keeps its mark.
+bool ApagarArquivo(const std::filesystem::path& caminho);
+
+// Whether somebody holds the file against being written: it is open, or it is a running program. False too when it
+// cannot be written for another reason.
+bool EmUso(const std::filesystem::path& caminho);
 
 // Whether both paths lead to one file, by the file's identity and not by its name. False when either is missing.
 bool MesmoArquivo(const std::filesystem::path& a, const std::filesystem::path& b);

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "core/arquivo.h"
+#include "core/config.h"
 #include "core/log.h"
 #include "core/texto.h"
 #include "update/caminhos.h"
@@ -10,27 +12,27 @@
 namespace zu::launcher {
 namespace {
 
-// Open somewhere, or running.
-bool EmUso(DWORD erro) {
-    return erro == ERROR_SHARING_VIOLATION || erro == ERROR_ACCESS_DENIED || erro == ERROR_LOCK_VIOLATION ||
-           erro == ERROR_USER_MAPPED_FILE;
+// The helper is started for files that wait for it anyway, and once: a removal alone can wait for the next run.
+bool HelperVai(Atualizador& atualizador) {
+    return ObterConfig().reaberto == 0 && atualizador.Quadro().Copia().estacionados > 0;
 }
 
 bool RemoverUm(Atualizador& atualizador, const std::string& normal) {
     const std::filesystem::path alvo = CaminhoNoCliente(normal);
     InfoArquivo info;
     if (!LerInfoArquivo(alvo, info) || info.Pasta()) return false;
-    if (DeleteFileW(alvo.c_str()) != 0 || (PermitirEscrita(alvo) && DeleteFileW(alvo.c_str()) != 0)) {
+    if (ApagarArquivo(alvo)) {
         LogLinha("[update] removido: {}", normal);
         atualizador.Cache().Esquecer(MinusculasAscii(normal));
         return true;
     }
     const DWORD erro = GetLastError();
-    if (EmUso(erro)) {
+    if (erro == ERROR_FILE_NOT_FOUND) return false;
+    if (HelperVai(atualizador) && EmUso(alvo)) {
         atualizador.Quadro().Estacionar({.origem = {}, .destino = alvo});
         LogLinha("[update] {} em uso: remoção pendente", normal);
-    } else if (erro != ERROR_FILE_NOT_FOUND) {
-        LogLinha("[update] {}: não foi possível remover (erro {})", normal, erro);
+    } else {
+        LogLinha("[update] {}: não foi possível remover (erro {}); a próxima execução tenta de novo", normal, erro);
     }
     return false;
 }

@@ -8,8 +8,8 @@
 
 namespace zu::launcher {
 
-// Deletes them and saves the file cache. A file that is in use becomes a pending deletion. Returns how many were
-// deleted.
+// Deletes them and saves the file cache. A file that is in use becomes a pending deletion when the launcher closes for
+// pending swaps anyway, for the first time; otherwise it waits for the next run. Returns how many were deleted.
 std::size_t RemoverArquivos(Atualizador& atualizador, const update::UpdateList& lista);
 
 }  // namespace zu::launcher

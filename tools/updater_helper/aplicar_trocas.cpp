@@ -34,14 +34,12 @@ enum class Resultado { kFeita, kTentarDeNovo, kImpossivel };
 Resultado Mover(const std::filesystem::path& origem, const std::filesystem::path& destino) {
     if (Sumiu(origem)) return Sumiu(destino) ? Resultado::kImpossivel : Resultado::kFeita;
     CriarPastas(destino.parent_path());
-    PermitirEscrita(destino);
-    return MoverSobre(origem, destino) ? Resultado::kFeita : Resultado::kTentarDeNovo;
+    return MoverUmaVez(origem, destino) ? Resultado::kFeita : Resultado::kTentarDeNovo;
 }
 
 Resultado Apagar(const std::filesystem::path& destino) {
     if (Sumiu(destino)) return Resultado::kFeita;
-    PermitirEscrita(destino);
-    return DeleteFileW(destino.c_str()) != 0 ? Resultado::kFeita : Resultado::kTentarDeNovo;
+    return ApagarArquivo(destino) ? Resultado::kFeita : Resultado::kTentarDeNovo;
 }
 
 bool AplicarLinha(const LinhaPendente& linha, const std::filesystem::path& pasta, const RegrasDeTroca& regras,
