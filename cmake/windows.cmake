@@ -19,6 +19,7 @@ add_library(zu_core STATIC
     core/config.cpp
     core/hash.cpp
     core/log.cpp
+    core/pasta.cpp
     core/processo.cpp
     core/utf16.cpp)
 target_link_libraries(zu_core PUBLIC zu_puro zu_bcrypt)
@@ -30,12 +31,15 @@ add_library(zu_update STATIC
     update/busca_lista.cpp
     update/cache.cpp
     update/cliente.cpp
+    update/espaco.cpp
     update/estado.cpp
     update/hash_arquivo.cpp
     update/http.cpp
     update/item.cpp
     update/jogo_aberto.cpp
+    update/limpeza.cpp
     update/painel.cpp
+    update/partes.cpp
     update/remocao.cpp
     update/seguidor_hash.cpp
     update/trocas.cpp

@@ -7,26 +7,13 @@
 
 #include "core/arquivo.h"
 #include "core/formato.h"
-#include "core/handle.h"
+#include "core/pasta.h"
 #include "core/utf16.h"
 #include "update/caminhos.h"
 #include "update/hash_arquivo.h"
 
 namespace zu::launcher::forjal {
 namespace {
-
-struct TracosBusca {
-    using Tipo = HANDLE;
-    static Tipo Nulo() noexcept { return INVALID_HANDLE_VALUE; }  // NOLINT(performance-no-int-to-ptr)
-    static void Fechar(Tipo h) noexcept { FindClose(h); }
-};
-
-// Files kept elsewhere until they are opened are reparse points too; only those that stand for another name
-// are links.
-bool Link(const WIN32_FIND_DATAW& achado) {
-    if ((achado.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
-    return achado.dwReserved0 == 0 || IsReparseTagNameSurrogate(achado.dwReserved0);
-}
 
 bool PastaProtegida(const std::string& caminho) {
     return update::CaminhoProtegido(caminho + "/_");
@@ -38,31 +25,20 @@ class Varredor {
 
     // `prefixo` is empty or ends in "/".
     void Pasta(const std::string& prefixo) {
-        WIN32_FIND_DATAW achado{};
-        const std::filesystem::path mascara = cliente_ / DeUtf8(prefixo) / L"*";
-        const Handle<TracosBusca> busca(FindFirstFileW(mascara.c_str(), &achado));
-        bool ha = static_cast<bool>(busca);
-        while (ha) {
-            Achado(prefixo, achado);
-            ha = FindNextFileW(busca.Valor(), &achado) != 0;
-        }
-        const DWORD erro = GetLastError();
-        if (erro != ERROR_NO_MORE_FILES) {
-            Recusar(prefixo, Formatar("não foi possível listar a pasta (erro {})", erro));
-        }
+        if (ListarPasta(cliente_ / DeUtf8(prefixo), [&](const auto& achado) { Achado(prefixo, achado); })) return;
+        Recusar(prefixo, Formatar("não foi possível listar a pasta (erro {})", GetLastError()));
     }
 
  private:
     void Achado(const std::string& prefixo, const WIN32_FIND_DATAW& achado) {
         const std::wstring_view nome = achado.cFileName;
-        if (nome == L"." || nome == L"..") return;
         const std::string caminho = prefixo + ParaUtf8(nome);
         const bool pasta = (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         if (pasta ? PastaProtegida(caminho) : update::CaminhoProtegido(caminho)) {
             varredura_.protegidos += pasta ? 0 : 1;
         } else if (DeUtf8(caminho) != DeUtf8(prefixo) + achado.cFileName) {
             Recusar(caminho, "nome com letras inválidas");
-        } else if (Link(achado)) {
+        } else if (EhLink(achado)) {
             Recusar(caminho, "é um link: ponha no cliente o arquivo ou a pasta de verdade");
         } else if (pasta) {
             Pasta(caminho + "/");
