@@ -28,7 +28,8 @@ zu_atrasar(zu_bcrypt bcrypt.dll
     BCryptOpenAlgorithmProvider BCryptSignHash BCryptVerifySignature)
 
 zu_atrasar(zu_winhttp winhttp.dll
-    WinHttpCloseHandle WinHttpConnect WinHttpCrackUrl WinHttpOpen WinHttpOpenRequest WinHttpQueryHeaders
+    WinHttpCloseHandle WinHttpConnect WinHttpCrackUrl WinHttpOpen WinHttpOpenRequest WinHttpQueryDataAvailable
+    WinHttpQueryHeaders
     WinHttpReadData WinHttpReceiveResponse WinHttpSendRequest WinHttpSetOption WinHttpSetTimeouts)
 
 zu_atrasar(zu_dwmapi dwmapi.dll DwmFlush)

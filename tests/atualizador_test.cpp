@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 #include "core/formato.h"
 #include "tests/suporte/processo.h"
@@ -154,6 +155,8 @@ TEST_F(Atualizacao, ListaRuimNaoMudaNadaNoDisco) {
         {teste::Assinar(";seq\t0\n" + item),
          "7 O servidor ofereceu uma versão mais antiga que a instalada (seq 0 < 1): recusada."},
         {teste::Assinar(";seq\t5\n"), "7 Lista de atualização inválida: lista vazia"},
+        {teste::Assinar(";seq\t5\n;validade\t2020-01-31T23:59:59Z\n" + item),
+         "6 Sem conexão com o servidor de atualização (a lista venceu em 31/01/2020)."},
         {teste::Assinar(item + "../fora\t0\t0\n"),
          "7 Lista de atualização inválida: linha 2: caminho inseguro (../fora)"},
         {teste::Assinar("C:\\fora\t0\t0\n"), "7 Lista de atualização inválida: linha 1: caminho inseguro (C:\\fora)"},
@@ -271,6 +274,126 @@ TEST_F(Atualizacao, EmUsoFicaParaATroca) {
     EXPECT_TRUE(trocas[1].origem.empty());
     EXPECT_EQ(trocas[1].destino, CaminhoCanonico(pasta_ / "Data/vazio"));
     EXPECT_EQ(atualizador.Estado().arquivosFeitos, 1U);
+}
+
+// What was fetched and proved once is not fetched again while its target stays held, or once it is free.
+TEST_F(Atualizacao, EstacionadoVoltaSemPedidoEODeOutraListaNaoServe) {
+    Rodar();
+    const std::string conteudo = teste::Bytes(50'000, 9);
+    publicacao_.seq = 2;
+    publicacao_.arquivos["Zu.exe.txt"] = conteudo;
+    publicacao_.Servir(servidor_);
+    {
+        const HandleArquivo alvo(CreateFileW((pasta_ / "Zu.exe.txt").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                             OPEN_EXISTING, 0, nullptr));
+        EXPECT_TRUE(Rodar().starts_with("8 "));
+        servidor_.EsquecerPedidos();
+        EXPECT_TRUE(Rodar().starts_with("8 "));
+    }
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
+    EXPECT_TRUE(servidor_.Pedidos("Zu.exe.txt").empty());
+    EsperarClienteExato();
+
+    pasta_.Escrever("Zu.exe.txt", "estragado");
+    pasta_.Escrever("Zu.exe.txt.novo", std::string(conteudo.size(), '?'));
+    pasta_.Escrever("Zu.exe.txt.upd", conteudo.substr(0, 20'000));
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
+    EXPECT_EQ(servidor_.Pedidos("Zu.exe.txt")[0].Cabecalho("range"), "bytes=20000-");
+    EsperarClienteExato();
+}
+
+TEST_F(Atualizacao, ReparoApagaSobrasDoQueNaoEstaMaisNaLista) {
+    const std::set<std::string> ficam = {"Zu.exe.txt.novo", "Data/x.upd.p01", "Screenshots/a.novo", "upd"};
+    for (const std::string& nome : ficam)
+        pasta_.Escrever(nome, "ficam");
+    for (const char* nome : {"velho.pak.upd", "Data/velho.pak.upd.p002", "Data/Sub/velho.pak.NOVO"})
+        pasta_.Escrever(nome, "sobra");
+    servidor_.Definir("Zu.exe.txt", [](const Pedido&) { return Resposta{.status = 500}; });
+    Rodar(true);
+    std::set<std::string> ficaram;
+    for (const auto& [nome, conteudo] : pasta_.Tudo()) {
+        if (conteudo == "ficam" || conteudo == "sobra") ficaram.insert(nome);
+    }
+    EXPECT_EQ(ficaram, ficam);
+}
+
+// The server changes under a player's download: every other list in turn, the files always those of the last.
+TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
+    const auto lista = [this](std::int64_t seq, const std::string& conteudo) {
+        publicacao_.seq = seq;
+        publicacao_.arquivos["Zu.exe.txt"] = conteudo;
+        publicacao_.Servir(servidor_);
+        return teste::Assinar(update::EscreverLista(publicacao_.Lista()));
+    };
+    const std::string velha = lista(5, "velho");
+    const std::string maisVelha = lista(4, "novo!");
+    const std::string outra = lista(6, "mais novo");
+    const std::string nova = lista(7, "novo");
+    struct Caso {
+        std::vector<std::string> listas;  // one an answer, the last again and again
+        std::size_t pedidos;
+        std::string fim;
+    };
+    const Caso casos[] = {
+        {{velha, velha}, 2, "7 1 arquivo(s) não baixaram. "},
+        {{velha, maisVelha}, 2, "7 1 arquivo(s) não baixaram. "},
+        {{velha, outra, velha, nova}, 3, "7 1 arquivo(s) não baixaram. "},
+        {{velha, outra, nova}, 3, "5 Atualização concluída: "},
+    };
+    for (const Caso& caso : casos) {
+        std::size_t pedidos = 0;
+        servidor_.Definir("UpdateList.txt", [&](const Pedido& pedido) {
+            return teste::Servir(caso.listas[std::min(pedidos++, caso.listas.size() - 1)])(pedido);
+        });
+        const std::string fim = Rodar();
+        EXPECT_TRUE(fim.starts_with(caso.fim)) << fim;
+        EXPECT_EQ(pedidos, caso.pedidos);
+    }
+    EXPECT_TRUE(Logou("[update] o servidor publicou outra lista (seq 7): recomeçando com ela"));
+    EsperarClienteExato();
+}
+
+TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
+    servidor_.EsquecerPedidos();
+    for (const char* partes : {"", "\t\t20"}) {
+        servidor_.Definir(
+            "UpdateList.txt",
+            teste::Servir(teste::Assinar(Formatar("f\t00000000\t{}{}\n", std::uint64_t{1} << 60, partes))));
+        const std::string fim = Rodar();
+        EXPECT_TRUE(fim.starts_with("7 Espaço em disco insuficiente: faltam ")) << fim;
+        EXPECT_TRUE(fim.ends_with(" MB em " + pasta_.Caminho().root_name().string() + ".")) << fim;
+    }
+    EXPECT_EQ(servidor_.QuantosPedidos(), 2U);
+    EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the cache";
+}
+
+TEST_F(Atualizacao, CacheESalvaNoMeioENoCancelamentoDaVerificacao) {
+    CacheDeArquivos cache(milliseconds(0));
+    CacheDeArquivos semPressa;
+    for (CacheDeArquivos* qual : {&semPressa, &cache}) {
+        qual->Carregar();
+        qual->Registrar("a", {.tamanho = 1, .modificado = 2, .sha256 = std::string(64, '0'), .crc = 3});
+        qual->GravarDeVezEmQuando();
+        EXPECT_EQ(LerCache().size(), qual == &cache ? 1U : 0U);
+    }
+
+    // The second file takes long enough to be cancelled in.
+    const std::string grande = teste::Bytes(64 << 20);
+    publicacao_.arquivos = {{"a", "pequeno"}, {"b", grande}};
+    publicacao_.partes.clear();
+    publicacao_.Servir(servidor_);
+    pasta_.Escrever("a", "pequeno");
+    pasta_.Escrever("b", grande);
+    Atualizador atualizador;
+    atualizador.Iniciar(true);
+    while (atualizador.EmCurso() && atualizador.Estado().bytesFeitos <= 7)
+        Sleep(1);
+    atualizador.Cancelar();
+    EXPECT_TRUE(atualizador.Aguardar(milliseconds(5000)));
+    EXPECT_EQ(atualizador.Estado().texto, "Cancelado.");
+    const MapaCache salva = LerCache();
+    ASSERT_EQ(salva.size(), 1U);
+    EXPECT_EQ(salva.begin()->second.tamanho, 7U);
 }
 
 TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {

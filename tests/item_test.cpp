@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "core/formato.h"
 #include "tests/suporte/publicacao.h"
 #include "update/atualizador.h"
@@ -74,35 +76,76 @@ TEST_F(Item, ConteudoErradoDoTamanhoCertoEApagado) {
 }
 
 TEST_F(Item, ArquivoVazioEPartesVazias) {
+    pasta_.Escrever("f.upd", "resto de outra versão");
     EXPECT_EQ(Baixar(Publicar("vazio", "")), "baixado");
     EXPECT_EQ(pasta_.Ler("f.upd"), "");
-    pasta_.Escrever("f.upd", "resto de outra versão");
-    EXPECT_NE(Baixar(Publicar("vazio", "")), "baixado");  // refused range: the rest is thrown away
-    EXPECT_EQ(Baixar(Publicar("vazio", "")), "baixado");
     EXPECT_EQ(Baixar(Publicar("partido", "ab", 2)), "baixado");
     EXPECT_EQ(pasta_.Ler("f.upd"), "ab");
 }
 
+// After an interruption: what each part had on the disk, and the range that it is asked for.
 TEST_F(Item, PartesEmOrdemJuntasERetomadas) {
     const std::string conteudo = teste::Bytes(900'000);
     const update::ItemLista item = Publicar("g.pak", conteudo, 3);
-    EXPECT_EQ(Baixar(item), "baixado");
-    EXPECT_EQ(pasta_.Ler("f.upd"), conteudo);
-    EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the parts are gone";
-    for (const char* parte : {"g.pak.p001", "g.pak.p002", "g.pak.p003"}) {
-        ASSERT_EQ(servidor_.Pedidos(parte).size(), 1U) << parte;
-        EXPECT_EQ(servidor_.Pedidos(parte)[0].consulta, Formatar("v={:08x}", item.crc));
+    constexpr std::size_t kFalta = std::string::npos;
+    struct Caso {
+        const char* nome;
+        std::array<std::size_t, 3> presentes;
+        std::array<const char*, 3> faixas;
+        std::uint64_t bytes;
+    };
+    const Caso casos[] = {
+        {"nothing yet", {kFalta, kFalta, kFalta}, {"", "", ""}, 900'000},
+        {"in the second part", {300'000, 100'000, kFalta}, {"bytes=299999-", "bytes=100000-", ""}, 500'001},
+        {"between two parts", {300'000, 0, kFalta}, {"bytes=299999-", "", ""}, 600'001},
+        {"while joining", {300'000, 300'000, 300'000}, {"bytes=299999-", "bytes=299999-", "bytes=299999-"}, 3},
+        {"of an older version", {800'000, 200'000, 5}, {"bytes=799999-", "bytes=199999-", "bytes=5-"}, 699'996},
+    };
+    for (const Caso& caso : casos) {
+        SCOPED_TRACE(caso.nome);
+        std::filesystem::remove(pasta_ / "f.upd");
+        servidor_.EsquecerPedidos();
+        bytes_ = 0;
+        for (std::size_t i = 0; i < 3; ++i) {
+            if (caso.presentes[i] == kFalta) continue;
+            pasta_.Escrever(Formatar("f.upd.p00{}", i + 1), conteudo.substr(i * 300'000, caso.presentes[i]));
+        }
+        EXPECT_EQ(Baixar(item), "baixado");
+        EXPECT_EQ(pasta_.Ler("f.upd"), conteudo);
+        EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the parts are gone";
+        EXPECT_EQ(bytes_, caso.bytes);
+        for (std::size_t i = 0; i < 3; ++i) {
+            const auto pedidos = servidor_.Pedidos(Formatar("g.pak.p00{}", i + 1));
+            ASSERT_FALSE(pedidos.empty());
+            EXPECT_EQ(pedidos[0].Cabecalho("range"), caso.faixas[i]);
+            EXPECT_EQ(pedidos[0].consulta, Formatar("v={:08x}", item.crc));
+        }
     }
+}
 
-    // After an interruption: the first part complete, the second begun. Neither is fetched again from its start.
+TEST_F(Item, JuntadoAntesDaInterrupcaoNaoVemDeNovo) {
+    const std::string conteudo = teste::Bytes(900'000);
+    const update::ItemLista item = Publicar("g.pak", conteudo, 3);
     servidor_.EsquecerPedidos();
-    bytes_ = 0;
+    pasta_.Escrever("f.upd", conteudo);
     pasta_.Escrever("f.upd.p001", conteudo.substr(0, 300'000));
-    pasta_.Escrever("f.upd.p002", conteudo.substr(300'000, 100'000));
     EXPECT_EQ(Baixar(item), "baixado");
-    EXPECT_EQ(pasta_.Ler("f.upd"), conteudo);
-    EXPECT_EQ(servidor_.Pedidos("g.pak.p002")[0].Cabecalho("range"), "bytes=99999-");
-    EXPECT_EQ(bytes_, 500'002U);
+    EXPECT_EQ(servidor_.QuantosPedidos(), 0U);
+    EXPECT_FALSE(pasta_.Tem("f.upd.p001"));
+}
+
+// Together the parts never take more than the whole, and a mirror that sends more is not believed in any of them.
+TEST_F(Item, EspelhoRuimNaoEncheODisco) {
+    const update::ItemLista item = Publicar("g.pak", teste::Bytes(100'000), 10);
+    for (int parte = 1; parte <= 10; ++parte)
+        servidor_.Definir(Formatar("g.pak.p{:03}", parte), teste::Servir(teste::Bytes(90'000)));
+    for (int vez = 0; vez < 2; ++vez) {
+        bytes_ = 0;
+        EXPECT_EQ(Baixar(item), "o servidor mandou mais dados que o esperado");
+        EXPECT_LE(bytes_, 180'000U);
+        EXPECT_TRUE(pasta_.Tudo().empty());
+    }
+    EXPECT_EQ(Baixar(Publicar("g.pak", teste::Bytes(100'000), 10)), "baixado") << "a good mirror mends it";
 }
 
 TEST_F(Item, ParteQueFaltaOuCancelamentoGuardaAsOutras) {

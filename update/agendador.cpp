@@ -18,6 +18,7 @@ namespace {
 constexpr int kTentativas = 3;
 constexpr int kTentativasUmAUm = 2;
 constexpr std::chrono::milliseconds kIntervaloDoProgresso{100};
+constexpr std::chrono::milliseconds kPacienciaDaRodada{5000};
 
 std::string TextoDoTamanho(std::uint64_t bytes) {
     constexpr double kPorMiB = 9.5367431640625e-7;  // 2^-20
@@ -91,14 +92,15 @@ void TentarDeNovo(ContextoDownload& contexto) {
     RodarTrabalhadores(contexto, indices, 1, kTentativasUmAUm);
 }
 
-// True when everything came; otherwise the status tells why not.
-bool Desfecho(ContextoDownload& contexto) {
+// True when everything came; otherwise the status tells why not, unless the run begins anew.
+bool Desfecho(ContextoDownload& contexto, const std::function<bool()>& recomecar) {
     Painel& painel = contexto.atualizador.Quadro();
     if (contexto.atualizador.Cancelado()) {
         painel.Definir(StatusUpdate::kErro, "Download cancelado.");
         return false;
     }
     if (contexto.falhas.empty()) return true;
+    if (recomecar && recomecar()) return false;
     const std::size_t quantas = contexto.falhas.size();
     painel.Definir(StatusUpdate::kErro,
                    Formatar("{} arquivo(s) não baixaram. {}{}", quantas, contexto.falhas.begin()->second.erro,
@@ -109,7 +111,10 @@ bool Desfecho(ContextoDownload& contexto) {
 }  // namespace
 
 ContextoDownload::ContextoDownload(Atualizador& dono, const update::UpdateList& daLista)
-    : atualizador(dono), lista(daLista), executavel(PastaDoPrograma() / L"ZuLauncher.exe") {}
+    : atualizador(dono),
+      lista(daLista),
+      executavel(PastaDoPrograma() / L"ZuLauncher.exe"),
+      paciencia(kPacienciaDaRodada, &dono.Cancelamento()) {}
 
 int NumeroDeConexoes(int pedidas, std::string_view urlBase) {
     constexpr int kParaGithub = 8;
@@ -117,7 +122,8 @@ int NumeroDeConexoes(int pedidas, std::string_view urlBase) {
     return MinusculasAscii(std::string(urlBase)).find("github") == std::string::npos ? 1 : kParaGithub;
 }
 
-bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices) {
+bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices,
+                 const std::function<bool()>& recomecar) {
     const std::uint64_t bytes = SomarTamanhos(lista, indices);
     const int conexoes = NumeroDeConexoes(ObterConfig().conexoes, ObterConfig().urlUpdate);
     atualizador.Quadro().Comecar(StatusUpdate::kBaixando,
@@ -126,15 +132,10 @@ bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std:
     LogLinha("[update] baixando {} arquivo(s), {}, {} conexão(ões)", indices.size(), TextoDoTamanho(bytes), conexoes);
 
     ContextoDownload contexto(atualizador, lista);
-    try {
-        RodarTrabalhadores(contexto, indices, conexoes, kTentativas);
-        if (!contexto.falhas.empty() && !atualizador.Cancelado()) TentarDeNovo(contexto);
-    } catch (...) {
-        atualizador.Cache().Gravar();
-        throw;
-    }
+    RodarTrabalhadores(contexto, indices, conexoes, kTentativas);
+    if (!contexto.falhas.empty() && !atualizador.Cancelado()) TentarDeNovo(contexto);
     atualizador.Cache().Gravar();
-    return Desfecho(contexto);
+    return Desfecho(contexto, recomecar);
 }
 
 void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t> indices, int conexoes,
@@ -149,6 +150,7 @@ void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t>
         const std::uint64_t bytes = contexto.bytesBaixados;
         painel.DefinirVelocidade(velocidade.Amostrar(std::chrono::steady_clock::now(), bytes));
         painel.DefinirBytes(bytes);
+        contexto.atualizador.Cache().GravarDeVezEmQuando();
     }
 }
 

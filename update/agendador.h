@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <span>
@@ -31,13 +32,17 @@ struct ContextoDownload {
     std::atomic<std::uint64_t> bytesBaixados = 0;
     std::mutex travaFalhas;
     std::map<std::string, Falha> falhas;  // by path
+    Paciencia paciencia;                  // with who holds a target
 
     ContextoDownload(Atualizador& dono, const update::UpdateList& daLista);
 };
 
 // Fetches the items and puts each in place, then tries the ones that did not come again, one at a time. True when all
-// came; false, with the status set, when cancelled or when some did not. Saves the file cache in every case.
-bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices);
+// came; false, with the status set, when cancelled or when some did not. Saves the file cache now and then and at the
+// end. `recomecar`, which may be absent, is asked once when some did not come; when it answers true, the status is left
+// as it is.
+bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices,
+                 const std::function<bool()>& recomecar = {});
 
 // Runs one worker a connection, never more than there are items, and returns when all have ended. Publishes bytes and
 // speed meanwhile. Throws std::system_error when a thread cannot be made, once those already made have ended.

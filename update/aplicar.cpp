@@ -24,6 +24,8 @@ struct Aplicacao {
     std::string normal;
     std::filesystem::path alvo;
     std::filesystem::path temporario;
+    std::filesystem::path estacionado;
+    bool haviaEstacionado;
     std::string sha256;  // of the proved file
     std::string erro;    // of the last attempt
 };
@@ -33,6 +35,13 @@ bool PrepararPasta(Aplicacao& a) {
     const DWORD codigo = GetLastError();
     a.erro = Formatar("não foi possível criar a pasta {} (erro {})", ParaUtf8(a.alvo.parent_path().native()), codigo);
     return false;
+}
+
+// What an earlier run has fetched, proved and parked need not come again.
+bool RetomarEstacionado(Aplicacao& a) {
+    return a.haviaEstacionado && TamanhoDoArquivo(a.estacionado) == a.item.tamanho &&
+           a.contexto.atualizador.ConferirItem(a.item, a.estacionado, a.sha256, a.erro) &&
+           MoverSobre(a.estacionado, a.temporario, a.contexto.paciencia);
 }
 
 bool BaixarComTentativas(Aplicacao& a, int tentativas) {
@@ -55,6 +64,7 @@ void AnotarFalha(const Aplicacao& a, std::size_t indice) {
 }
 
 void Colocado(Aplicacao& a) {
+    if (a.haviaEstacionado) DeleteFileW(a.estacionado.c_str());
     LogLinha("[update] atualizado: {} (crc {:08X}, {} bytes)", a.normal, a.item.crc, a.item.tamanho);
     InfoArquivo info;
     if (!LerInfoArquivo(a.alvo, info)) return;
@@ -64,23 +74,26 @@ void Colocado(Aplicacao& a) {
 }
 
 bool Estacionar(Aplicacao& a) {
-    const std::filesystem::path estacionado = ComSufixo(a.alvo, L".novo");
-    if (!MoverSobre(a.temporario, estacionado)) {
+    if (!MoverSobre(a.temporario, a.estacionado, a.contexto.paciencia)) {
         const DWORD codigo = GetLastError();
-        a.erro = Formatar("não foi possível gravar {} (erro {})", ParaUtf8(estacionado.native()), codigo);
+        a.erro = Formatar("não foi possível gravar {} (erro {})", ParaUtf8(a.estacionado.native()), codigo);
         LogLinha("[update] {}: {}", a.normal, a.erro);
         return false;
     }
-    a.contexto.atualizador.Quadro().Estacionar({.origem = estacionado, .destino = a.alvo});
+    a.contexto.atualizador.Quadro().Estacionar({.origem = a.estacionado, .destino = a.alvo});
     LogLinha("[update] {} em uso: troca pendente", a.normal);
     return true;
 }
 
 // In place, or parked for the helper.
 bool Colocar(Aplicacao& a) {
-    if (MesmoArquivo(a.alvo, a.contexto.executavel) || !MoverSobre(a.temporario, a.alvo)) return Estacionar(a);
-    Colocado(a);
-    return true;
+    if (!MesmoArquivo(a.alvo, a.contexto.executavel) && MoverSobre(a.temporario, a.alvo, a.contexto.paciencia)) {
+        Colocado(a);
+        return true;
+    }
+    if (!a.contexto.atualizador.Cancelado()) return Estacionar(a);
+    a.erro = "cancelado";
+    return false;
 }
 
 }  // namespace
@@ -90,10 +103,21 @@ void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas)
     std::string normal = update::NormalizarCaminho(item.caminho);
     std::filesystem::path alvo = CaminhoNoCliente(normal);
     std::filesystem::path temporario = ComSufixo(alvo, L".upd");
-    Aplicacao a{contexto, item, std::move(normal), std::move(alvo), std::move(temporario), {}, {}};
+    std::filesystem::path estacionado = ComSufixo(alvo, L".novo");
+    InfoArquivo info;
+    const bool haviaEstacionado = LerInfoArquivo(estacionado, info);
+    Aplicacao a{contexto,
+                item,
+                std::move(normal),
+                std::move(alvo),
+                std::move(temporario),
+                std::move(estacionado),
+                haviaEstacionado,
+                {},
+                {}};
     bool feito = false;
     try {
-        feito = BaixarComTentativas(a, tentativas) && Colocar(a);
+        feito = (RetomarEstacionado(a) || BaixarComTentativas(a, tentativas)) && Colocar(a);
     } catch (const std::exception& falha) {
         // Memory or threads have run out: this item's trouble, and not the end of the program.
         a.erro = falha.what();

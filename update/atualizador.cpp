@@ -1,5 +1,7 @@
 #include "update/atualizador.h"
 
+#include <windows.h>
+
 #include <exception>
 #include <system_error>
 #include <utility>
@@ -8,13 +10,18 @@
 #include "core/log.h"
 #include "update/agendador.h"
 #include "update/busca_lista.h"
+#include "update/espaco.h"
 #include "update/estado.h"
 #include "update/jogo_aberto.h"
+#include "update/limpeza.h"
 #include "update/remocao.h"
 #include "update/verificacao.h"
 
 namespace zu::launcher {
 namespace {
+
+// Against a server that never settles.
+constexpr int kMaximoDeRecomecos = 2;
 
 bool PodeComecar(Painel& painel) {
     if (ObterConfig().urlUpdate.empty()) {
@@ -28,6 +35,15 @@ bool PodeComecar(Painel& painel) {
     }
     return true;
 }
+
+// The system does not go to sleep while this lives on a thread; the display may.
+class SemDormir {
+ public:
+    SemDormir() { SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED); }
+    SemDormir(const SemDormir&) = delete;
+    SemDormir& operator=(const SemDormir&) = delete;
+    ~SemDormir() { SetThreadExecutionState(ES_CONTINUOUS); }
+};
 
 std::string FraseFinal(bool reparar, std::size_t baixados, std::size_t removidos) {
     if (baixados == 0) return Formatar("Cliente em dia{}.", reparar ? " — nenhum arquivo corrompido" : "");
@@ -69,12 +85,14 @@ void Atualizador::Iniciar(bool reparar) {
 }
 
 void Atualizador::RodarProtegido(bool reparar) noexcept {
+    const SemDormir semDormir;
     // Ordinary trouble never throws; what arrives here is memory or threads running out.
     try {
         Rodar(reparar);
     } catch (const std::exception& falha) {
         painel_.Definir(StatusUpdate::kErro, Formatar("Falha inesperada na atualização: {}.", falha.what()));
     }
+    cache_.Gravar();
     const std::lock_guard guarda(travaAviso_);
     emCurso_ = false;
     aviso_.notify_all();
@@ -98,14 +116,32 @@ bool Atualizador::EsperarOuCancelar(std::chrono::milliseconds pausa) {
 
 void Atualizador::Rodar(bool reparar) {
     if (!PodeComecar(painel_)) return;
-    update::UpdateList lista;
-    if (!ObterLista(*this, lista)) return;
-    std::vector<std::size_t> indices;
-    if (!VerificarArquivos(*this, lista, reparar, indices)) return;
-    if (!indices.empty() && !BaixarTodos(*this, lista, indices)) return;
+    ListaObtida obtida;
+    if (!ObterLista(*this, obtida)) return;
+    if (reparar) ApagarSobras(obtida.lista);
+    std::size_t baixados = 0;
+    for (int recomecos = 0;; ++recomecos) {
+        std::vector<std::size_t> indices;
+        // What a run that begins anew has read already it need not read again.
+        if (!VerificarArquivos(*this, obtida.lista, reparar && recomecos == 0, indices)) return;
+        baixados += indices.size();
+        if (indices.empty()) break;
+        if (!HaEspaco(painel_, obtida.lista, indices)) return;
+        ListaObtida outra;
+        bool publicada = false;
+        const auto recomecar = [&] {
+            publicada = recomecos < kMaximoDeRecomecos && ObterOutraLista(*this, obtida, outra);
+            return publicada;
+        };
+        if (BaixarTodos(*this, obtida.lista, indices, recomecar)) break;
+        if (!publicada) return;
+        LogLinha("[update] o servidor publicou outra lista (seq {}): recomeçando com ela", outra.lista.seq);
+        obtida = std::move(outra);
+        painel_.Recomecar();
+    }
     painel_.Definir(StatusUpdate::kAplicando, "Aplicando a atualização...");
-    const std::size_t removidos = RemoverArquivos(*this, lista);
-    Concluir(painel_, lista, FraseFinal(reparar, indices.size(), removidos));
+    const std::size_t removidos = RemoverArquivos(*this, obtida.lista);
+    Concluir(painel_, obtida.lista, FraseFinal(reparar, baixados, removidos));
 }
 
 }  // namespace zu::launcher

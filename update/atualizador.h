@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "update/cache.h"
+#include "update/hash_arquivo.h"
 #include "update/lista.h"
 #include "update/painel.h"
 
@@ -33,6 +34,8 @@ class Atualizador {
     // The run ends at the next block or item.
     void Cancelar();
     [[nodiscard]] bool EmCurso() const { return emCurso_.load(); }
+    // Saves what is known of the files, also while a run goes on; for the way out of the process. Returns soon.
+    void GuardarCache() { cache_.Gravar(std::chrono::milliseconds(100)); }
     // Waits for the run in progress; false when it has not ended by then.
     bool Aguardar(std::chrono::milliseconds limite);
 
@@ -50,6 +53,11 @@ class Atualizador {
     // Received bytes are added to `bytesBaixados`.
     bool BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
                     std::atomic<std::uint64_t>& bytesBaixados, std::string& sha256, std::string& erro);
+
+    // The proof alone, of a file that is complete; `hash`, when it is ok, are its digests, otherwise it is read. A file
+    // that is something else is deleted, unless the run was cancelled meanwhile.
+    bool ConferirItem(const update::ItemLista& item, const std::filesystem::path& arquivo, std::string& sha256,
+                      std::string& erro, ResultadoHash hash = {});
 
     [[nodiscard]] const std::atomic<bool>& Cancelamento() const { return cancelar_; }
     [[nodiscard]] bool Cancelado() const { return cancelar_.load(); }

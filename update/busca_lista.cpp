@@ -24,62 +24,96 @@ std::wstring UrlDaLista() {
     return DeUtf8(Formatar("{}{}?t={}", ObterConfig().urlUpdate, "UpdateList.txt", GetTickCount64()));
 }
 
-enum class Busca { kObtida, kFalhou, kCancelada };
-
-Busca Buscar(Atualizador& atualizador, std::string& texto, std::string& erro) {
-    for (int tentativa = 0; tentativa < kTentativas; ++tentativa) {
-        if (tentativa > 0 && atualizador.EsperarOuCancelar(kPausa)) return Busca::kCancelada;
-        if (HttpBaixarTexto(UrlDaLista(), texto, erro, update::kLimiteDaLista, &atualizador.Cancelamento()))
-            return Busca::kObtida;
-        if (NaoPublicada(erro)) break;
-    }
-    return atualizador.Cancelado() ? Busca::kCancelada : Busca::kFalhou;
-}
-
-bool Terminar(Painel& painel, StatusUpdate status, std::string_view texto) {
-    painel.Definir(status, texto);
-    return false;
+std::span<const std::uint8_t> Bytes(std::string_view texto) {
+    return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()};
 }
 
 bool Assinada(const update::ListaSeparada& separada) {
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(separada.assinados.data());
-    return separada.ok && VerifyListSignature(ChavesDaLista(), {bytes, separada.assinados.size()}, separada.assinatura);
+    return separada.ok && VerifyListSignature(ChavesDaLista(), Bytes(separada.assinados), separada.assinatura);
+}
+
+// How a run ends that gets no list.
+struct Fim {
+    StatusUpdate status = StatusUpdate::kErro;
+    std::string frase;
+};
+
+bool Terminar(Fim& fim, StatusUpdate status, std::string frase) {
+    fim = {status, std::move(frase)};
+    return false;
+}
+
+bool Buscar(Atualizador& atualizador, int tentativas, std::string& texto, Fim& fim) {
+    std::string erro;
+    for (int tentativa = 0; tentativa < tentativas; ++tentativa) {
+        if (tentativa > 0 && atualizador.EsperarOuCancelar(kPausa)) break;
+        if (HttpBaixarTexto(UrlDaLista(), texto, erro, update::kLimiteDaLista, &atualizador.Cancelamento()))
+            return true;
+        if (NaoPublicada(erro)) break;
+    }
+    if (atualizador.Cancelado()) return Terminar(fim, StatusUpdate::kErro, "Cancelado.");
+    if (NaoPublicada(erro)) {
+        return Terminar(fim, StatusUpdate::kPronto, "Nenhuma atualização publicada ainda: o cliente segue como está.");
+    }
+    return Terminar(fim, StatusUpdate::kSemServidor, Formatar("Sem conexão com o servidor de atualização ({}).", erro));
+}
+
+bool Vencida(const update::UpdateList& lista) {
+    return lista.validade && std::chrono::system_clock::now() > *lista.validade;
+}
+
+bool Provar(const std::string& texto, ListaObtida& obtida, Fim& fim) {
+    const update::ListaSeparada separada = update::SepararAssinatura(texto);
+    if (!Assinada(separada)) {
+        return Terminar(fim, StatusUpdate::kErro,
+                        "A lista de atualização não tem uma assinatura válida: atualização recusada por segurança.");
+    }
+    update::UpdateList& lista = obtida.lista;
+    std::string erro;
+    if (!update::LerLista(separada.assinados, lista, erro)) {
+        return Terminar(fim, StatusUpdate::kErro, Formatar("Lista de atualização inválida: {}", erro));
+    }
+    const std::int64_t instalado = LerSeqInstalado();
+    if (lista.seq < instalado) {
+        return Terminar(fim, StatusUpdate::kErro,
+                        Formatar("O servidor ofereceu uma versão mais antiga que a instalada (seq {} < {}): recusada.",
+                                 lista.seq, instalado));
+    }
+    if (Vencida(lista)) {
+        return Terminar(fim, StatusUpdate::kSemServidor,
+                        Formatar("Sem conexão com o servidor de atualização (a lista venceu em {}).",
+                                 update::TextoDoDia(*lista.validade)));
+    }
+    obtida.digest = Sha256Of(Bytes(separada.assinados));
+    LogLinha("[update] UpdateList seq {} ({}) com {} arquivos e {} a remover; instalado seq {}", lista.seq,
+             lista.versao, lista.itens.size(), lista.remover.size(), instalado);
+    return true;
 }
 
 }  // namespace
 
-bool ObterLista(Atualizador& atualizador, update::UpdateList& lista) {
+bool ObterLista(Atualizador& atualizador, ListaObtida& obtida) {
     Painel& painel = atualizador.Quadro();
     painel.Definir(StatusUpdate::kConectando, "Conectando ao servidor de atualização...");
     std::string texto;
-    std::string erro;
-    const Busca busca = Buscar(atualizador, texto, erro);
-    if (busca == Busca::kCancelada) return Terminar(painel, StatusUpdate::kErro, "Cancelado.");
-    if (busca == Busca::kFalhou && NaoPublicada(erro)) {
-        return Terminar(painel, StatusUpdate::kPronto,
-                        "Nenhuma atualização publicada ainda: o cliente segue como está.");
+    Fim fim;
+    if (!Buscar(atualizador, kTentativas, texto, fim) || !Provar(texto, obtida, fim)) {
+        painel.Definir(fim.status, fim.frase);
+        return false;
     }
-    if (busca == Busca::kFalhou) {
-        return Terminar(painel, StatusUpdate::kSemServidor,
-                        Formatar("Sem conexão com o servidor de atualização ({}).", erro));
+    painel.DefinirVersao(obtida.lista.versao);
+    return true;
+}
+
+bool ObterOutraLista(Atualizador& atualizador, const ListaObtida& emUso, ListaObtida& outra) {
+    std::string texto;
+    Fim fim;
+    if (!Buscar(atualizador, 1, texto, fim) || !Provar(texto, outra, fim)) {
+        LogLinha("[update] lista pedida de novo: {}", fim.frase);
+        return false;
     }
-    const update::ListaSeparada separada = update::SepararAssinatura(texto);
-    if (!Assinada(separada)) {
-        return Terminar(painel, StatusUpdate::kErro,
-                        "A lista de atualização não tem uma assinatura válida: atualização recusada por segurança.");
-    }
-    if (!update::LerLista(separada.assinados, lista, erro)) {
-        return Terminar(painel, StatusUpdate::kErro, Formatar("Lista de atualização inválida: {}", erro));
-    }
-    const std::int64_t instalado = LerSeqInstalado();
-    if (lista.seq < instalado) {
-        return Terminar(painel, StatusUpdate::kErro,
-                        Formatar("O servidor ofereceu uma versão mais antiga que a instalada (seq {} < {}): recusada.",
-                                 lista.seq, instalado));
-    }
-    painel.DefinirVersao(lista.versao);
-    LogLinha("[update] UpdateList seq {} ({}) com {} arquivos e {} a remover; instalado seq {}", lista.seq,
-             lista.versao, lista.itens.size(), lista.remover.size(), instalado);
+    if (outra.digest == emUso.digest || outra.lista.seq < emUso.lista.seq) return false;
+    atualizador.Quadro().DefinirVersao(outra.lista.versao);
     return true;
 }
 

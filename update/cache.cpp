@@ -12,6 +12,7 @@ void CacheDeArquivos::Carregar() {
     mapa_ = std::move(lido);
     InfoArquivo info;
     mudou_ = !LerInfoArquivo(CaminhoCache(), info);
+    gravada_ = Relogio::now();
 }
 
 bool CacheDeArquivos::Achar(std::string_view chave, const InfoArquivo& info, EntradaCache& entrada) const {
@@ -40,9 +41,28 @@ void CacheDeArquivos::Esquecer(std::string_view chave) {
     mudou_ = true;
 }
 
-void CacheDeArquivos::Gravar() {
+void CacheDeArquivos::Gravar(std::chrono::milliseconds limite) {
+    const std::unique_lock doArquivo(travaDoArquivo_, limite);
+    if (!doArquivo) return;
+    std::string texto;
+    {
+        const std::lock_guard guarda(trava_);
+        gravada_ = Relogio::now();
+        if (!std::exchange(mudou_, false)) return;
+        texto = TextoDoCache(mapa_);
+    }
+    Paciencia paciencia(limite);
+    if (GravarCache(texto, paciencia)) return;
     const std::lock_guard guarda(trava_);
-    if (mudou_ && GravarCache(mapa_)) mudou_ = false;
+    mudou_ = true;
+}
+
+void CacheDeArquivos::GravarDeVezEmQuando() {
+    {
+        const std::lock_guard guarda(trava_);
+        if (!mudou_ || Relogio::now() - gravada_ < intervalo_) return;
+    }
+    Gravar();
 }
 
 }  // namespace zu::launcher

@@ -1,6 +1,7 @@
 // The file cache while a run uses it: what was found in each file when it was last read, shared by the run's threads.
 #pragma once
 
+#include <chrono>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -10,9 +11,13 @@
 
 namespace zu::launcher {
 
-// Keys are those of `update::ChaveDoCaminho`. Any thread may call; the class has a lock of its own.
+// Keys are those of `update::ChaveDoCaminho`. Any thread may call; the class has locks of its own, and none is held
+// while the file is written that others would wait for.
 class CacheDeArquivos {
  public:
+    // `intervalo`: how long what was learnt may stay unsaved while a run goes on.
+    explicit CacheDeArquivos(std::chrono::milliseconds intervalo = std::chrono::seconds(30)) : intervalo_(intervalo) {}
+
     // Forgets everything and reads the file anew.
     void Carregar();
 
@@ -21,13 +26,21 @@ class CacheDeArquivos {
     void Registrar(std::string chave, EntradaCache entrada);
     void Esquecer(std::string_view chave);
 
-    // Writes the file when it would differ from what is on the disk. A failure is kept silent: it costs only time.
-    void Gravar();
+    // Writes the file when it would differ from what is on the disk. Waits for somebody who holds the file, or writes
+    // it already, for `limite` at most. A failure is kept silent: it costs only time.
+    void Gravar(std::chrono::milliseconds limite = Paciencia::kPorArquivo);
+    // The same when the interval has passed since it was written last.
+    void GravarDeVezEmQuando();
 
  private:
+    using Relogio = std::chrono::steady_clock;
+
     mutable std::mutex trava_;
     MapaCache mapa_;
     bool mudou_ = false;
+    std::chrono::milliseconds intervalo_;
+    Relogio::time_point gravada_ = Relogio::now();
+    std::timed_mutex travaDoArquivo_;
 };
 
 }  // namespace zu::launcher

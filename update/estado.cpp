@@ -1,6 +1,5 @@
 #include "update/estado.h"
 
-#include "core/arquivo.h"
 #include "core/config.h"
 
 namespace zu::launcher {
@@ -10,8 +9,8 @@ std::filesystem::path NaPastaConfig(const wchar_t* nome) {
     return ObterConfig().pastaJogo / L"Config" / nome;
 }
 
-bool Gravar(const std::filesystem::path& caminho, std::string_view texto) {
-    return CriarPastas(caminho.parent_path()) && GravarArquivoAtomico(caminho, texto);
+bool Gravar(const std::filesystem::path& caminho, std::string_view texto, Paciencia& paciencia) {
+    return CriarPastas(caminho.parent_path()) && GravarArquivoAtomico(caminho, texto, paciencia);
 }
 
 }  // namespace
@@ -34,7 +33,8 @@ std::int64_t LerSeqInstalado() {
 }
 
 bool GravarEstado(std::int64_t seq, std::string_view versao) {
-    return Gravar(CaminhoEstado(), TextoDoEstado(seq, versao));
+    Paciencia paciencia;
+    return Gravar(CaminhoEstado(), TextoDoEstado(seq, versao), paciencia);
 }
 
 MapaCache LerCache() {
@@ -42,8 +42,8 @@ MapaCache LerCache() {
     return LerArquivoInteiro(CaminhoCache(), texto) ? CacheDoTexto(texto) : MapaCache{};
 }
 
-bool GravarCache(const MapaCache& mapa) {
-    return Gravar(CaminhoCache(), TextoDoCache(mapa));
+bool GravarCache(std::string_view texto, Paciencia& paciencia) {
+    return Gravar(CaminhoCache(), texto, paciencia);
 }
 
 }  // namespace zu::launcher

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "core/arquivo.h"
 #include "update/registros.h"
 
 namespace zu::launcher {
@@ -21,6 +22,7 @@ bool GravarEstado(std::int64_t seq, std::string_view versao);
 
 // Empty when there is none. A missing or damaged cache costs time, never exactness.
 MapaCache LerCache();
-bool GravarCache(const MapaCache& mapa);
+// `texto` is that of a cache file.
+bool GravarCache(std::string_view texto, Paciencia& paciencia);
 
 }  // namespace zu::launcher

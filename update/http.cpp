@@ -1,5 +1,6 @@
 #include "update/http.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -98,6 +99,15 @@ HandleArquivo AbrirDestino(const std::filesystem::path& destino, bool continuar)
                                      nullptr, continuar ? OPEN_ALWAYS : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+// Reads what has arrived, and waits only while nothing has: a read of a whole block would keep back what is already
+// here until the block is full, and lose it when the line breaks. No bytes is the end.
+bool LerChegado(HINTERNET requisicao, char* bloco, DWORD tamanho, DWORD& lidos) {
+    DWORD chegados = 0;
+    lidos = 0;
+    return WinHttpQueryDataAvailable(requisicao, &chegados) != 0 &&
+           (chegados == 0 || WinHttpReadData(requisicao, bloco, std::min(chegados, tamanho), &lidos) != 0);
+}
+
 // What a transfer needs beside the open request and the open file.
 struct Recepcao {
     const std::filesystem::path& destino;
@@ -116,7 +126,7 @@ bool Copiar(HINTERNET requisicao, HANDLE arquivo, Recepcao& t, std::string& erro
     const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoArquivo);
     while (!t.cancelar.load()) {
         DWORD lidos = 0;
-        if (WinHttpReadData(requisicao, bloco.get(), kBlocoArquivo, &lidos) == 0) {
+        if (!LerChegado(requisicao, bloco.get(), kBlocoArquivo, lidos)) {
             erro = HttpErroTexto("download");
             return false;
         }
@@ -132,7 +142,7 @@ bool Copiar(HINTERNET requisicao, HANDLE arquivo, Recepcao& t, std::string& erro
         t.total += lidos;
         if (t.progresso) t.progresso(lidos);
         if (Passou(t)) {
-            erro = "o servidor mandou mais dados que o esperado";
+            erro = kErroDeSobra;
             return false;
         }
     }
@@ -180,7 +190,7 @@ bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& e
     const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoTexto);
     while (cancelar == nullptr || !cancelar->load()) {
         DWORD lidos = 0;
-        if (WinHttpReadData(troca.requisicao.Valor(), bloco.get(), kBlocoTexto, &lidos) == 0) {
+        if (!LerChegado(troca.requisicao.Valor(), bloco.get(), kBlocoTexto, lidos)) {
             erro = HttpErroTexto("leitura");
             return false;
         }
@@ -204,7 +214,8 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
         DescarregarArquivo(destino);
         return true;
     }
-    if (esperado != 0 && presentes > esperado) {
+    const std::uint64_t limite = esperado != 0 ? esperado : maximo;
+    if (presentes > limite) {
         DeleteFileW(destino.c_str());
         presentes = 0;
     }
@@ -228,7 +239,7 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
         return false;
     }
     if (continuar && progresso) progresso(0);
-    Recepcao t{destino, esperado != 0 ? esperado : maximo, progresso, cancelar, continuar ? presentes : 0};
+    Recepcao t{destino, limite, progresso, cancelar, continuar ? presentes : 0};
     const bool copiado = Copiar(troca.requisicao.Valor(), arquivo.Valor(), t, erro);
     arquivo.Fechar();
     if (Passou(t)) DeleteFileW(destino.c_str());

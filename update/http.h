@@ -43,13 +43,16 @@ bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequ
 bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo,
                      const std::atomic<bool>* cancelar = nullptr);
 
+// The message of a transfer that ran past its limit.
+constexpr std::string_view kErroDeSobra = "o servidor mandou mais dados que o esperado";
+
 constexpr std::uint64_t kSemLimite = ~std::uint64_t{0};
 
 // Downloads into a file, resuming what already stands at `destino`, and returns once the bytes are on the disk, so that
 // a power cut leaves no name and size without them. With an expected size (0: unknown) a destination of that size is
-// complete without a request; without one, more than `maximo` bytes in all is a failure. After a failure the partial
-// file stays for a later resume, except where its bytes are known to be wrong: longer than expected, or refused with
-// 416.
+// complete without a request; without one, more than `maximo` bytes in all is a failure. Every byte that has arrived is
+// in the file. After a failure it stays for a later resume, except where its bytes are known to be wrong: longer than
+// expected, or refused with 416.
 bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
                        const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
                        std::uint64_t maximo = kSemLimite);

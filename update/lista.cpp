@@ -17,6 +17,7 @@ constexpr std::string_view kAssinatura = ";assinatura\t";
 constexpr std::string_view kSeq = ";seq";
 constexpr std::string_view kVersao = ";versao";
 constexpr std::string_view kChaveAssets = ";chave-assets";
+constexpr std::string_view kValidade = ";validade";
 constexpr std::string_view kRemover = ";remover";
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 constexpr std::uint32_t kMaximoDePartes = 999;
@@ -58,6 +59,8 @@ bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
         lista.versao = valor;
     } else if (nome == kChaveAssets) {
         lista.chaveAssets = valor;
+    } else if (nome == kValidade) {
+        if (const auto instante = LerInstante(valor)) lista.validade = instante;
     } else if (nome == kRemover) {
         if (!CaminhoSeguro(valor)) {
             falha = Formatar("caminho inseguro em ;remover ({})", valor);
@@ -142,6 +145,7 @@ std::string EscreverLista(const UpdateList& lista) {
     std::string texto = Formatar("{}\t{}\n", kSeq, lista.seq);
     if (!lista.versao.empty()) texto += Formatar("{}\t{}\n", kVersao, lista.versao);
     if (!lista.chaveAssets.empty()) texto += Formatar("{}\t{}\n", kChaveAssets, lista.chaveAssets);
+    if (lista.validade) texto += Formatar("{}\t{}\n", kValidade, TextoDoInstante(*lista.validade));
     for (const ItemLista& item : lista.itens) {
         texto += Formatar("{}\t{:08X}\t{}\t{}", item.caminho, item.crc, item.tamanho, item.sha256);
         texto += item.partes == 0 ? std::string("\n") : Formatar("\t{}\n", item.partes);

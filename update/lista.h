@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "update/instante.h"
 
 namespace zu::launcher::update {
 
@@ -24,6 +27,7 @@ struct UpdateList {
     std::int64_t seq = 0;
     std::string versao;
     std::string chaveAssets;
+    std::optional<Instante> validade;  // not to be used after it; none: it never expires
     std::vector<ItemLista> itens;      // in the list's order
     std::vector<std::string> remover;  // as written
 };

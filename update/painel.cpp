@@ -15,6 +15,12 @@ void Painel::Zerar(bool reparar) {
     trocas_.clear();
 }
 
+void Painel::Recomecar() {
+    const std::lock_guard guarda(trava_);
+    resultados_.clear();
+    trocas_.clear();
+}
+
 void Painel::Definir(StatusUpdate status, std::string_view texto) {
     {
         const std::lock_guard guarda(trava_);

@@ -54,6 +54,8 @@ struct TrocaPendente {
 class Painel {
  public:
     void Zerar(bool reparar);
+    // The run begins anew with another list: what it found and parked so far no longer counts.
+    void Recomecar();
 
     // Sets code and sentence and writes the sentence to the log behind "[update] ".
     void Definir(StatusUpdate status, std::string_view texto);

@@ -53,6 +53,7 @@ class Verificacao {
         entrada = {
             .tamanho = hash.bytes, .modificado = info.modificado, .sha256 = ParaHex(hash.sha256), .crc = hash.crc};
         atualizador_.Cache().Registrar(chave, entrada);
+        atualizador_.Cache().GravarDeVezEmQuando();
         return true;
     }
 
@@ -94,12 +95,10 @@ bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista
         }
         verificacao.Feito(item);
     }
-    if (atualizador.Cancelado()) {
-        painel.Definir(StatusUpdate::kErro, "Cancelado.");
-        return false;
-    }
     atualizador.Cache().Gravar();
-    return true;
+    if (!atualizador.Cancelado()) return true;
+    painel.Definir(StatusUpdate::kErro, "Cancelado.");
+    return false;
 }
 
 }  // namespace zu::launcher

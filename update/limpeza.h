@@ -1,0 +1,12 @@
+// What earlier runs left below the game folder.
+#pragma once
+
+#include "update/lista.h"
+
+namespace zu::launcher {
+
+// Deletes the unfinished and the parked downloads whose file is no longer in the list. Folders of the player's own, and
+// links to other places, are not looked into.
+void ApagarSobras(const update::UpdateList& lista);
+
+}  // namespace zu::launcher

@@ -1,0 +1,35 @@
+// One item on its way from the server to the disk.
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "update/http.h"
+#include "update/lista.h"
+
+namespace zu::launcher {
+
+struct Transferencia {
+    const update::ItemLista& item;
+    const std::filesystem::path& destino;
+    const ProgressCallback progresso;
+    const std::atomic<bool>& cancelar;
+};
+
+// The address of the item, or of one of its parts by its suffix. The CRC in it makes a changed file a new address, so
+// that no cache on the way serves the old one.
+std::wstring UrlDoItem(const update::ItemLista& item, std::string_view sufixo);
+
+// The item's parts, in order, each beside the destination under its own suffix, then joined into the destination and
+// deleted; after a cancellation, or when one did not come, they stay for a later resume. Together they never take more
+// than the item's size. False with one message in `erro`.
+bool BaixarEmPartes(const Transferencia& t, std::string& erro);
+
+// The bytes of the item's parts that stand on the disk.
+std::uint64_t TamanhoDasPartes(const std::filesystem::path& destino, std::uint32_t partes);
+
+void ApagarPartes(const std::filesystem::path& destino, std::uint32_t partes);
+
+}  // namespace zu::launcher
