@@ -18,6 +18,7 @@ add_library(zu_core STATIC
     core/assinatura.cpp
     core/config.cpp
     core/hash.cpp
+    core/instancia.cpp
     core/log.cpp
     core/processo.cpp
     core/utf16.cpp)
