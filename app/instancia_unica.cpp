@@ -1,29 +1,15 @@
 #include "app/instancia_unica.h"
 
-#include <span>
-
-#include "core/hash.h"
-#include "core/texto.h"
-#include "core/utf16.h"
-
 namespace zu::launcher {
 namespace {
 
 constexpr DWORD kEsperaPelaAnterior = 15'000;  // ms
-constexpr std::size_t kDigitosDoNome = 16;
 
 bool Obtido(DWORD espera) {
     return espera == WAIT_OBJECT_0 || espera == WAIT_ABANDONED;
 }
 
 }  // namespace
-
-std::wstring NomeDaInstancia(const std::filesystem::path& pastaJogo) {
-    const std::wstring& texto = pastaJogo.native();
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(texto.data());
-    const std::string hex = ParaHex(Sha256Of({bytes, texto.size() * sizeof(wchar_t)}));
-    return L"Local\\ZuLauncher-" + DeUtf8(hex.substr(0, kDigitosDoNome));
-}
 
 InstanciaUnica::InstanciaUnica(const std::filesystem::path& pastaJogo, bool reaberto, bool captura)
     : mutex_(CreateMutexW(nullptr, FALSE, NomeDaInstancia(pastaJogo).c_str())) {

@@ -4,18 +4,15 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <string>
 
 #include "core/handle.h"
+#include "core/instancia.h"
 
 namespace zu::launcher {
 
 // Asks the running instance's main window to show itself; both parameters are 0.
 constexpr UINT MensagemAbrirInstancia = WM_APP + 40;
 constexpr wchar_t kClasseDaJanela[] = L"ZuLauncherJanela";
-
-// The name of the folder's mutex. The path counts as it is written, letter case included.
-std::wstring NomeDaInstancia(const std::filesystem::path& pastaJogo);
 
 // Holds the folder for as long as it lives, on the thread that took it.
 class InstanciaUnica {

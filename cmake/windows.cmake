@@ -18,6 +18,7 @@ add_library(zu_core STATIC
     core/assinatura.cpp
     core/config.cpp
     core/hash.cpp
+    core/instancia.cpp
     core/log.cpp
     core/pasta.cpp
     core/processo.cpp
@@ -89,7 +90,10 @@ add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)
 # The keys last: what needs them comes before.
 target_link_libraries(ZuLauncher PRIVATE zu_ui zu_app zu_update zu_chaves)
 
-add_library(zu_trocas STATIC tools/updater_helper/aplicar_trocas.cpp tools/updater_helper/argumentos.cpp)
+add_library(zu_trocas STATIC
+    tools/updater_helper/aplicar_trocas.cpp
+    tools/updater_helper/argumentos.cpp
+    tools/updater_helper/execucao.cpp)
 target_link_libraries(zu_trocas PUBLIC zu_core)
 
 add_executable(UpdaterHelper WIN32 tools/updater_helper/main.cpp ui/recursos/helper.rc)

@@ -1,11 +1,17 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <future>
+#include <new>
 #include <thread>
 
-#include "core/handle.h"
+#include "core/formato.h"
+#include "core/instancia.h"
+#include "tests/suporte/espera.h"
+#include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
-#include "tools/updater_helper/aplicar_trocas.h"
-#include "tools/updater_helper/argumentos.h"
+#include "tools/updater_helper/execucao.h"
+#include "update/jogo_aberto.h"
 #include "update/registros.h"
 
 // after the others, for windows.h
@@ -15,90 +21,176 @@ namespace zu::launcher {
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::seconds;
 
 class Trocas : public testing::Test {
  protected:
-    [[nodiscard]] std::string Texto(const std::string& relativo) const {
-        return ParaUtf8((pasta_ / relativo).native());
+    [[nodiscard]] std::string Texto(const std::string& nome) const { return ParaUtf8((pasta_ / nome).native()); }
+    LinhaPendente Mover(const std::string& nome) {
+        pasta_.Escrever(nome + ".novo", "novo " + nome);
+        return {Texto(nome + ".novo"), Texto(nome)};
     }
-    LinhaPendente Mover(const std::string& relativo) {
-        pasta_.Escrever(relativo + ".novo", "novo " + relativo);
-        return {Texto(relativo + ".novo"), Texto(relativo)};
+    HandleArquivo Prender(const std::string& nome, DWORD deixando = FILE_SHARE_READ) {
+        return HandleArquivo(
+            CreateFileW((pasta_ / nome).c_str(), GENERIC_READ, deixando, nullptr, OPEN_EXISTING, 0, nullptr));
     }
-    std::size_t Aplicar(const std::vector<LinhaPendente>& linhas, milliseconds limite = milliseconds(300)) {
-        pasta_.Escrever("Config/Launcher.pendente", TextoDosPendentes(linhas));
-        return Repetir(limite);
+    void Listar(const std::vector<LinhaPendente>& linhas) { pasta_.Escrever(kLista, TextoDosPendentes(linhas)); }
+    bool Aplicar(const std::vector<LinhaPendente>& linhas, milliseconds limite = milliseconds(300)) {
+        Listar(linhas);
+        log_.clear();
+        return AplicarTrocas(pasta_ / kLista, {.limite = limite, .intervalo = milliseconds(20)}, Log());
     }
-    std::size_t Repetir(milliseconds limite = milliseconds(300)) {
-        return AplicarTrocas(pasta_ / "Config/Launcher.pendente",
-                             {.limitePorLinha = limite, .intervalo = milliseconds(20)},
-                             [this](std::string_view mensagem) { log_ += std::string(mensagem) + "\n"; });
+    // The whole run: its exit code, and whether it opened the program, which ends at once.
+    std::string Rodar(const std::filesystem::path& lista, const std::filesystem::path& reabrir = kParado) {
+        log_.clear();
+        const FimDoHelper fim =
+            RodarHelper({.lista = lista, .reabrir = reabrir, .argumentos = {L"1"}},
+                        {.esperaPelaPasta = milliseconds(100), .trocas = {.limite = milliseconds(300)}}, Log());
+        return Formatar("{}{}", static_cast<int>(fim), Logou("launcher reaberto\n") ? ", reaberto" : "");
     }
-    HandleArquivo Prender(const std::string& relativo) {
-        return HandleArquivo(CreateFileW((pasta_ / relativo).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                         OPEN_EXISTING, 0, nullptr));
+    LogDeTrocas Log() {
+        return [this](std::string_view mensagem) {
+            if (aoLogar_) aoLogar_(mensagem);
+            log_ += std::string(mensagem) + "\n";
+        };
     }
+    [[nodiscard]] bool Logou(const std::string& texto) const { return log_.find(texto) != std::string::npos; }
 
+    static constexpr const char* kLista = "Config/Launcher.pendente";
+    inline static const std::filesystem::path kParado = teste::kPastaBin / "processo_parado.exe";
     teste::PastaTemporaria pasta_{L"Jogo é"};
     std::string log_;
+    std::function<void(std::string_view)> aoLogar_;
 };
 
-TEST_F(Trocas, MoveApagaEReconheceOFeito) {
+// The second time stands for a run that was killed before it removed the list: all is done, but nothing is done now.
+TEST_F(Trocas, FazUmaVezEReconheceOFeito) {
     pasta_.Escrever("a", "velho");
     pasta_.Escrever("Data/b", "velho");
-    pasta_.Escrever("somente leitura", "velho");
-    pasta_.Escrever("apagar leitura", "velho");
-    for (const char* nome : {"somente leitura", "apagar leitura"}) {
-        SetFileAttributesW((pasta_ / nome).c_str(), FILE_ATTRIBUTE_READONLY);
+    const std::vector<LinhaPendente> linhas{Mover("a"), {"", Texto("Data/b")}, Mover("pasta nova/c")};
+    for (const auto& [moveu, apagou] : {std::pair{"trocado", "removido"}, {"já trocado ou sumiu", "já removido"}}) {
+        EXPECT_TRUE(Aplicar(linhas));
+        EXPECT_EQ(log_, Formatar("{}: {}\n{}: {}\n{}: {}\n", Texto("a"), moveu, Texto("Data/b"), apagou,
+                                 Texto("pasta nova/c"), moveu));
+        EXPECT_EQ(pasta_.Tudo(),
+                  (std::map<std::string, std::string>{{"a", "novo a"}, {"pasta nova/c", "novo pasta nova/c"}}));
     }
-    const std::vector<LinhaPendente> linhas{Mover("a"),
-                                            {"", Texto("Data/b")},
-                                            Mover("somente leitura"),
-                                            {"", Texto("apagar leitura")},
-                                            Mover("pasta nova/c")};
-    EXPECT_EQ(Aplicar(linhas), 0U) << log_;
-    const std::map<std::string, std::string> esperado{
-        {"a", "novo a"}, {"somente leitura", "novo somente leitura"}, {"pasta nova/c", "novo pasta nova/c"}};
-    EXPECT_EQ(pasta_.Tudo(), esperado);
-
-    // Killed before the list could be removed: everything counts as done.
-    EXPECT_EQ(Aplicar(linhas), 0U) << log_;
-    EXPECT_EQ(Repetir(), 0U);
-    EXPECT_EQ(pasta_.Tudo(), esperado);
+    EXPECT_TRUE(Aplicar({{Texto("sumiu.novo"), Texto("sumiu")}}));
 }
 
-TEST_F(Trocas, EsperaQuemSoltaEGuardaQuemNaoSolta) {
-    pasta_.Escrever("solta", "velho");
+// Held files cost the limit once and not each, and hold back nobody behind them.
+TEST_F(Trocas, PresasDividemOLimiteENaoAtrasamAsOutras) {
     pasta_.Escrever("presa", "velho");
+    pasta_.Escrever("solta", "velho");
     HandleArquivo solta = Prender("solta");
     const HandleArquivo presa = Prender("presa");
-    const std::vector<LinhaPendente> linhas{Mover("presa"), Mover("solta"), {"", Texto("presa")}};
+    const std::vector<LinhaPendente> presas(300, {"", Texto("presa")});
+    std::vector<LinhaPendente> linhas = presas;
+    linhas.insert(linhas.begin() + 1, {Mover("solta"), Mover("livre")});
     std::jthread soltar([&] {
-        std::this_thread::sleep_for(milliseconds(500));
+        std::this_thread::sleep_for(milliseconds(300));
         solta.Fechar();
     });
-    EXPECT_EQ(Aplicar(linhas), 2U);
-    EXPECT_EQ(pasta_.Ler("solta"), "novo solta");
-    EXPECT_EQ(pasta_.Ler("presa"), "velho");
-    EXPECT_EQ(PendentesDoTexto(pasta_.Ler("Config/Launcher.pendente")), (std::vector{linhas[0], linhas[2]}));
-    EXPECT_NE(log_.find(Texto("presa") + ": ainda em uso (erro "), std::string::npos) << log_;
+    const auto inicio = std::chrono::steady_clock::now();
+    EXPECT_FALSE(Aplicar(linhas, milliseconds(1500)));
+    EXPECT_LT(std::chrono::steady_clock::now() - inicio, seconds(10));
+    EXPECT_TRUE(log_.starts_with(Texto("livre") + ": trocado\n")) << log_;
+    EXPECT_TRUE(Logou(Texto("solta") + ": trocado\n" + Texto("presa") + ": ainda em uso (erro ")) << log_;
+    EXPECT_EQ(PendentesDoTexto(pasta_.Ler(kLista)), presas);
+
+    EXPECT_FALSE(Aplicar({presas[0], Mover("sem tempo")}, milliseconds(0)));
+    EXPECT_TRUE(Logou(Texto("sem tempo") + ": trocado\n"));
 }
 
 TEST_F(Trocas, NadaForaDaPastaDoJogo) {
     const teste::PastaTemporaria fora;
     fora.Escrever("alvo", "intacto");
-    pasta_.Escrever("meu.novo", "novo");
     const std::string alvo = ParaUtf8((fora / "alvo").native());
-    const std::string volta = Texto("Data\\..\\..\\x");
-    const std::vector<LinhaPendente> linhas{
-        {Texto("meu.novo"), alvo}, {"", alvo},      {alvo, Texto("meu")}, {"", volta}, {"", "alvo"},
-        {"", Texto("")},           {"", Texto(".")}};
-    EXPECT_EQ(Aplicar(linhas), linhas.size());
+    std::vector<LinhaPendente> linhas{{Mover("meu").origem, alvo}, {alvo, Texto("seu")}};
+    for (const std::string& destino : {alvo, Texto("D/../../x"), std::string("alvo"), Texto(""), Texto(".")})
+        linhas.push_back({"", destino});
+    EXPECT_FALSE(Aplicar(linhas));
+    EXPECT_EQ(PendentesDoTexto(pasta_.Ler(kLista)), linhas);
     EXPECT_EQ(fora.Ler("alvo"), "intacto");
-    EXPECT_EQ(pasta_.Ler("meu.novo"), "novo");
-    EXPECT_FALSE(pasta_.Tem("meu"));
-    // Neither end of this one is there any more: it cannot be made, and says so.
-    EXPECT_EQ(Aplicar({{Texto("sumiu.novo"), Texto("sumiu")}}), 1U);
+    EXPECT_TRUE(pasta_.Tem("meu.novo") && !pasta_.Tem("seu"));
+}
+
+// A list written meanwhile was deleted or overwritten; one that could not be read counted as done.
+TEST_F(Trocas, ListaDeOutroFicaEListaIlegivelNaoEstaFeita) {
+    aoLogar_ = [this](std::string_view mensagem) {
+        if (mensagem.ends_with(": trocado")) pasta_.Escrever(kLista, "D\tde outro\n");
+    };
+    for (const LinhaPendente& resto : {Mover("a"), LinhaPendente{"", "fora"}}) {
+        EXPECT_FALSE(Aplicar({Mover("b"), resto}));
+        EXPECT_EQ(pasta_.Ler(kLista), "D\tde outro\n");
+    }
+    const HandleArquivo ilegivel = Prender(kLista, 0);
+    EXPECT_EQ(Rodar(pasta_ / kLista), "1, reaberto");
+}
+
+// The folder's name is the launcher's own, however the list's path is written, and it is free for what is opened.
+TEST_F(Trocas, APastaEDeUmSoDeCadaVez) {
+    const auto noutra = [](const auto& trabalho) { return std::async(std::launch::async, trabalho).get(); };
+    Listar({Mover("a")});
+    const auto antes = pasta_.Tudo();
+    {
+        PosseDaPasta posse(pasta_.Caminho());
+        ASSERT_TRUE(posse.Tomar(milliseconds(0)));
+        EXPECT_EQ(noutra([&] { return Rodar(pasta_.Caminho().parent_path() / L"JOGO é" / kLista); }), "3");
+    }
+    EXPECT_EQ(pasta_.Tudo(), antes);
+    aoLogar_ = [&](std::string_view) {
+        log_ += noutra([&] { return PosseDaPasta(pasta_.Caminho()).Tomar(milliseconds(0)); }) ? "livre " : "ocupada ";
+    };
+    EXPECT_EQ(Rodar(pasta_ / kLista), "0, reaberto");
+    EXPECT_TRUE(Logou("ocupada " + Texto("a") + ": trocado\nlivre launcher reaberto\n")) << log_;
+}
+
+TEST_F(Trocas, ReabreSoOQueEDaPropriaPastaEMesmoSemMemoria) {
+    Listar({Mover("a")});
+    std::filesystem::copy_file(kParado, pasta_ / "ZuLauncher.exe");
+    for (const auto& reabrir : {std::filesystem::path(), kParado.filename(), pasta_ / "ZuLauncher.exe"})
+        EXPECT_EQ(Rodar(pasta_ / kLista, reabrir), "2") << reabrir;
+    EXPECT_EQ(Rodar(pasta_ / "Launcher.pendente"), "2, reaberto");
+    EXPECT_FALSE(pasta_.Tem("a"));
+    aoLogar_ = [](std::string_view mensagem) {
+        if (mensagem.ends_with(": trocado")) throw std::bad_alloc();
+    };
+    EXPECT_EQ(Rodar(pasta_ / kLista), "1, reaberto");
+    EXPECT_EQ(Rodar(pasta_ / kLista), "0, reaberto");
+}
+
+// A running program cannot be overwritten: it steps aside, and comes back when its successor cannot take the place.
+TEST_F(Trocas, OHelperTrocaASiMesmo) {
+    std::string programa;
+    ASSERT_TRUE(LerArquivoInteiro(teste::kPastaBin / "UpdaterHelper.exe", programa));
+    pasta_.Escrever("UpdaterHelper.exe", programa);
+    pasta_.Escrever("UpdaterHelper.exe.novo", programa + "novo");
+    const std::vector<std::wstring> argumentos{L"--lista=" + (pasta_ / kLista).native(),
+                                               L"--reabrir=" + (pasta_ / "UpdaterHelper.exe").native()};
+    Listar({{Texto("UpdaterHelper.exe.novo"), Texto("UpdaterHelper.exe")}});
+    HandleArquivo preso = Prender("UpdaterHelper.exe.novo");
+    teste::Programa helper(pasta_ / "UpdaterHelper.exe", argumentos);
+    EXPECT_TRUE(teste::Esperar(seconds(20), [&] {
+        return pasta_.Ler("UpdaterHelper.log").find("1 troca(s) por fazer") != std::string::npos;
+    }));
+    EXPECT_TRUE(teste::Esperar(seconds(5), [&] { return pasta_.Tem("UpdaterHelper.exe"); }));
+    preso.Fechar();
+    EXPECT_EQ(helper.Esperar(), 0) << pasta_.Ler("UpdaterHelper.log");
+    EXPECT_TRUE(pasta_.Ler("UpdaterHelper.exe") == programa + "novo");
+    EXPECT_TRUE(pasta_.Ler("UpdaterHelper.exe.tmp") == programa);
+    Listar({});
+    EXPECT_EQ(teste::Programa(pasta_ / "UpdaterHelper.exe", argumentos).Esperar(), 0);
+    EXPECT_FALSE(pasta_.Tem("UpdaterHelper.exe.tmp"));
+}
+
+TEST_F(Trocas, JogoQueNaoSeDeixaPerguntarContaPeloArquivo) {
+    std::filesystem::copy_file(kParado, pasta_ / "Zu.exe");
+    EXPECT_FALSE(ContaComoAberto({}, pasta_ / "Zu.exe"));
+    EXPECT_FALSE(ContaComoAberto({}, pasta_ / "Zu2.exe"));
+    const teste::Programa jogo(pasta_ / "Zu.exe");
+    EXPECT_TRUE(ContaComoAberto({}, pasta_ / "Zu.exe"));
+    EXPECT_FALSE(ContaComoAberto(kParado, pasta_ / "Zu.exe"));
 }
 
 TEST(ArgumentosDoHelper, ComoOLauncherOsEscreveEComoOsPassaAdiante) {
@@ -109,8 +201,8 @@ TEST(ArgumentosDoHelper, ComoOLauncherOsEscreveEComoOsPassaAdiante) {
     EXPECT_EQ(lidos.pid, 1234U);
     EXPECT_EQ(lidos.lista, L"C:\\Zu Jogo\\Config\\Launcher.pendente");
     EXPECT_EQ(lidos.reabrir, L"C:\\Zu Jogo\\ZuLauncher.exe");
-    const std::vector<std::wstring> argumentos{L"--cliente=C:\\Zu Jogo\\", L"--sem-interface", L"", L"--reaberto"};
-    EXPECT_EQ(lidos.argumentos, argumentos);
+    EXPECT_EQ(lidos.argumentos,
+              (std::vector<std::wstring>{L"--cliente=C:\\Zu Jogo\\", L"--sem-interface", L"", L"--reaberto"}));
 
     const std::wstring linha = MontarLinhaDeComando(lidos.reabrir, {L"a\\", L"b\"c\\\"", L"", L"é ç\\\\"});
     int quantos = 0;

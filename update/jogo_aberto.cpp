@@ -16,6 +16,7 @@ namespace {
 constexpr std::array kExecutaveis{L"Zu.exe", L"Zu2.exe"};
 constexpr DWORD kMaiorCaminho = 32768;  // characters
 
+// Empty when it may not be asked.
 std::filesystem::path ImagemDoProcesso(DWORD pid) {
     const HandleKernel processo(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, pid));
     if (!processo) return {};
@@ -26,16 +27,27 @@ std::filesystem::path ImagemDoProcesso(DWORD pid) {
     return caminho;
 }
 
+bool PodeSerEscrito(const std::filesystem::path& arquivo) {
+    constexpr DWORD kTodos = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return static_cast<bool>(
+        HandleArquivo(CreateFileW(arquivo.c_str(), GENERIC_WRITE, kTodos, nullptr, OPEN_EXISTING, 0, nullptr)));
+}
+
 bool DestaPasta(const PROCESSENTRY32W& processo, const std::filesystem::path& pasta) {
     for (const wchar_t* const executavel : kExecutaveis) {
         if (_wcsicmp(processo.szExeFile, executavel) != 0) continue;
-        const std::filesystem::path imagem = ImagemDoProcesso(processo.th32ProcessID);
-        return !imagem.empty() && MesmoArquivo(imagem, pasta / executavel);
+        return ContaComoAberto(ImagemDoProcesso(processo.th32ProcessID), pasta / executavel);
     }
     return false;
 }
 
 }  // namespace
+
+bool ContaComoAberto(const std::filesystem::path& imagem, const std::filesystem::path& programa) {
+    if (!imagem.empty()) return MesmoArquivo(imagem, programa);
+    InfoArquivo info;
+    return LerInfoArquivo(programa, info) && !info.Pasta() && !PodeSerEscrito(programa);
+}
 
 bool JogoAberto(const std::filesystem::path& pasta) {
     const HandleArquivo lista(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));

@@ -49,10 +49,13 @@ bool IniciarUpdaterHelper(std::span<const TrocaPendente> trocas, std::string& er
         erro = "não foi possível gravar Config\\Launcher.pendente";
         return false;
     }
-    if (!IniciarProcesso(LinhaDeComando(helper, pendentes), ObterConfig().pastaJogo)) {
+    const Processo aberto = IniciarProcesso(LinhaDeComando(helper, pendentes), ObterConfig().pastaJogo);
+    if (!aberto) {
         erro = Formatar("não foi possível abrir o UpdaterHelper.exe (erro {})", GetLastError());
         return false;
     }
+    // It has no window, but hands the right on to the launcher that it opens.
+    AllowSetForegroundWindow(aberto.pid);
     LogLinha("UpdaterHelper iniciado para {} troca(s) pendente(s)", trocas.size());
     return true;
 }
