@@ -6,9 +6,11 @@
 #include <utility>
 
 #include "core/config.h"
+#include "core/excecao.h"
 #include "core/log.h"
 #include "core/utf16.h"
 #include "game/jogo.h"
+#include "game/opcoes.h"
 #include "game/requisitos.h"
 #include "game/veredito.h"
 #include "update/trocas.h"
@@ -45,6 +47,10 @@ void ControladorLauncher::Iniciar() {
              config.reaberto > 0 ? " | reaberto pelo UpdaterHelper" : "");
     sentencaEntregue_ = false;
     entregaTentada_ = false;
+    // What was found out for an earlier run is not this one's answer.
+    diagnosticoIniciado_ = false;
+    apiConferida_ = false;
+    RenovarRequisitos();
     atualizador_.Iniciar(config.reparar);
 }
 
@@ -95,7 +101,11 @@ bool ControladorLauncher::EntregarTrocas() {
 
 void ControladorLauncher::IniciarDiagnostico() {
     if (std::exchange(diagnosticoIniciado_, true)) return;
-    IniciarRequisitos(regras_.limiteDoDiagnostico);
+    try {
+        IniciarRequisitos(regras_.limiteDoDiagnostico);
+    } catch (const std::exception& falha) {
+        LogLinha("Requisitos: {}", TextoDaExcecao(falha));
+    }
 }
 
 // An interface that does not run here gives way to the other one, if that one does.
@@ -110,17 +120,12 @@ void ControladorLauncher::CorrigirApi(const ResultadoRequisitos& requisitos) {
 }
 
 void ControladorLauncher::JogarSozinho(const ResultadoRequisitos& requisitos) {
-    if (!InicioAutomaticoPorFazer() || !requisitos.concluido) return;
-    try {
-        if (!PodeJogar()) return;
-    } catch (const std::exception&) {
-        return;  // asked again at the next tick
-    }
+    if (!InicioAutomaticoPorFazer() || !requisitos.concluido || !PodeJogarAgora()) return;
     inicioAutomaticoFeito_ = true;
     try {
         Jogar();
     } catch (const std::exception& falha) {
-        LogLinha("Jogar: {}", falha.what());
+        LogLinha("Jogar: {}", TextoDaExcecao(falha));
     }
 }
 
@@ -132,34 +137,43 @@ bool ControladorLauncher::PodeJogar() const {
     return !Ocupado() && PermiteJogar(Estado().status) && TemJogo();
 }
 
+bool ControladorLauncher::PodeJogarAgora() {
+    try {
+        return PodeJogar();
+    } catch (const std::exception& falha) {
+        std::string texto = TextoDaExcecao(falha);
+        if (texto != falhaRegistrada_) LogLinha("Jogar: {}", texto);
+        falhaRegistrada_ = std::move(texto);
+        return false;
+    }
+}
+
 void ControladorLauncher::Jogar() {
     if (!PodeJogar() || partida_->abrindo.exchange(true)) return;
     {
         const std::lock_guard guarda(partida_->trava);
         partida_->erro.clear();
     }
-    const OpcoesJogo opcoes = LerOpcoesJogo();
-    if (opcoes.fecharAoJogar != 0) Notificar(NumeroDoEvento::kJogoAbrindo);
+    const bool fechar = LerOpcoesJogo().fecharAoJogar != 0;
+    if (fechar) Notificar(NumeroDoEvento::kJogoAbrindo);
     try {
-        std::thread(&ControladorLauncher::AbrirNaThread, partida_, opcoes, regras_.esperaConfirmacao).detach();
+        std::thread(&ControladorLauncher::AbrirNaThread, partida_, fechar, regras_.esperaConfirmacao).detach();
     } catch (...) {
         partida_->abrindo = false;
-        if (opcoes.fecharAoJogar != 0) Notificar(NumeroDoEvento::kJogoNaoAbriu);
+        if (fechar) Notificar(NumeroDoEvento::kJogoNaoAbriu);
         throw;
     }
 }
 
-void ControladorLauncher::AbrirNaThread(const std::shared_ptr<Partida>& partida, const OpcoesJogo& opcoes,
+void ControladorLauncher::AbrirNaThread(const std::shared_ptr<Partida>& partida, bool fechar,
                                         std::chrono::milliseconds espera) {
     std::string erro;
     bool abriu = false;
     try {
-        abriu = AbrirJogo(opcoes, erro, espera);
+        abriu = AbrirJogo(erro, espera);
     } catch (const std::exception& falha) {
-        LogLinha("Jogar: {}", falha.what());
-        erro = "não foi possível abrir o Zu.exe";
+        erro = TextoDaExcecao(falha);
     }
-    const bool fechar = opcoes.fecharAoJogar != 0;
     if (!abriu) {
         const std::lock_guard guarda(partida->trava);
         partida->erro = erro;
@@ -182,7 +196,8 @@ void ControladorLauncher::Acao(std::string_view palavra) {
             AbrirEndereco(endereco);
         }
     } else if (palavra == "pasta") {
-        AbrirNoShell(config.pastaJogo.native());
+        // With a separator at its end: else a link or a program of the folder's name beside it might open.
+        AbrirNoShell((config.pastaJogo / L"").native());
     } else if (palavra == "log") {
         AbrirNoShell((config.pastaJogo / L"ZuLauncher.log").native());
     }

@@ -10,7 +10,6 @@
 #include <string_view>
 #include <utility>
 
-#include "game/opcoes.h"
 #include "game/resultado.h"
 #include "update/atualizador.h"
 
@@ -62,6 +61,8 @@ class ControladorLauncher {
 
     // Whether the game may be started now. Throws std::filesystem::filesystem_error when "Zu.exe" cannot be asked for.
     [[nodiscard]] bool PodeJogar() const;
+    // The same for who keeps asking: when the question fails the answer is no, and the log has the reason once.
+    [[nodiscard]] bool PodeJogarAgora();
     // Starts the game on a thread of its own; does nothing while that is not possible. Throws std::system_error when
     // the thread cannot be made.
     void Jogar();
@@ -96,8 +97,7 @@ class ControladorLauncher {
         std::string erro;  // of the last start
     };
 
-    static void AbrirNaThread(const std::shared_ptr<Partida>& partida, const OpcoesJogo& opcoes,
-                              std::chrono::milliseconds espera);
+    static void AbrirNaThread(const std::shared_ptr<Partida>& partida, bool fechar, std::chrono::milliseconds espera);
 
     void Notificar(NumeroDoEvento numero);
     bool EntregarTrocas();
@@ -109,6 +109,7 @@ class ControladorLauncher {
     Atualizador atualizador_;
     std::function<void()> saida_;
     ObservadorLauncher* observador_ = nullptr;
+    std::string falhaRegistrada_;  // what `PodeJogarAgora` has logged last
     std::shared_ptr<Partida> partida_ = std::make_shared<Partida>();
     bool entregaTentada_ = false;
     bool diagnosticoIniciado_ = false;

@@ -1,7 +1,6 @@
 #include "app/sem_interface.h"
 
 #include <chrono>
-#include <filesystem>
 #include <thread>
 
 #include "app/controlador.h"
@@ -17,14 +16,8 @@ constexpr int kCodigoOutroFim = 1;
 constexpr int kCodigoSaiu = 3;
 
 // Whether the loop has something left to wait for beyond the update run itself.
-bool EsperandoOJogo(const ControladorLauncher& controlador) {
-    if (controlador.AbrindoJogo()) return true;
-    try {
-        return controlador.InicioAutomaticoPorFazer() && controlador.PodeJogar();
-    } catch (const std::filesystem::filesystem_error& falha) {
-        LogLinha("Jogar: {}", falha.what());
-        return false;
-    }
+bool EsperandoOJogo(ControladorLauncher& controlador) {
+    return controlador.AbrindoJogo() || (controlador.InicioAutomaticoPorFazer() && controlador.PodeJogarAgora());
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ add_library(zu_core STATIC
     core/arquivo.cpp
     core/assinatura.cpp
     core/config.cpp
+    core/excecao.cpp
     core/hash.cpp
     core/instancia.cpp
     core/log.cpp

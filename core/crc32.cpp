@@ -39,7 +39,7 @@ constexpr std::int64_t Potencia(unsigned n) {
 
 namespace detalhe {
 
-std::uint32_t Crc32PorTabela(std::uint32_t corrente, const std::uint8_t* dados, std::size_t tamanho) {
+Crc32 Crc32PorTabela(Crc32 corrente, const std::uint8_t* dados, std::size_t tamanho) {
     for (std::size_t i = 0; i < tamanho; ++i) {
         corrente = kTabela[(corrente ^ dados[i]) & 0xFF] ^ corrente >> 8;
     }
@@ -68,8 +68,8 @@ __attribute__((target("pclmul,sse4.1"))) inline __m128i Dobrar(__m128i x, __m128
 
 // Folding after V. Gopal and others, "Fast CRC Computation for Generic Polynomials Using PCLMULQDQ Instruction" (2009).
 // The last 16 bytes that remain go through the table instead of a Barrett reduction: once a call, it costs nothing.
-__attribute__((target("pclmul,sse4.1"))) std::uint32_t Crc32PorDobra(std::uint32_t corrente, const std::uint8_t* dados,
-                                                                     std::size_t tamanho) {
+__attribute__((target("pclmul,sse4.1"))) Crc32 Crc32PorDobra(Crc32 corrente, const std::uint8_t* dados,
+                                                             std::size_t tamanho) {
     constexpr unsigned kBits = 8 * kBloco;
     const __m128i quatro = _mm_set_epi64x(Potencia(4 * kBits - 32), Potencia(4 * kBits + 32));
     const __m128i um = _mm_set_epi64x(Potencia(kBits - 32), Potencia(kBits + 32));
@@ -95,7 +95,7 @@ __attribute__((target("pclmul,sse4.1"))) std::uint32_t Crc32PorDobra(std::uint32
 
 }  // namespace detalhe
 
-std::uint32_t Crc32Update(std::uint32_t corrente, const void* dados, std::size_t tamanho) {
+Crc32 Crc32Update(Crc32 corrente, const void* dados, std::size_t tamanho) {
     const auto* bytes = static_cast<const std::uint8_t*>(dados);
     if (tamanho >= kPasso && detalhe::TemDobra()) {
         const std::size_t dobrados = tamanho / kBloco * kBloco;

@@ -4,14 +4,17 @@
 // after windows.h
 #include <shellapi.h>
 
-#include <array>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "core/config.h"
+#include "core/handle.h"
 #include "core/hash.h"
 #include "core/log.h"
 #include "core/processo.h"
 #include "core/utf16.h"
+#include "game/opcoes.h"
 #include "game/token.h"
 
 namespace zu::launcher {
@@ -47,64 +50,94 @@ struct Segredo {
 };
 
 // Grown to its full length first and then filled in place, so that no outgrown copy of the token stays behind.
-void MontarLinhaDeComando(const OpcoesJogo& opcoes, Segredo& segredo) {
-    constexpr std::wstring_view kDigitos = L"0123456789abcdef";
-    const std::wstring inicio =
-        EntreAspas(CaminhoDoJogo().native()) + L" --api=" + DeUtf8(opcoes.api) + L" --launcher=";
+void MontarLinhaDeComando(const std::string& api, Segredo& segredo) {
+    const std::wstring inicio = EntreAspas(CaminhoDoJogo().native()) + L" --api=" + DeUtf8(api) + L" --launcher=";
     const std::wstring fim = ArgumentosExtras();
     std::wstring& linha = segredo.linhaDeComando;
-    linha.reserve(inicio.size() + 2 * segredo.token.size() + fim.size());
+    linha.reserve(inicio.size() + kTamanhoDoTexto + fim.size());
     linha = inicio;
-    for (const std::uint8_t byte : segredo.token) {
-        linha.push_back(kDigitos[byte >> 4]);
-        linha.push_back(kDigitos[byte & 0x0F]);
-    }
+    AnexarTexto(segredo.token, linha);
     linha += fim;
 }
 
-std::string_view EsperarConfirmacao(HANDLE jogo, const CanalDoToken& canal, std::chrono::milliseconds espera) {
-    const std::array<HANDLE, 2> alvos{jogo, canal.confirmacao.Valor()};
-    const DWORD quantos = canal ? 2 : 1;
-    // A game that confirms and ends at once has set both; the confirmation is the better news.
-    const DWORD primeiro = WaitForMultipleObjects(quantos, alvos.data(), FALSE, static_cast<DWORD>(espera.count()));
-    if (canal && WaitForSingleObject(canal.confirmacao.Valor(), 0) == WAIT_OBJECT_0) {
-        return "anti-hack confirmou o token";
+// A process that was made suspended. Whatever happens before it runs ends it: nobody else would find it, and its
+// "Zu.exe" would count as the game being played.
+class Suspenso {
+ public:
+    explicit Suspenso(const Processo& processo) : processo_(processo) {}
+    Suspenso(const Suspenso&) = delete;
+    Suspenso& operator=(const Suspenso&) = delete;
+    ~Suspenso() {
+        if (!roda_) TerminateProcess(processo_.processo.Valor(), 1);
     }
-    if (primeiro == WAIT_OBJECT_0) return "o jogo fechou antes de confirmar";
-    return "sem confirmação do anti-hack no tempo do protocolo";
+    // False when the system refuses; the reason is in GetLastError().
+    bool Continuar() {
+        roda_ = ResumeThread(processo_.thread.Valor()) != static_cast<DWORD>(-1);
+        return roda_;
+    }
+
+ private:
+    const Processo& processo_;
+    bool roda_ = false;
+};
+
+// What the file system answers where there is nothing, other than a failure to look.
+bool NaoExiste(DWORD erro) {
+    return erro == ERROR_FILE_NOT_FOUND || erro == ERROR_PATH_NOT_FOUND || erro == ERROR_BAD_NETPATH ||
+           erro == ERROR_INVALID_NAME;
+}
+
+std::string FraseDaRecusa(DWORD erro) {
+    return Formatar("não foi possível abrir o Zu.exe (erro {})", erro);
 }
 
 }  // namespace
 
+// The library's own question takes every failure for a missing file. Opening follows a link to its target.
 bool TemJogo() {
-    return std::filesystem::is_regular_file(CaminhoDoJogo());
+    const std::filesystem::path jogo = CaminhoDoJogo();
+    const HandleArquivo arquivo(CreateFileW(jogo.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                            nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (arquivo && GetFileInformationByHandle(arquivo.Valor(), &info) != 0) {
+        return (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    }
+    const DWORD erro = GetLastError();
+    if (NaoExiste(erro)) return false;
+    throw std::filesystem::filesystem_error("status", jogo,
+                                            std::error_code(static_cast<int>(erro), std::system_category()));
 }
 
-bool AbrirJogo(const OpcoesJogo& opcoes, std::string& erro, std::chrono::milliseconds espera) {
+bool AbrirJogo(std::string& erro, std::chrono::milliseconds espera) {
     erro.clear();
     if (!TemJogo()) {
         erro = "Zu.exe não encontrado na pasta do jogo. Feche e abra o launcher para baixar de novo.";
         return false;
     }
     if (!Permitido()) return false;
+    const std::string api = LerOpcoesJogo().api;
     Segredo segredo;
     if (!RandomBytes(segredo.token)) {
         erro = "falha ao gerar o token de lançamento";
         return false;
     }
-    MontarLinhaDeComando(opcoes, segredo);
+    MontarLinhaDeComando(api, segredo);
     auto trava = TravarCriacao();  // until the game runs
     const Processo jogo = IniciarProcesso(std::move(segredo.linhaDeComando), ObterConfig().pastaJogo, CREATE_SUSPENDED);
     if (!jogo) {
-        erro = Formatar("não foi possível abrir o Zu.exe (erro {})", GetLastError());
+        erro = FraseDaRecusa(GetLastError());
         return false;
     }
+    Suspenso suspenso(jogo);
     const CanalDoToken canal = AbrirCanal(segredo.token, jogo.pid);
     segredo.Apagar();
-    ResumeThread(jogo.thread.Valor());
+    if (!suspenso.Continuar()) {
+        erro = FraseDaRecusa(GetLastError());
+        return false;
+    }
     trava.unlock();
     AllowSetForegroundWindow(jogo.pid);
-    LogLinha("Jogo aberto: Zu.exe --api={} (pid {})", opcoes.api, jogo.pid);
+    LogLinha("Jogo aberto: Zu.exe --api={} (pid {})", api, jogo.pid);
     LogLinha("Lançamento: {}", EsperarConfirmacao(jogo.processo.Valor(), canal, espera));
     return true;
 }

@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "game/opcoes.h"
-
 namespace zu::launcher {
 
 constexpr std::chrono::milliseconds kEsperaConfirmacao{120'000};
@@ -15,10 +13,11 @@ constexpr std::chrono::milliseconds kEsperaConfirmacao{120'000};
 // itself fails.
 bool TemJogo();
 
-// Starts the game with the options' graphics interface and a one-time token, and waits, for `espera` at most, until the
-// game confirms the token or ends; how that went is only logged. True once the process was created; otherwise false
-// with the reason for the player in `erro`. Blocks, so not for a thread with windows. Throws as `TemJogo` does.
-bool AbrirJogo(const OpcoesJogo& opcoes, std::string& erro, std::chrono::milliseconds espera = kEsperaConfirmacao);
+// Starts the game with the graphics interface of its options file and a one-time token, and waits, for `espera` at
+// most, until the game confirms the token or ends; how that went is only logged. True once the game runs; otherwise
+// false with the reason for the player in `erro`, and no process is left. Blocks, so not for a thread with windows.
+// Throws as `TemJogo` does.
+bool AbrirJogo(std::string& erro, std::chrono::milliseconds espera = kEsperaConfirmacao);
 
 // Opens an "http://" or "https://" address (UTF-8, lower case) in the browser; anything else is ignored.
 void AbrirEndereco(std::string_view endereco);

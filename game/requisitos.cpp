@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <exception>
 #include <mutex>
 #include <string>
 #include <system_error>
@@ -12,6 +13,7 @@
 
 #include "core/arquivo.h"
 #include "core/config.h"
+#include "core/excecao.h"
 #include "core/log.h"
 #include "core/processo.h"
 #include "core/utf16.h"
@@ -20,9 +22,7 @@
 namespace zu::launcher {
 namespace {
 
-// A report has some ten KiB; a hostile one, read into a tree, takes a hundred times its size in memory.
-constexpr std::uint64_t kMaiorRelatorio = 1ULL << 20;  // bytes
-constexpr DWORD kEsperaDoFim = 5'000;                  // ms, for a game that has been ended to let go of its files
+constexpr DWORD kEsperaDoFim = 5'000;  // ms, for a game that has been ended to let go of its files
 
 struct Publicacao {
     std::mutex trava;
@@ -76,11 +76,9 @@ void RodarJogo(std::wstring linhaDeComando, std::chrono::milliseconds limite) {
 }
 
 bool LerArquivoDoRelatorio(const std::filesystem::path& caminho, ResultadoRequisitos& resultado) {
-    InfoArquivo info;
     std::string documento;
     std::string erro;
-    return LerInfoArquivo(caminho, info) && info.tamanho <= kMaiorRelatorio && LerArquivoInteiro(caminho, documento) &&
-           LerRelatorio(documento, resultado, erro);
+    return LerArquivoInteiro(caminho, documento) && LerRelatorio(documento, resultado, erro);
 }
 
 void PerguntarAoJogo(const std::filesystem::path& jogo, const std::filesystem::path& relatorio,
@@ -96,6 +94,14 @@ void PerguntarAoJogo(const std::filesystem::path& jogo, const std::filesystem::p
 
 // All probes of a launcher share one report name: a run that has been overtaken leaves the file to the newer run, as
 // long as that one still needs it.
+bool TomarArquivo(std::uint32_t geracao, const std::filesystem::path& relatorio) {
+    Publicacao& publicado = Publicado();
+    const std::lock_guard guarda(publicado.trava);
+    if (publicado.geracao != geracao) return false;
+    DeleteFileW(relatorio.c_str());
+    return true;
+}
+
 void Publicar(std::uint32_t geracao, const std::filesystem::path& relatorio, ResultadoRequisitos resultado) {
     Publicacao& publicado = Publicado();
     const std::lock_guard guarda(publicado.trava);
@@ -107,28 +113,38 @@ void Publicar(std::uint32_t geracao, const std::filesystem::path& relatorio, Res
 
 }  // namespace
 
-void IniciarRequisitos(std::chrono::milliseconds limite) {
+std::uint32_t RenovarRequisitos() {
     Publicacao& publicado = Publicado();
     const std::uint32_t geracao = ++publicado.geracao;
-    {
-        const std::lock_guard guarda(publicado.trava);
-        publicado.resultado = {};
-    }
+    const std::lock_guard guarda(publicado.trava);
+    publicado.resultado = {};
+    return geracao;
+}
+
+void IniciarRequisitos(std::chrono::milliseconds limite) {
+    const std::uint32_t geracao = RenovarRequisitos();
     try {
         std::thread(RodarRequisitos, geracao, limite).detach();
-    } catch (const std::system_error& erro) {
-        LogLinha("Requisitos: não foi possível iniciar o diagnóstico (erro {})", erro.code().value());
+    } catch (...) {
         Publicar(geracao, CaminhoDoRelatorio(), {});
+        throw;
     }
 }
 
 void RodarRequisitos(std::uint32_t geracao, std::chrono::milliseconds limite) {
     ResultadoRequisitos resultado;
     const std::filesystem::path relatorio = CaminhoDoRelatorio();
-    DeleteFileW(relatorio.c_str());
     const std::filesystem::path jogo = ObterConfig().pastaJogo / L"Zu.exe";
-    std::error_code erro;
-    if (std::filesystem::is_regular_file(jogo, erro)) PerguntarAoJogo(jogo, relatorio, limite, resultado);
+    try {
+        std::error_code erro;
+        if (TomarArquivo(geracao, relatorio) && std::filesystem::is_regular_file(jogo, erro)) {
+            PerguntarAoJogo(jogo, relatorio, limite, resultado);
+        }
+    } catch (const std::exception& falha) {
+        // The game may write more than the memory holds.
+        LogLinha("Requisitos: {}", TextoDaExcecao(falha));
+        resultado = {};
+    }
     Publicar(geracao, relatorio, std::move(resultado));
 }
 

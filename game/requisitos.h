@@ -12,13 +12,16 @@ namespace zu::launcher {
 
 constexpr std::chrono::milliseconds kLimiteDoDiagnostico{30'000};
 
-// Publishes a fresh result and starts a probe on a thread of its own; returns at once. A game that has not ended by
-// `limite` is ended. Of several probes the newest is the one whose result is published. When the thread cannot be
-// started, the log says so and the result is published as concluded without a report.
+// Publishes a fresh result and returns the number of a run to come. What older runs find is dropped from here on, so
+// nobody takes an answer for its own that somebody else has asked for.
+std::uint32_t RenovarRequisitos();
+
+// Does the same and starts that run on a thread of its own; returns at once. A game that has not ended by `limite` is
+// ended. Throws std::system_error when the thread cannot be made; the result is then concluded, without a report.
 void IniciarRequisitos(std::chrono::milliseconds limite = kLimiteDoDiagnostico);
 
-// One probe from start to end, on the calling thread. `geracao` is its number; its result is dropped when
-// `IniciarRequisitos` has given out a newer one.
+// The run of that number from start to end, on the calling thread. Its result is dropped when there is a newer number
+// by the end; when there is one at the start, the game is not asked. Trouble is logged.
 void RodarRequisitos(std::uint32_t geracao, std::chrono::milliseconds limite = kLimiteDoDiagnostico);
 
 // A copy of the published result. Any thread.

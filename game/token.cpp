@@ -1,7 +1,6 @@
 #include "game/token.h"
 
 #include <cstring>
-#include <string>
 #include <vector>
 
 namespace zu::launcher {
@@ -74,12 +73,32 @@ HandleKernel CriarConfirmacao(std::uint32_t pid) {
 
 }  // namespace
 
+void AnexarTexto(const TokenDeLancamento& token, std::wstring& linha) {
+    constexpr std::wstring_view kDigitos = L"0123456789abcdef";
+    for (const std::uint8_t byte : token) {
+        linha.push_back(kDigitos[byte >> 4]);
+        linha.push_back(kDigitos[byte & 0x0F]);
+    }
+}
+
 CanalDoToken AbrirCanal(const TokenDeLancamento& token, std::uint32_t pid) {
     CanalDoToken canal;
     canal.mapeamento = CriarMapeamento(token, pid);
     if (canal.mapeamento) canal.confirmacao = CriarConfirmacao(pid);
     if (!canal.confirmacao) canal.mapeamento.Fechar();
     return canal;
+}
+
+std::string_view EsperarConfirmacao(HANDLE jogo, const CanalDoToken& canal, std::chrono::milliseconds espera) {
+    const std::array<HANDLE, 2> alvos{jogo, canal.confirmacao.Valor()};
+    const DWORD quantos = canal ? 2 : 1;
+    const DWORD primeiro = WaitForMultipleObjects(quantos, alvos.data(), FALSE, static_cast<DWORD>(espera.count()));
+    // A game that confirms and ends at once has set both; the confirmation is the better news.
+    if (canal && WaitForSingleObject(canal.confirmacao.Valor(), 0) == WAIT_OBJECT_0) {
+        return "anti-hack confirmou o token";
+    }
+    if (primeiro == WAIT_OBJECT_0) return "o jogo fechou antes de confirmar";
+    return "sem confirmação do anti-hack no tempo do protocolo";
 }
 
 }  // namespace zu::launcher

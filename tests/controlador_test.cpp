@@ -3,13 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 
-#include "core/chaves.h"
 #include "core/formato.h"
 #include "game/jogo.h"
+#include "game/opcoes.h"
 #include "game/requisitos.h"
-#include "game/token.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
 
@@ -122,7 +120,7 @@ TEST_F(Controlador, FecharAoJogarEscondeESaiOuMostraDeNovo) {
         if (pasta) std::filesystem::create_directory(pasta_ / "Zu.exe");
         EXPECT_FALSE(controlador_.PodeJogar());
         std::string erro;
-        EXPECT_FALSE(AbrirJogo({}, erro));
+        EXPECT_FALSE(AbrirJogo(erro));
         EXPECT_EQ(erro, "Zu.exe não encontrado na pasta do jogo. Feche e abra o launcher para baixar de novo.");
     }
 }
@@ -170,28 +168,6 @@ TEST_F(Controlador, DestruidoNoMeioDeUmaPartida) {
     EXPECT_TRUE(ObterRequisitos().concluido);
     Sleep(900);
     EXPECT_EQ(QuantasLinhas("Lançamento: sem confirmação do anti-hack no tempo do protocolo"), 1);
-}
-
-TEST(Token, CanalSoComOQueOLauncherPos) {
-    constexpr std::uint32_t kPid = 4'000'000'123;
-    TokenDeLancamento token{};
-    for (std::size_t i = 0; i < token.size(); ++i)
-        token[i] = static_cast<std::uint8_t>(7 * i + 1);
-    const CanalDoToken canal = AbrirCanal(token, kPid);
-    ASSERT_TRUE(canal);
-    const HandleKernel mapa(OpenFileMappingW(FILE_MAP_READ, FALSE, L"Local\\ZuLauncher-token-4000000123"));
-    ASSERT_TRUE(mapa);
-    const void* const vista = MapViewOfFile(mapa.Valor(), FILE_MAP_READ, 0, 0, token.size());
-    ASSERT_NE(vista, nullptr);
-    EXPECT_EQ(std::memcmp(vista, token.data(), token.size()), 0);
-    UnmapViewOfFile(vista);
-    const HandleKernel evento(OpenEventW(EVENT_MODIFY_STATE, FALSE, L"Local\\ZuLauncher-confirmado-4000000123"));
-    EXPECT_TRUE(evento);
-    EXPECT_EQ(WaitForSingleObject(canal.confirmacao.Valor(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
-    // A name that somebody else holds already is no channel.
-    EXPECT_FALSE(AbrirCanal(token, kPid));
-    // Nobody but this user is let in.
-    EXPECT_EQ(OpenFileMappingW(FILE_MAP_WRITE, FALSE, L"Local\\ZuLauncher-token-4000000123"), nullptr);
 }
 
 TEST(Status, UmaPalavraPorCodigo) {

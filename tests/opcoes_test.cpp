@@ -3,17 +3,17 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <algorithm>
-
-#include "core/handle.h"
-#include "core/texto.h"
+#include "tests/suporte/ini.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
+
+ZU_RECUSAVEL(L"kernel32", WritePrivateProfileStringW, FALSE);
 
 namespace zu::launcher {
 namespace {
 
 constexpr const char* kIni = "Config/Zu.ini";
-constexpr const char* kFalhou = " — FALHOU ao gravar alguma chave";
+const std::string kFalhou = " — FALHOU ao gravar alguma chave";
 
 class Opcoes : public testing::Test {
  protected:
@@ -23,201 +23,80 @@ class Opcoes : public testing::Test {
         pasta_.Escrever(kIni, ini);
         return LerOpcoesJogo();
     }
-    [[nodiscard]] std::string UltimaLinha() const {
-        const auto linhas = teste::LinhasDoLog(pasta_);
-        return linhas.empty() ? "" : linhas.back();
+    // What the line in the log tells.
+    [[nodiscard]] std::string Gravar(const OpcoesJogo& opcoes) const {
+        GravarOpcoesJogo(opcoes);
+        return teste::LinhasDoLog(pasta_).back();
     }
-    [[nodiscard]] std::uint64_t Hora() const {
-        InfoArquivo info;
-        LerInfoArquivo(pasta_ / kIni, info);
-        return info.modificado;
+    [[nodiscard]] bool Gravou(const OpcoesJogo& opcoes) const { return !Gravar(opcoes).ends_with(kFalhou); }
+
+    void Proteger(bool sim) const {
+        SetFileAttributesW((pasta_ / kIni).c_str(), sim ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
     }
+
     teste::PastaTemporaria pasta_{L"Pasta do Jogo ç"};
 };
 
-std::string Utf16(const std::string& texto) {
-    const std::wstring largo = DeUtf8(texto);
-    return "\xFF\xFE" + std::string(reinterpret_cast<const char*>(largo.data()), largo.size() * sizeof(wchar_t));
-}
-
-std::string Trocado(std::string texto, const std::string& de, const std::string& para) {
-    const std::size_t lugar = texto.find(de);
-    if (lugar == std::string::npos) throw std::runtime_error("falta " + de);
-    return texto.replace(lugar, de.size(), para);
-}
-
-TEST_F(Opcoes, LeituraLinhaPorLinha) {
+TEST_F(Opcoes, CadaChaveNaSuaSecaoComPadraoELimites) {
     EXPECT_EQ(LerOpcoesJogo(), OpcoesJogo{});
     EXPECT_FALSE(pasta_.Tem("Config"));
-
-    const struct {
-        const char* ini;
-        OpcoesJogo esperado;
-    } casos[] = {
-        {"", {}},
-        {"[Video]\nApi=vulkan", {.api = "vulkan"}},
-        {"[Video]\nApi=Vulkan", {}},
-        {"[Video]\nApi=\"vulkan \"", {}},
-        {"[Video]\nApi=vulkan2", {}},
-        {"[Window]\nApi=vulkan", {}},
-        {"[Video]\nVSync=0\nFpsLimit=7", {.vsync = 0, .fpsLimit = 7}},
-        {"[Video]\nVSync=-2\nFpsLimit=8", {.vsync = 1, .fpsLimit = 7}},
-        {"[Video]\nVSync=lixo\nFpsLimit=-1", {.vsync = 0, .fpsLimit = 0}},
-        {"[Window]\nVSync=0\nFpsLimit=3", {}},
-        {"[Window]\nWindowMode=0\nBorderless=5\nResolution=0", {.windowMode = 0, .borderless = 1, .resolution = 0}},
-        {"[Window]\nWindowMode=7\nResolution=12", {.resolution = 7}},
-        {"[Window]\nResolution=-3", {.resolution = 0}},
-        {"[Window]\nResolution=abc", {.resolution = 0}},
-        {"[Video]\nResolution=1\nWindowMode=0\nBorderless=1", {}},
-        {"[Sound]\nSoundLevel=10\nMusicLevel=9", {.soundLevel = 9, .musicLevel = 9}},
-        {"[Sound]\nSoundLevel=-1\nMusicLevel=0", {.soundLevel = 0, .musicLevel = 0}},
-        {"[Launcher]\nFecharAoJogar=0", {.fecharAoJogar = 0}},
-        {"[Launcher]\nOutra=0", {}},
+    const std::pair<const char*, OpcoesJogo> casos[] = {
+        {"[Video]\nApi=vulkan\nVSync=0\nFpsLimit=7\n[Window]\nWindowMode=0\nBorderless=1\nResolution=0\n"
+         "[Sound]\nSoundLevel=9\nMusicLevel=0\n[Launcher]\nFecharAoJogar=0",
+         {"vulkan", 0, 1, 0, 0, 7, 9, 0, 0}},
+        {"[Video]\nApi=Vulkan\nVSync=-2\nFpsLimit=8\n[Window]\nWindowMode=7\nBorderless=5\nResolution=8\n"
+         "[Sound]\nSoundLevel=10\nMusicLevel=10\n[Launcher]\nFecharAoJogar=2",
+         {"d3d12", 1, 1, 7, 1, 7, 9, 9, 1}},
+        {"[Video]\nApi=\"vulkan \"\nVSync=lixo\nFpsLimit=-1\n[Window]\nResolution=-3\n"
+         "[Sound]\nSoundLevel=-1\nMusicLevel=abc",
+         {"d3d12", 1, 0, 0, 0, 0, 0, 0, 1}},
+        {"[Window]\nApi=vulkan\nVSync=0\nFpsLimit=3\nFecharAoJogar=0\n"
+         "[Video]\nWindowMode=0\nBorderless=1\nResolution=1\nSoundLevel=1\nMusicLevel=1",
+         {}},
     };
-    for (const auto& caso : casos)
-        EXPECT_EQ(Lidas(caso.ini), caso.esperado) << caso.ini;
+    for (const auto& [ini, esperado] : casos)
+        EXPECT_EQ(Lidas(ini), esperado) << ini;
 }
 
-TEST_F(Opcoes, GravaAsNoveDentroDosLimites) {
-    GravarOpcoesJogo({.api = "Vulkan",
-                      .windowMode = -4,
-                      .borderless = 2,
-                      .resolution = 99,
-                      .vsync = 0,
-                      .fpsLimit = -1,
-                      .soundLevel = 10,
-                      .musicLevel = -7,
-                      .fecharAoJogar = 0});
+// Brought into range, and all else stays. In UTF-16, which only the wide profile functions keep.
+TEST_F(Opcoes, GravaSoOQueMudaENoSeuLugar) {
+    const auto utf16 = [](const OpcoesJogo& opcoes) {
+        const std::wstring largo = L"\uFEFF" + DeUtf8(teste::TextoDoIni(opcoes));
+        return std::string(reinterpret_cast<const char*>(largo.data()), largo.size() * sizeof(wchar_t));
+    };
+    const OpcoesJogo antes{"vulkan", 0, 0, 4, 1, 0, 4, 4, 1};
+    EXPECT_EQ(Lidas(utf16(antes)), antes);
+    Proteger(true);
+    EXPECT_TRUE(Gravou(antes));  // nothing differs, so nothing is written
+    Proteger(false);
     // The line tells the record as it was given.
-    EXPECT_EQ(UltimaLinha(), "Opções gravadas em Config\\Zu.ini (api Vulkan, modo -4, resolução 99)");
-    const OpcoesJogo esperado{.api = "d3d12",
-                              .windowMode = 1,
-                              .borderless = 1,
-                              .resolution = 7,
-                              .vsync = 0,
-                              .fpsLimit = 0,
-                              .soundLevel = 9,
-                              .musicLevel = 0,
-                              .fecharAoJogar = 0};
-    EXPECT_EQ(LerOpcoesJogo(), esperado);
-    std::string ini = pasta_.Ler(kIni);
-    std::erase(ini, '\r');
-    std::vector<std::string> linhas;
-    for (std::string_view resto = ini; !resto.empty();) {
-        const auto linha = TomarAte(resto, '\n');
-        if (!linha.empty()) linhas.emplace_back(linha);
-    }
-    const std::vector<std::string> esperadas{
-        "[Video]",      "Api=d3d12", "VSync=0",      "FpsLimit=0",   "[Window]",   "WindowMode=1",   "Borderless=1",
-        "Resolution=7", "[Sound]",   "SoundLevel=9", "MusicLevel=0", "[Launcher]", "FecharAoJogar=0"};
-    EXPECT_EQ(linhas, esperadas);
+    EXPECT_EQ(Gravar({"Vulkan", -4, 2, 99, 0, 8, 10, -7, 0}),
+              "Opções gravadas em Config\\Zu.ini (api Vulkan, modo -4, resolução 99)");
+    EXPECT_EQ(pasta_.Ler(kIni), utf16({"d3d12", 1, 1, 7, 0, 7, 9, 0, 0}));
 }
 
-// What the game wrote, with keys of its own before, between and behind ours. (No empty lines: Wine drops them.)
-const std::string kDoJogo =
-    "; opções do jogo\r\n[Idioma]\r\nNome=ação\r\n[Video]\r\nDlss=3\r\nApi=d3d12\r\nVSync=1\r\nSombras=ultra "
-    "alta\r\nFpsLimit=0\r\n[Window]\r\nX=10\r\nWindowMode=1\r\nBorderless=0\r\nResolution=4\r\nTitulo=Zu é "
-    "Zu\r\n[Sound]\r\nSoundLevel=4\r\nVoz=1\r\nMusicLevel=4\r\n[Launcher]\r\nFecharAoJogar=1\r\n[Teclas]\r\nPular="
-    "32\r\n";
-
-TEST_F(Opcoes, OutrasChavesFicamNoLugarEmCadaCodificacao) {
-    const std::string ansi = [] {
-        std::string texto;
-        for (const wchar_t c : DeUtf8(kDoJogo))
-            texto.push_back(static_cast<char>(c));  // all below U+0100
-        return texto;
-    }();
-    const std::string mudado = Trocado(
-        Trocado(Trocado(kDoJogo, "Api=d3d12", "Api=vulkan"), "Resolution=4", "Resolution=7"), "VSync=1", "VSync=0");
-    const std::string ansiMudado = Trocado(
-        Trocado(Trocado(ansi, "Api=d3d12", "Api=vulkan"), "Resolution=4", "Resolution=7"), "VSync=1", "VSync=0");
-    const struct {
-        const char* nome;
-        std::string antes;
-        std::string depois;
-    } casos[] = {
-        {"ANSI", ansi, ansiMudado},
-        {"UTF-16", Utf16(kDoJogo), Utf16(mudado)},
-        {"UTF-8", "\xEF\xBB\xBF" + kDoJogo, "\xEF\xBB\xBF" + mudado},
-    };
-    for (const auto& caso : casos) {
-        OpcoesJogo opcoes = Lidas(caso.antes);
-        EXPECT_EQ(opcoes, OpcoesJogo{}) << caso.nome;
-        const std::uint64_t hora = Hora();
-        Sleep(20);
-        GravarOpcoesJogo(opcoes);
-        EXPECT_EQ(pasta_.Ler(kIni), caso.antes) << caso.nome;
-        EXPECT_EQ(Hora(), hora) << caso.nome;
-
-        opcoes.api = "vulkan";
-        opcoes.resolution = 7;
-        opcoes.vsync = 0;
-        GravarOpcoesJogo(opcoes);
-        EXPECT_EQ(pasta_.Ler(kIni), caso.depois) << caso.nome;
-        EXPECT_EQ(UltimaLinha(), "Opções gravadas em Config\\Zu.ini (api vulkan, modo 1, resolução 7)");
-        EXPECT_EQ(LerOpcoesJogo(), opcoes) << caso.nome;
-    }
-}
-
-TEST_F(Opcoes, LixoNaoAtrapalhaNemSome) {
-    const std::string linhaLonga(64 * 1024, 'x');
-    const struct {
-        std::string ini;
-        std::vector<std::string> ficam;
-    } casos[] = {
-        {"lixo sem chave\r\n=sem nome\r\n[\r\n]\r\n[Video\r\n[Fim]\r\nA=1\r\n", {"lixo sem chave", "[Fim]", "A=1"}},
-        {"[Longa]\r\nA=" + linhaLonga + "\r\n" + linhaLonga + "\r\n[Fim]\r\nB=2\r\n", {linhaLonga, "[Fim]", "B=2"}},
-        {"[Video]\r\nA=1\r\n[Outra]\r\nB=2\r\n[Video]\r\nC=3\r\n", {"A=1", "[Outra]", "B=2", "C=3"}},
-        {std::string("[Zero]\r\nA=1\r\n\0\0\0\r\n[Fim]\r\nB=2\r\n", 36), {"A=1"}},
-        {"\r\n\r\n\n\n", {}},
-    };
-    for (const auto& caso : casos) {
-        OpcoesJogo opcoes = Lidas(caso.ini);
-        EXPECT_EQ(opcoes, OpcoesJogo{}) << caso.ini.substr(0, 80);
-        opcoes.api = "vulkan";
-        opcoes.soundLevel = 0;
-        GravarOpcoesJogo(opcoes);
-        EXPECT_FALSE(UltimaLinha().ends_with(kFalhou)) << caso.ini.substr(0, 80);
-        EXPECT_EQ(LerOpcoesJogo(), opcoes) << caso.ini.substr(0, 80);
-        const std::string ini = pasta_.Ler(kIni);
-        for (const std::string& fica : caso.ficam)
-            EXPECT_NE(ini.find(fica), std::string::npos) << fica.substr(0, 80);
-    }
-}
-
-TEST_F(Opcoes, ArquivoProtegidoOuPresoSoNoLog) {
-    pasta_.Escrever(kIni, kDoJogo);
-    const auto ini = pasta_ / kIni;
-    SetFileAttributesW(ini.c_str(), FILE_ATTRIBUTE_READONLY);
-    GravarOpcoesJogo({});
-    EXPECT_FALSE(UltimaLinha().ends_with(kFalhou)) << "nothing to write";
-    GravarOpcoesJogo({.api = "vulkan", .resolution = 2});
-    EXPECT_EQ(UltimaLinha(),
-              std::string("Opções gravadas em Config\\Zu.ini (api vulkan, modo 1, resolução 2)") + kFalhou);
-    SetFileAttributesW(ini.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(pasta_.Ler(kIni), kDoJogo);
-
-    {
-        const HandleArquivo preso(CreateFileW(ini.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        ASSERT_TRUE(preso);
-        LerOpcoesJogo();
-        GravarOpcoesJogo({.api = "vulkan", .fpsLimit = 3});
-        EXPECT_TRUE(UltimaLinha().ends_with(kFalhou));
-    }
-    EXPECT_EQ(pasta_.Ler(kIni), kDoJogo);
-
+TEST_F(Opcoes, ArquivoProtegidoPresoOuSemPastaSoNoLog) {
+    EXPECT_TRUE(Gravou({.vsync = 0}));  // into a folder that it makes
+    EXPECT_EQ(LerOpcoesJogo(), OpcoesJogo{.vsync = 0});
+    pasta_.Escrever(kIni, teste::TextoDoIni());
+    Proteger(true);
+    EXPECT_FALSE(Gravou({.api = "vulkan"}));  // the first key of all, and the last
+    EXPECT_FALSE(Gravou({.fecharAoJogar = 0}));
+    Proteger(false);
+    teste::recusa = {"WritePrivateProfileStringW", ERROR_SHARING_VIOLATION};
+    EXPECT_FALSE(Gravou({"vulkan", 0, 1, 1, 0, 1, 1, 1, 0}));
+    EXPECT_EQ(teste::recusa.vezes, 9);  // each is tried
+    teste::recusa = {};
+    EXPECT_EQ(pasta_.Ler(kIni), teste::TextoDoIni());
     // A file stands where the folder would have to be.
     std::filesystem::remove_all(pasta_ / "Config");
     pasta_.Escrever("Config", "arquivo");
-    EXPECT_EQ(LerOpcoesJogo(), OpcoesJogo{});
-    GravarOpcoesJogo({});
-    EXPECT_TRUE(UltimaLinha().ends_with(kFalhou));
+    EXPECT_FALSE(Gravou({}));
 }
 
 TEST_F(Opcoes, ChaveVaziaNaoEFaltaDeChave) {
+    EXPECT_FALSE(GravarChaveSeDiferente(L"A", L"Falta", L""));  // there is no folder to write to
     pasta_.Escrever(kIni, "[A]\r\nVazia=\r\n");
-    EXPECT_TRUE(GravarChaveSeDiferente(L"A", L"Vazia", L""));
-    EXPECT_EQ(pasta_.Ler(kIni), "[A]\r\nVazia=\r\n");
     EXPECT_TRUE(GravarChaveSeDiferente(L"A", L"Falta", L""));
     EXPECT_NE(pasta_.Ler(kIni).find("Falta="), std::string::npos);
 }

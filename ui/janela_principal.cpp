@@ -7,6 +7,7 @@
 
 #include "app/controlador.h"
 #include "core/config.h"
+#include "core/excecao.h"
 #include "core/log.h"
 #include "core/utf16.h"
 #include "game/jogo.h"
@@ -40,15 +41,6 @@ constexpr std::array<BotaoDaPrincipal, 4> kBotoes{{
 
 HWND Botao(int id) {
     return GetDlgItem(ObterInterface().principal, id);
-}
-
-// False too when the file system cannot tell.
-bool PodeJogar() {
-    try {
-        return ObterControlador().PodeJogar();
-    } catch (const std::exception&) {
-        return false;
-    }
 }
 
 CentroDaPrincipal Centro() {
@@ -255,7 +247,7 @@ void AtualizarTela() {
     MostrarProgresso();
     const bool ocupado = controlador.Ocupado();
     Habilitar(Botao(kBotaoOpcoes), !ocupado);
-    Habilitar(Botao(kBotaoConectar), PodeJogar());
+    Habilitar(Botao(kBotaoConectar), controlador.PodeJogarAgora());
     // Whenever it is idle, not at the end of a run alone: a start or an update may fail between two refreshes. The
     // controller hands each message out once.
     if (!ocupado) MostrarMensagemFinal();
@@ -263,13 +255,13 @@ void AtualizarTela() {
 
 void JogarAgora() {
     EstadoInterface& ui = ObterInterface();
-    if (ui.quit || !PodeJogar()) return;
+    if (ui.quit || !ObterControlador().PodeJogarAgora()) return;
     ui.opcoesDoJogo = LerOpcoesJogo();
     TrocarApiQueNaoRoda();
     try {
         ObterControlador().Jogar();
     } catch (const std::exception& falha) {
-        LogLinha("Jogar: {}", falha.what());
+        LogLinha("Jogar: {}", TextoDaExcecao(falha));
     }
 }
 
