@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/arquivo.h"
+#include "core/excecao.h"
 #include "core/log.h"
 #include "core/texto.h"
 #include "core/utf16.h"
@@ -120,7 +121,7 @@ void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas)
         feito = (RetomarEstacionado(a) || BaixarComTentativas(a, tentativas)) && Colocar(a);
     } catch (const std::exception& falha) {
         // Memory or threads have run out: this item's trouble, and not the end of the program.
-        a.erro = falha.what();
+        a.erro = TextoDaExcecao(falha);
         LogLinha("[update] {}: {}", a.normal, a.erro);
     }
     if (feito) {

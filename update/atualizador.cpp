@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/config.h"
+#include "core/excecao.h"
 #include "core/log.h"
 #include "update/agendador.h"
 #include "update/busca_lista.h"
@@ -79,7 +80,7 @@ void Atualizador::Iniciar(bool reparar) {
     try {
         trabalhador_ = std::thread(&Atualizador::RodarProtegido, this, reparar);
     } catch (const std::system_error& falha) {
-        Falhar(Formatar("Falha inesperada na atualização: {}.", falha.what()));
+        Falhar(Formatar("Falha inesperada na atualização: {}.", TextoDaExcecao(falha)));
         emCurso_ = false;
     }
 }
@@ -90,7 +91,7 @@ void Atualizador::RodarProtegido(bool reparar) noexcept {
     try {
         Rodar(reparar);
     } catch (const std::exception& falha) {
-        painel_.Definir(StatusUpdate::kErro, Formatar("Falha inesperada na atualização: {}.", falha.what()));
+        painel_.Definir(StatusUpdate::kErro, Formatar("Falha inesperada na atualização: {}.", TextoDaExcecao(falha)));
     }
     cache_.Gravar();
     const std::lock_guard guarda(travaAviso_);
