@@ -154,7 +154,7 @@ HRESULT VisaoSite::RegistrarTratadores() {
 }
 
 HRESULT VisaoSite::Navegar() {
-    initial_navigation_ = true;
+    estado_.initial_navigation = true;
     return visao_.Valor()->Navigate(ambiente_.endereco.c_str());
 }
 
@@ -164,14 +164,14 @@ void VisaoSite::NavegacaoComecou(ICoreWebView2NavigationStartingEventArgs& event
     BOOL redirecionada = FALSE;
     evento.get_IsUserInitiated(&doUsuario);
     evento.get_IsRedirected(&redirecionada);
-    const bool inicial = std::exchange(initial_navigation_, false);
+    const bool inicial = std::exchange(estado_.initial_navigation, false);
     if (inicial || doUsuario == FALSE || redirecionada != FALSE) return;
     evento.put_Cancel(TRUE);
     AbrirFora(EnderecoDe(evento));
 }
 
 void VisaoSite::NavegacaoTerminou(ICoreWebView2NavigationCompletedEventArgs&) {
-    site_shown_ = true;
+    estado_.site_shown = true;
     controlador_.Valor()->put_IsVisible(visivel_ ? TRUE : FALSE);
 }
 
@@ -194,7 +194,7 @@ void VisaoSite::AbrirFora(const std::wstring& endereco) {
 
 void VisaoSite::DefinirVisivel(bool visivel) {
     visivel_ = visivel;
-    if (controlador_ && site_shown_) controlador_.Valor()->put_IsVisible(visivel_ ? TRUE : FALSE);
+    if (controlador_ && estado_.site_shown) controlador_.Valor()->put_IsVisible(visivel_ ? TRUE : FALSE);
 }
 
 void VisaoSite::JanelaMoveu() {
@@ -203,13 +203,13 @@ void VisaoSite::JanelaMoveu() {
 
 // A failure can be told twice, by a call and by the callback that it made.
 void VisaoSite::FalharCom(std::string_view linhaDoLog) {
-    if (site_failed_) return;
+    if (estado_.site_failed) return;
     LogLinha(linhaDoLog);
     Falhar();
 }
 
 void VisaoSite::Falhar() {
-    site_failed_ = true;
+    estado_.site_failed = true;
     Liberar();
     ambiente_.repintarCentro();
 }

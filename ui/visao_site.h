@@ -37,11 +37,13 @@ class VisaoSite {
     // A view covers the centre.
     [[nodiscard]] bool Presente() const { return static_cast<bool>(controlador_); }
     // It could not be brought up, or it was lost.
-    [[nodiscard]] bool site_failed() const { return site_failed_; }
+    [[nodiscard]] bool site_failed() const { return estado_.site_failed; }
     // The first page has completed.
-    [[nodiscard]] bool site_shown() const { return site_shown_; }
+    [[nodiscard]] bool site_shown() const { return estado_.site_shown; }
     // There is nothing more to wait for.
-    [[nodiscard]] bool Assentou() const { return ambiente_.endereco.empty() || site_shown_ || site_failed_; }
+    [[nodiscard]] bool Assentou() const {
+        return ambiente_.endereco.empty() || estado_.site_shown || estado_.site_failed;
+    }
 
     // The window has been hidden or minimised, or is back. Never shows the view before its first page has completed.
     void DefinirVisivel(bool visivel);
@@ -77,10 +79,12 @@ class VisaoSite {
     HWND janela_ = nullptr;
     Com<ICoreWebView2Controller> controlador_;
     Com<ICoreWebView2> visao_;
-    bool site_failed_ = false;
-    bool site_shown_ = false;
-    bool initial_navigation_ = false;  // the launcher's own navigation, which is no click of the user
-    bool visivel_ = true;              // what the window wants
+    struct {
+        bool site_failed = false;
+        bool site_shown = false;
+        bool initial_navigation = false;  // the launcher's own navigation, which is no click of the user
+    } estado_;
+    bool visivel_ = true;  // what the window wants
 
     // Held weakly by every callback, since the runtime may keep those for longer. Gone: nobody listens any more.
     std::shared_ptr<VisaoSite*> vida_ = std::make_shared<VisaoSite*>(this);
