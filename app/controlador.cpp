@@ -45,12 +45,15 @@ void ControladorLauncher::Iniciar() {
     LogLinha("ZuLauncher {} | cliente {} | update {}{}", VersaoDoLauncher(), ParaUtf8(config.pastaJogo.native()),
              config.urlUpdate.empty() ? "(não configurado)" : std::string_view(config.urlUpdate),
              config.reaberto > 0 ? " | reaberto pelo UpdaterHelper" : "");
-    sentencaEntregue_ = false;
-    entregaTentada_ = false;
+    encerrado_ = false;
     // What was found out for an earlier run is not this one's answer.
     diagnosticoIniciado_ = false;
     apiConferida_ = false;
     RenovarRequisitos();
+    if (!possui_) return;
+    comecou_ = true;
+    sentencaEntregue_ = false;
+    entregaTentada_ = false;
     atualizador_.Iniciar(config.reparar);
 }
 
@@ -75,6 +78,10 @@ void ControladorLauncher::Tick() {
 
 void ControladorLauncher::Notificar(NumeroDoEvento numero) {
     if (observador_ != nullptr) observador_->Notificar({numero});
+}
+
+bool ControladorLauncher::EntregaPorFazer() const {
+    return !entregaTentada_ && Estado().status == StatusUpdate::kReiniciando;
 }
 
 // True when the launcher has to quit for the helper; where there is none to quit for, the run ends in an error that the
@@ -110,7 +117,7 @@ void ControladorLauncher::IniciarDiagnostico() {
 
 // An interface that does not run here gives way to the other one, if that one does.
 void ControladorLauncher::CorrigirApi(const ResultadoRequisitos& requisitos) {
-    if (!requisitos.concluido || !requisitos.relatorioLido || std::exchange(apiConferida_, true)) return;
+    if (!possui_ || !requisitos.concluido || !requisitos.relatorioLido || std::exchange(apiConferida_, true)) return;
     OpcoesJogo opcoes = LerOpcoesJogo();
     const std::string api = ApiQueRoda(opcoes.api, requisitos);
     if (api == opcoes.api) return;
@@ -150,6 +157,7 @@ bool ControladorLauncher::PodeJogarAgora() {
 
 void ControladorLauncher::Jogar() {
     if (!PodeJogar() || partida_->abrindo.exchange(true)) return;
+    comecou_ = true;
     {
         const std::lock_guard guarda(partida_->trava);
         partida_->erro.clear();
@@ -210,12 +218,17 @@ std::string ControladorLauncher::TomarMensagemFinal() {
     }
     const EstadoAtualizacao estado = Estado();
     if (Atualizando() || !PedeExplicacao(estado.status) || std::exchange(sentencaEntregue_, true)) return {};
-    return estado.texto;
+    const bool semServico = estado.status == StatusUpdate::kSemServidor && ObterConfig().urlUpdate.empty();
+    return semServico ? std::string() : estado.texto;
 }
 
-void ControladorLauncher::Encerrar(std::chrono::milliseconds limite) {
+bool ControladorLauncher::Encerrar(int codigo) {
+    if (std::exchange(encerrado_, true)) return !Atualizando();
     atualizador_.Cancelar();
-    atualizador_.Aguardar(limite);
+    const bool terminou = atualizador_.Aguardar(regras_.esperaDoFim);
+    atualizador_.GuardarCache();
+    LogLinha("ZuLauncher encerrado (código {})", codigo);
+    return terminou;
 }
 
 ControladorLauncher& ObterControlador() {

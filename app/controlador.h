@@ -40,6 +40,7 @@ class ObservadorLauncher {
 struct RegrasDoControlador {
     std::chrono::milliseconds limiteDoDiagnostico{30'000};
     std::chrono::milliseconds esperaConfirmacao{120'000};
+    std::chrono::milliseconds esperaDoFim{250};  // for the update run, once the launcher ends
 };
 
 // All operations are called from the front end's one thread; the quit handler and the observer are called there too.
@@ -51,6 +52,10 @@ class ControladorLauncher {
     void DefinirSaida(std::function<void()> saida) { saida_ = std::move(saida); }
     // Null: nobody is notified. The observer must outlive its use here.
     void DefinirObservador(ObservadorLauncher* observador) { observador_ = observador; }
+
+    // Whether the game folder is this process's to write, as it is until this is told otherwise. Where it is not,
+    // `Iniciar` starts no update, and the game's options are left as they are.
+    void DefinirPosse(bool possui) { possui_ = possui; }
 
     // Logs the title line and starts the update run.
     void Iniciar();
@@ -73,19 +78,23 @@ class ControladorLauncher {
     [[nodiscard]] bool Atualizando() const { return atualizador_.EmCurso(); }
     // A start of the game is under way until `Tick` has acted on how it went.
     [[nodiscard]] bool AbrindoJogo() const { return partida_->abrindo || partida_->sair || partida_->mostrar; }
-    [[nodiscard]] bool Ocupado() const { return Atualizando() || AbrindoJogo(); }
+    // From the start of a run until all that comes of it by itself has been done.
+    [[nodiscard]] bool Ocupado() const { return Atualizando() || AbrindoJogo() || EntregaPorFazer(); }
+    // Whether an update or a start of the game has begun since this was last asked; it may have ended meanwhile.
+    bool TomarComeco() { return std::exchange(comecou_, false); }
     // With `--jogar`, until the start by itself has been made.
     [[nodiscard]] bool InicioAutomaticoPorFazer() const;
     [[nodiscard]] EstadoAtualizacao Estado() const { return atualizador_.Estado(); }
 
     // What a run that has just ended has to tell the player: why a start failed, or how the update went wrong. Empty
-    // when there is nothing. Handed out once.
+    // when there is nothing, as there is not where no update was to be had. Handed out once.
     std::string TomarMensagemFinal();
 
     // Tells the update run to stop; returns at once.
     void Cancelar() { atualizador_.Cancelar(); }
-    // Cancels what is under way and waits for it, but not for longer than `limite`: nothing on disk depends on it.
-    void Encerrar(std::chrono::milliseconds limite);
+    // Before the process ends: cancels the update run, waits a moment for it, saves the file cache and logs the exit
+    // code. Only the first call does so. False when the run was not over by then and may still write to the folder.
+    bool Encerrar(int codigo);
 
  private:
     // What a start of the game tells back. Shared with its thread, which may outlive the controller.
@@ -100,6 +109,7 @@ class ControladorLauncher {
     static void AbrirNaThread(const std::shared_ptr<Partida>& partida, bool fechar, std::chrono::milliseconds espera);
 
     void Notificar(NumeroDoEvento numero);
+    [[nodiscard]] bool EntregaPorFazer() const;
     bool EntregarTrocas();
     void IniciarDiagnostico();
     void CorrigirApi(const ResultadoRequisitos& requisitos);
@@ -111,6 +121,9 @@ class ControladorLauncher {
     ObservadorLauncher* observador_ = nullptr;
     std::string falhaRegistrada_;  // what `PodeJogarAgora` has logged last
     std::shared_ptr<Partida> partida_ = std::make_shared<Partida>();
+    bool possui_ = true;
+    bool comecou_ = false;
+    bool encerrado_ = false;
     bool entregaTentada_ = false;
     bool diagnosticoIniciado_ = false;
     bool apiConferida_ = false;

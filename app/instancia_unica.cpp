@@ -1,41 +1,57 @@
 #include "app/instancia_unica.h"
 
+#include <chrono>
+
 namespace zu::launcher {
 namespace {
 
-constexpr DWORD kEsperaPelaAnterior = 15'000;  // ms
+constexpr std::chrono::seconds kEsperaPelaAnterior{15};
+constexpr std::chrono::seconds kEsperaPelaJanela{2};
+constexpr std::chrono::milliseconds kPasso{50};
 
-bool Obtido(DWORD espera) {
-    return espera == WAIT_OBJECT_0 || espera == WAIT_ABANDONED;
-}
-
-}  // namespace
-
-InstanciaUnica::InstanciaUnica(const std::filesystem::path& pastaJogo, bool reaberto, bool captura)
-    : mutex_(CreateMutexW(nullptr, FALSE, NomeDaInstancia(pastaJogo).c_str())) {
-    const bool existia = GetLastError() == ERROR_ALREADY_EXISTS;
-    // Without a mutex the run goes on unprotected: better than no launcher at all.
-    if (!mutex_) return;
-    if (!existia || captura) {
-        possuida_ = Obtido(WaitForSingleObject(mutex_.Valor(), 0));
-        return;
-    }
-    possuida_ = reaberto && Obtido(WaitForSingleObject(mutex_.Valor(), kEsperaPelaAnterior));
-    outra_ = !possuida_;
-}
-
-InstanciaUnica::~InstanciaUnica() {
-    if (possuida_) ReleaseMutex(mutex_.Valor());
-}
-
-void ChamarOutraInstancia() {
-    const HWND janela = FindWindowW(kClasseDaJanela, nullptr);
-    if (janela == nullptr) return;
+bool Chamar(const std::wstring& nome) {
+    const HWND janela = JanelaDaInstancia(nome);
+    if (janela == nullptr) return false;
     // The player has just started this process, so it may hand on the right to come to the front.
     DWORD processo = 0;
     GetWindowThreadProcessId(janela, &processo);
     AllowSetForegroundWindow(processo);
-    PostMessageW(janela, MensagemAbrirInstancia, 0, 0);
+    return PostMessageW(janela, MensagemAbrirInstancia, 0, 0) != 0;
+}
+
+}  // namespace
+
+InstanciaUnica::InstanciaUnica(const std::filesystem::path& pastaJogo)
+    : nome_(NomeDaInstancia(pastaJogo)), posse_(pastaJogo), possui_(posse_.Tomar({})) {}
+
+bool InstanciaUnica::EsperarOuChamar(bool reaberto) {
+    using Relogio = std::chrono::steady_clock;
+    const Relogio::time_point limite = Relogio::now() + (reaberto ? kEsperaPelaAnterior : kEsperaPelaJanela);
+    do {
+        if (!reaberto && Chamar(nome_)) return false;
+        possui_ = posse_.Tomar(kPasso);
+        if (possui_) return true;
+    } while (Relogio::now() < limite);
+    Chamar(nome_);
+    return false;
+}
+
+// The name of the property is what is looked for; its value says nothing.
+void AnunciarInstancia(HWND janela, const std::filesystem::path& pastaJogo) {
+    SetPropW(janela, NomeDaInstancia(pastaJogo).c_str(), janela);
+    ChangeWindowMessageFilterEx(janela, MensagemAbrirInstancia, MSGFLT_ALLOW, nullptr);
+}
+
+void RecolherInstancia(HWND janela, const std::filesystem::path& pastaJogo) {
+    RemovePropW(janela, NomeDaInstancia(pastaJogo).c_str());
+}
+
+HWND JanelaDaInstancia(const std::wstring& nome) {
+    HWND janela = nullptr;
+    do {
+        janela = FindWindowExW(nullptr, janela, kClasseDaJanela, nullptr);
+    } while (janela != nullptr && GetPropW(janela, nome.c_str()) == nullptr);
+    return janela;
 }
 
 }  // namespace zu::launcher

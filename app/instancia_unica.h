@@ -4,8 +4,8 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <string>
 
-#include "core/handle.h"
 #include "core/instancia.h"
 
 namespace zu::launcher {
@@ -17,23 +17,30 @@ constexpr wchar_t kClasseDaJanela[] = L"ZuLauncherJanela";
 // Holds the folder for as long as it lives, on the thread that took it.
 class InstanciaUnica {
  public:
-    // `reaberto`: the swap helper started this run, so the instance before it may still be closing and is waited for.
-    // `captura`: the run goes on beside another instance.
-    InstanciaUnica(const std::filesystem::path& pastaJogo, bool reaberto, bool captura);
-    InstanciaUnica(const InstanciaUnica&) = delete;
-    InstanciaUnica& operator=(const InstanciaUnica&) = delete;
-    ~InstanciaUnica();
+    // Takes the folder when it is free; does not wait.
+    explicit InstanciaUnica(const std::filesystem::path& pastaJogo);
 
-    // True when another instance serves the folder; this one has to end.
-    [[nodiscard]] bool Outra() const { return outra_; }
+    // Whether the folder is this process's to write.
+    [[nodiscard]] bool Possui() const { return possui_; }
+
+    // For a run that found the folder taken. True once the folder is its own; otherwise it has to end. `reaberto`: the
+    // swap helper started this run, so the instance before it is closing and is waited for, 15 s at most. Else the
+    // instance is asked to show its window; while it has none it may be ending or still starting, which takes 2 s to
+    // tell from one that never has any.
+    bool EsperarOuChamar(bool reaberto);
 
  private:
-    HandleKernel mutex_;
-    bool possuida_ = false;
-    bool outra_ = false;
+    std::wstring nome_;
+    PosseDaPasta posse_;
+    bool possui_;
 };
 
-// Brings the running instance's window to the front, if it has one.
-void ChamarOutraInstancia();
+// Makes the main window the one that another start for this folder wakes, whatever right level that start has; and no
+// longer, which the window's owner calls before the window goes.
+void AnunciarInstancia(HWND janela, const std::filesystem::path& pastaJogo);
+void RecolherInstancia(HWND janela, const std::filesystem::path& pastaJogo);
+
+// The window that was announced for the folder, of any process; null when there is none.
+HWND JanelaDaInstancia(const std::wstring& nome);
 
 }  // namespace zu::launcher

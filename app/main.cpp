@@ -4,7 +4,7 @@
 // after windows.h
 #include <objbase.h>
 
-#include <chrono>
+#include <memory>
 #include <string>
 
 #include "app/controlador.h"
@@ -22,7 +22,6 @@ namespace {
 
 constexpr int kCodigoOutraInstancia = 0;
 constexpr int kCodigoRecusada = 2;
-constexpr std::chrono::milliseconds kEsperaPelosTrabalhos{2000};
 
 // Built-in: the name in the file is not to be trusted here.
 constexpr wchar_t kNomeDoPrograma[] = L"Zu Launcher";
@@ -46,14 +45,18 @@ int Rodar() {
     const ConfigLauncher& config = ObterConfig();
     if (!config.erro.empty()) return RecusarConfiguracao(config);
 
-    const InstanciaUnica instancia(config.pastaJogo, config.reaberto > 0, !config.captura.empty());
-    if (instancia.Outra()) {
-        ChamarOutraInstancia();
+    auto instancia = std::make_unique<InstanciaUnica>(config.pastaJogo);
+    // A capture run goes on beside the instance that has the folder.
+    if (!instancia->Possui() && config.captura.empty() && !instancia->EsperarOuChamar(config.reaberto > 0)) {
         return kCodigoOutraInstancia;
     }
+    ControladorLauncher& controlador = ObterControlador();
+    controlador.DefinirPosse(instancia->Possui());
     const int codigo = config.semInterface ? RodarSemInterface() : RodarInterface();
-    ObterControlador().Encerrar(kEsperaPelosTrabalhos);
-    LogLinha("ZuLauncher encerrado (código {})", codigo);
+    // A run that hangs in the network may still write: then the folder is let go by the end of the process, which comes
+    // after the end of its threads.
+    if (!controlador.Encerrar(codigo)) [[maybe_unused]]
+        auto* const ateOFim = instancia.release();
     return codigo;
 }
 

@@ -68,6 +68,7 @@ add_library(zu_ui STATIC
     ui/controle.cpp
     ui/desenho.cpp
     ui/estado_interface.cpp
+    ui/fim_da_interface.cpp
     ui/fontes.cpp
     ui/interface.cpp
     ui/janela_diagnostico.cpp

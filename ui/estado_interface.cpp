@@ -1,6 +1,7 @@
 #include "ui/estado_interface.h"
 
-#include "app/controlador.h"
+#include <algorithm>
+
 #include "core/config.h"
 #include "core/utf16.h"
 
@@ -14,12 +15,6 @@ std::unique_ptr<EstadoInterface>& Instancia() {
     return instancia;
 }
 
-BOOL CALLBACK FecharCaixaDeMensagem(HWND janela, LPARAM) {
-    constexpr ATOM kClasseDosDialogos = 32770;
-    if (GetClassLongPtrW(janela, GCW_ATOM) == kClasseDosDialogos) PostMessageW(janela, WM_CLOSE, 0, 0);
-    return TRUE;
-}
-
 }  // namespace
 
 EstadoInterface& ObterInterface() {
@@ -29,7 +24,9 @@ EstadoInterface& ObterInterface() {
 AmbienteSite AmbienteDaInterface() {
     const ConfigLauncher& config = ObterConfig();
     AmbienteSite ambiente;
-    ambiente.endereco = DeUtf8(config.urlSite);
+    // Older shortcuts ask for a launcher without the site.
+    const bool semSite = std::ranges::find(config.argumentos, L"--sem-cef") != config.argumentos.end();
+    if (!semSite) ambiente.endereco = DeUtf8(config.urlSite);
     ambiente.seletor = config.seletor;
     ambiente.terminando = [] { return ObterInterface().quit; };
     ambiente.repintarCentro = [] {
@@ -77,22 +74,6 @@ HWND JanelaDaFrente() {
         if (janela != nullptr) return janela;
     }
     return ui.principal;
-}
-
-void PedirFim() {
-    EstadoInterface& ui = ObterInterface();
-    ui.quit = true;
-    // An open list's menu, a window being dragged and a message box run loops of the system's, which know nothing of
-    // `quit`.
-    EndMenu();
-    SendMessageW(JanelaDaFrente(), WM_CANCELMODE, 0, 0);
-    EnumThreadWindows(GetCurrentThreadId(), FecharCaixaDeMensagem, 0);
-    PostMessageW(ui.principal, WM_NULL, 0, 0);
-}
-
-void CancelarEPedirFim() {
-    ObterControlador().Cancelar();
-    PedirFim();
 }
 
 }  // namespace zu::launcher

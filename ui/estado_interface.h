@@ -17,6 +17,13 @@ namespace zu::launcher {
 // Opens `enderecosPorAbrir` in the browser; for the main window.
 constexpr UINT MSG_ABRIR_ENDERECOS = WM_APP + 2;
 
+// Where the player's wish to close stands while a game is starting.
+enum class Fechamento {
+    kNenhum,
+    kAdiado,    // the windows are hidden; the run ends once the start is over
+    kRetirado,  // another start of the launcher has shown them again; the next wish is granted at once
+};
+
 // What the site view is told of this interface.
 AmbienteSite AmbienteDaInterface();
 
@@ -28,7 +35,10 @@ struct EstadoInterface {
     HWND diagnostico = nullptr;
 
     bool quit = false;  // every message loop ends
-    int superior = 0;   // the two bars, 0 to 100
+    bool running_before =
+        false;  // the controller was busy when last looked at, and what came of it is still to be told
+    Fechamento fechamento = Fechamento::kNenhum;
+    int superior = 0;  // the two bars, 0 to 100
     int inferior = 0;
     VisaoSite site{AmbienteDaInterface()};
     CaixaDaTira sobre = CaixaDaTira::kNenhuma;   // in the main window's title strip
@@ -56,10 +66,5 @@ void MostrarJanela(HWND janela);
 
 // The topmost open window of the launcher.
 HWND JanelaDaFrente();
-
-// Ends the interface: every loop of messages returns, open menus and message boxes too.
-void PedirFim();
-// The same at the player's wish: what the controller has under way is cancelled.
-void CancelarEPedirFim();
 
 }  // namespace zu::launcher

@@ -7,6 +7,7 @@
 #include "ui/captura.h"
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
+#include "ui/fim_da_interface.h"
 #include "ui/janela_diagnostico.h"
 #include "ui/janela_opcoes.h"
 #include "ui/janela_principal.h"
@@ -62,7 +63,7 @@ bool TeclaNossa(const MSG& mensagem) {
     if (mensagem.wParam == VK_RETURN)
         JogarAgora();
     else
-        CancelarEPedirFim();
+        FecharLauncher();
     return true;
 }
 

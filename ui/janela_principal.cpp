@@ -15,6 +15,7 @@
 #include "game/veredito.h"
 #include "ui/controle.h"
 #include "ui/estado_interface.h"
+#include "ui/fim_da_interface.h"
 #include "ui/janela_opcoes.h"
 #include "ui/modal.h"
 
@@ -62,7 +63,7 @@ void Pintar(HWND janela, HDC dc) {
 void AoClicarNaTira(HWND janela, POINT ponto) {
     switch (CaixaNoPonto(ponto, kLarguraPrincipal, true)) {
         case CaixaDaTira::kFechar:
-            CancelarEPedirFim();
+            FecharLauncher();
             break;
         case CaixaDaTira::kMinimizar:
             ShowWindow(janela, SW_MINIMIZE);
@@ -84,7 +85,7 @@ void AoComando(int id) {
             JogarAgora();
             break;
         case kBotaoFechar:
-            CancelarEPedirFim();
+            FecharLauncher();
             break;
         default:
             break;
@@ -123,7 +124,7 @@ LRESULT CALLBACK ProcedimentoDaPrincipal(HWND janela, UINT mensagem, WPARAM wPar
             AoClicarNaTira(janela, PontoDe(lParam));
             return 0;
         case WM_CLOSE:
-            CancelarEPedirFim();
+            FecharLauncher();
             return 0;
         case WM_TIMER:
             if (wParam == kRelogioDaPrincipal) AtualizarTela();
@@ -144,12 +145,16 @@ LRESULT CALLBACK ProcedimentoDaPrincipal(HWND janela, UINT mensagem, WPARAM wPar
             Iniciar(janela);
             return 0;
         case MSG_TRAZER_FRENTE:
-            MostrarLauncher(true);
+            AtenderOutraInstancia();
             return 0;
         case MSG_ABRIR_ENDERECOS:
             AbrirEnderecosPedidos();
             return 0;
+        case WM_ENDSESSION:
+            if (wParam != FALSE) EncerrarComASessao();
+            return 0;
         case WM_DESTROY:
+            RecolherInstancia(janela, ObterConfig().pastaJogo);
             PostQuitMessage(0);
             return 0;
         default:
@@ -202,11 +207,23 @@ void MostrarProgresso() {
     InvalidateRect(ui.principal, &area, FALSE);
 }
 
-// What the controller has to say about a run that has just ended.
-void MostrarMensagemFinal() {
-    const std::wstring mensagem = DeUtf8(ObterControlador().TomarMensagemFinal());
-    if (mensagem.empty() || ModoCaptura()) return;
-    MessageBoxW(ObterInterface().principal, mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
+// Not over a launcher that is hidden or ends, nor over one that is about to start the game by itself.
+bool PodeMostrarMensagem() {
+    const EstadoInterface& ui = ObterInterface();
+    return !ui.quit && IsWindowVisible(ui.principal) &&
+           !(ObterControlador().InicioAutomaticoPorFazer() && ObterControlador().PodeJogarAgora());
+}
+
+// What the controller has to say about runs that have ended. What a box that is closed with the launcher leaves unsaid
+// is asked for after the run that hid it.
+void MostrarMensagensFinais() {
+    while (PodeMostrarMensagem()) {
+        const std::wstring mensagem = DeUtf8(ObterControlador().TomarMensagemFinal());
+        if (mensagem.empty()) return;
+        if (ModoCaptura()) continue;
+        MessageBoxW(ObterInterface().principal, mensagem.c_str(), TituloDoLauncher().c_str(),
+                    MB_OK | MB_ICONEXCLAMATION);
+    }
 }
 
 // The graphics interface of the options gives way to the other one when only that runs here.
@@ -234,6 +251,8 @@ HWND CriarPrincipal(HINSTANCE modulo) {
     ArredondarJanela(janela, {kLarguraPrincipal, kAlturaPrincipal});
     for (const BotaoDaPrincipal& b : kBotoes)
         CriarControle(janela, b.kind, b.id, b.texto, b.lugar);
+    // Nobody is helped by seeing the windows of a capture run.
+    if (!ModoCaptura()) AnunciarInstancia(janela, ObterConfig().pastaJogo);
     return janela;
 }
 
@@ -243,14 +262,17 @@ void AtualizarTela() {
     const auto terminando = [&] { return ui.quit || ui.principal == nullptr; };
     if (terminando()) return;
     controlador.Tick();
+    ConcluirFechamento();
     if (terminando()) return;
     MostrarProgresso();
     const bool ocupado = controlador.Ocupado();
     Habilitar(Botao(kBotaoOpcoes), !ocupado);
     Habilitar(Botao(kBotaoConectar), controlador.PodeJogarAgora());
-    // Whenever it is idle, not at the end of a run alone: a start or an update may fail between two refreshes. The
-    // controller hands each message out once.
-    if (!ocupado) MostrarMensagemFinal();
+    // A run may begin and fail between two refreshes; it was under way all the same.
+    if (controlador.TomarComeco() || ocupado) ui.running_before = true;
+    if (ocupado || !ui.running_before || !PodeMostrarMensagem()) return;
+    ui.running_before = false;
+    MostrarMensagensFinais();
 }
 
 void JogarAgora() {
@@ -263,17 +285,6 @@ void JogarAgora() {
     } catch (const std::exception& falha) {
         LogLinha("Jogar: {}", TextoDaExcecao(falha));
     }
-}
-
-void MostrarLauncher(bool visivel) {
-    const EstadoInterface& ui = ObterInterface();
-    for (const HWND janela : {ui.principal, ui.opcoes, ui.requisitos, ui.diagnostico}) {
-        if (janela == nullptr) continue;
-        const int mostrar = ModoCaptura() ? SW_SHOWNOACTIVATE : IsIconic(janela) ? SW_RESTORE : SW_SHOW;
-        ShowWindow(janela, visivel ? mostrar : SW_HIDE);
-    }
-    // A message box over the topmost window is in front of it.
-    if (visivel && !ModoCaptura()) SetForegroundWindow(GetLastActivePopup(JanelaDaFrente()));
 }
 
 }  // namespace zu::launcher

@@ -29,7 +29,4 @@ void AtualizarTela();
 // Starts the game if it can be started now.
 void JogarAgora();
 
-// Shows the launcher's windows and brings the topmost to the front, or hides them while the game starts.
-void MostrarLauncher(bool visivel);
-
 }  // namespace zu::launcher

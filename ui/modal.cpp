@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/log.h"
+#include "ui/fim_da_interface.h"
 
 namespace zu::launcher {
 namespace {

@@ -6,8 +6,8 @@
 //
 //  1. Diagnosis: --requisitos-json=PATH writes a report to PATH and ends with 0.
 //     relatorio=NAME        which report (relatorios.h lists them; default "bom"), or
-//                           "nenhum": none; "travar": none, and hangs until it is ended;
-//                           "copiar": the bytes of "jogo_falso.json" beside the program
+//                           "nenhum": none; "travar": none, and hangs until it is ended or there is a file "siga"
+//                           beside it; "copiar": the bytes of "jogo_falso.json" beside the program
 //     demora=MS             waits before it writes
 //     fica=MS               lives on after it has written
 //     --requisitos-simular=NAME takes the place of relatorio=, when it is a name that relatorio= knows.
@@ -19,6 +19,7 @@
 //     aperto=confirmar      the default, as above
 //     aperto=sair           ends with 0 at once, without a word
 //     aperto=calar          never confirms, lives on
+//     esperar=1             looks at its token only once there is a file "siga" beside the program
 //     viver=MS              how long it lives (default 3000)
 //     The log then has "api X" and "token errado" or "token certo SHA-256 OF THE TOKEN".
 #include <windows.h>
@@ -99,14 +100,19 @@ void RegistrarInicio(const Argumentos& argumentos) {
     Registrar(linha);
 }
 
+void EsperarSinal() {
+    while (!std::filesystem::exists(PastaDoPrograma() / L"siga"))
+        Sleep(10);
+}
+
 int Diagnosticar(const Argumentos& argumentos, const std::string& destino) {
     std::string nome = Ajuste("relatorio", "bom");
     const std::string simular = Opcao(argumentos, "--requisitos-simular=");
     if (!MontarRelatorio(simular).empty()) nome = simular;
     const std::string relatorio = nome == "copiar" ? LerDaPasta(L"jogo_falso.json") : MontarRelatorio(nome);
     Dormir("demora", "0");
-    if (nome == "travar") Sleep(INFINITE);
-    if (nome == "nenhum") return 0;
+    if (nome == "travar") EsperarSinal();
+    if (nome == "nenhum" || nome == "travar") return 0;
     if (!GravarArquivoAtomico(DeUtf8(destino), relatorio)) return 1;
     Dormir("fica", "0");
     return 0;
@@ -129,6 +135,7 @@ int Jogar(const Argumentos& argumentos) {
     Registrar("api " + Opcao(argumentos, "--api="));
     const std::string aperto = Ajuste("aperto", "confirmar");
     if (aperto == "sair") return 0;
+    if (Ajuste("esperar", "0") == "1") EsperarSinal();
     const std::string token = LerToken();
     const std::span bytes(reinterpret_cast<const std::uint8_t*>(token.data()), token.size());
     const bool certo = !token.empty() && Opcao(argumentos, "--launcher=") == ParaHex(bytes);

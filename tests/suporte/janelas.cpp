@@ -1,7 +1,17 @@
 #include "tests/suporte/janelas.h"
 
+#include <objbase.h>
+
+#include <algorithm>
 #include <memory>
 #include <utility>
+
+#include "app/instancia_unica.h"
+#include "game/opcoes.h"
+#include "tests/suporte/espera.h"
+#include "tests/suporte/processo.h"
+#include "ui/estado_interface.h"
+#include "ui/interface.h"
 
 namespace zu::launcher::teste {
 namespace {
@@ -44,6 +54,74 @@ void NaThreadDe(HWND janela, const std::function<void()>& trabalho) {
         reinterpret_cast<WNDPROC>(SetWindowLongPtrW(janela, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(comTrabalho)));
     SendMessageW(janela, kRodar, 0, reinterpret_cast<LPARAM>(&trabalho));
     SetWindowLongPtrW(janela, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original));
+}
+
+void Clicar(HWND controle) {
+    SendMessageW(controle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    SendMessageW(controle, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+}
+
+void PuxarPelaTela(HWND janela, POINT ponto) {
+    ClientToScreen(janela, &ponto);
+    SetCursorPos(ponto.x, ponto.y);
+    mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+    mouse_event(MOUSEEVENTF_MOVE, 30, 20, 0, 0);
+}
+
+void SoltarNaTela() {
+    mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+}
+
+Interface::Interface()
+    : thread_([this] {
+          CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+          codigo_ = RodarInterface();
+          fim_ = true;
+      }) {
+    Esperar(std::chrono::seconds(10), [this] {
+        janela_ = FindWindowW(kClasseDaJanela, nullptr);
+        return janela_ != nullptr && IsWindowVisible(janela_);
+    });
+}
+
+ComServidor::ComServidor() {
+    Configurar(pasta_.Caminho(), servidor_.Url());
+    Publicar({{"a.bin", "a"}});
+}
+
+void ComServidor::Publicar(std::map<std::string, std::string> arquivos) {
+    publicacao_.arquivos = std::move(arquivos);
+    publicacao_.Servir(servidor_);
+}
+
+void ComServidor::PorJogo(const std::string& roteiro, bool fecharAoJogar) const {
+    std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
+    pasta_.Escrever("jogo_falso.txt", roteiro);
+    if (!fecharAoJogar) pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nFecharAoJogar=0\r\n");
+}
+
+std::ptrdiff_t ComServidor::QuantasLinhas(const std::string& inicio) const {
+    return std::ranges::count_if(LinhasDoLog(pasta_),
+                                 [&](const std::string& linha) { return linha.starts_with(inicio); });
+}
+
+std::pair<int, int> Interface::Barras() const {
+    std::pair<int, int> barras;
+    NaThreadDe(janela_, [&] { barras = {ObterInterface().superior, ObterInterface().inferior}; });
+    return barras;
+}
+
+int Interface::EsperarFim(std::chrono::milliseconds limite) {
+    if (!Esperar(limite, [this] { return fim_.load(); })) return -1;
+    thread_.join();
+    return codigo_;
+}
+
+int Interface::Fechar() {
+    if (!thread_.joinable()) return codigo_;
+    PostMessageW(janela_, WM_CLOSE, 0, 0);
+    thread_.join();
+    return codigo_;
 }
 
 bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto) {
