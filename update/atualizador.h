@@ -38,8 +38,6 @@ class Atualizador {
     void GuardarCache() { cache_.Gravar(std::chrono::milliseconds(100)); }
     // Waits for the run in progress; false when it has not ended by then.
     bool Aguardar(std::chrono::milliseconds limite);
-    // Saves the file cache when it has changed, also in the middle of a run.
-    void GuardarCache() { cache_.Gravar(); }
 
     [[nodiscard]] EstadoAtualizacao Estado() const { return painel_.Copia(); }
     // The swaps that the last run left for the helper program; empty again once a new run starts.
