@@ -55,8 +55,7 @@ int Rodar() {
     const int codigo = config.semInterface ? RodarSemInterface() : RodarInterface();
     // A run that hangs in the network may still write: then the folder is let go by the end of the process, which comes
     // after the end of its threads.
-    if (!controlador.Encerrar(codigo)) [[maybe_unused]]
-        auto* const ateOFim = instancia.release();
+    if (!controlador.Encerrar(codigo)) static_cast<void>(instancia.release());
     return codigo;
 }
 

@@ -16,6 +16,7 @@
 #include "tests/suporte/publicacao.h"
 #include "ui/janela_opcoes.h"
 #include "ui/janela_principal.h"
+#include "update/jogo_aberto.h"
 
 namespace zu::launcher {
 namespace {
@@ -204,6 +205,7 @@ TEST_F(Fim, CaixaDeMensagemFechaComOLauncherENaoAtrasaOInicio) {
         if (!sozinho) SendMessageW(ui.Janela(), WM_COMMAND, kBotaoConectar, 0);
         EXPECT_EQ(ui.EsperarFim(10s), 0);
         EXPECT_EQ(CaixaDeMensagem(), nullptr);
+        EXPECT_TRUE(Esperar(5s, [this] { return !JogoAberto(pasta_.Caminho()); }));
     }
     EXPECT_EQ(QuantasLinhas("Lançamento: anti-hack confirmou o token"), 2);
 }

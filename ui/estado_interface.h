@@ -35,8 +35,8 @@ struct EstadoInterface {
     HWND diagnostico = nullptr;
 
     bool quit = false;  // every message loop ends
-    bool running_before =
-        false;  // the controller was busy when last looked at, and what came of it is still to be told
+    // The controller was busy when last looked at, and what came of it is still to be told.
+    bool running_before = false;
     Fechamento fechamento = Fechamento::kNenhum;
     int superior = 0;  // the two bars, 0 to 100
     int inferior = 0;
