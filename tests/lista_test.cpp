@@ -44,6 +44,19 @@ TEST(Lista, LeTudoOQueOFormatoPermiteEEscreveOMesmo) {
     EXPECT_EQ(separada.assinatura, (std::vector<std::uint8_t>{1, 2, 3, 4}));
 }
 
+// Faults: a day that the calendar does not have expires the list; another form is guessed at; the last line that cannot
+// be read undoes one before.
+TEST(Lista, ValidadeSoNaFormaExata) {
+    const std::string item = "a\t00000001\t1\t\n";
+    const auto escrita = [&](const std::string& validade) { return ";seq\t0\n;validade\t" + validade + "\n" + item; };
+    for (const char* const certa : {"2027-01-31T00:00:00Z", "2028-02-29T23:59:59Z"})
+        EXPECT_EQ(Lida(";validade\t" + std::string(certa) + "\n;validade\tnunca\n" + item), escrita(certa));
+    for (const char* const errada :
+         {"2027-02-29T00:00:00Z", "2027-01-31T24:00:00Z", "2027-01-31T23:60:00Z", "2027-01-31T23:59:60Z",
+          "2027-01-31t00:00:00Z", "2027-01-31T00:00:00+00:00", "2027-01-31T00:00:00.5Z", "2027-1-31T00:00:00Z", ""})
+        EXPECT_EQ(Lida(";validade\t" + std::string(errada) + "\n" + item), ";seq\t0\n" + item) << errada;
+}
+
 TEST(Lista, RecusaNaPrimeiraLinhaComFalta) {
     const std::pair<std::string, const char*> casos[] = {
         {"", "lista vazia"},

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "core/arquivo.h"
 #include "core/config.h"
 #include "core/excecao.h"
 #include "core/log.h"
@@ -56,6 +57,9 @@ std::string FraseFinal(bool reparar, std::size_t baixados, std::size_t removidos
 void Concluir(Painel& painel, const update::UpdateList& lista, const std::string& frase) {
     const std::uint64_t pendentes = painel.Copia().estacionados;
     if (pendentes == 0) {
+        // What a hand-off or a helper that was interrupted left: nobody waits for it any more.
+        DeleteFileW(CaminhoPendente().c_str());
+        DeleteFileW(ComSufixo(CaminhoPendente(), L".tmp").c_str());
         GravarEstado(lista.seq, lista.versao);
         painel.Definir(StatusUpdate::kPronto, frase);
         return;

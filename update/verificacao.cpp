@@ -3,11 +3,13 @@
 #include <set>
 #include <utility>
 
+#include "core/arquivo.h"
 #include "core/log.h"
 #include "core/texto.h"
 #include "update/caminhos.h"
 #include "update/cliente.h"
 #include "update/hash_arquivo.h"
+#include "update/transferencia.h"
 
 namespace zu::launcher {
 namespace {
@@ -85,8 +87,11 @@ bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista
         const update::ItemLista& item = lista.itens[i];
         const std::string normal = update::NormalizarCaminho(item.caminho);
         const std::string chave = MinusculasAscii(normal);
-        const std::string_view situacao =
-            update::ChaveProtegida(chave) ? std::string_view{} : verificacao.Situacao(item, normal, chave);
+        const bool protegida = update::ChaveProtegida(chave);
+        const std::string_view situacao = protegida ? std::string_view{} : verificacao.Situacao(item, normal, chave);
+        // Parts that could not be deleted once they were joined.
+        if (situacao.empty() && !protegida && item.partes > 0)
+            ApagarPartes(ComSufixo(CaminhoNoCliente(normal), L".upd"), item.partes);
         // A path listed twice is fetched once: two downloads would write one temporary file.
         if (!situacao.empty() && !atualizador.Cancelado() && pedidos.insert(chave).second) {
             LogLinha("[update] {}: {}", normal, situacao);

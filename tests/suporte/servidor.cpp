@@ -1,6 +1,7 @@
 #include "tests/suporte/servidor.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 #include "core/formato.h"
@@ -20,14 +21,16 @@ bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
     return false;
 }
 
-// Reads up to the blank line that ends a request's headers. False when the client closed.
+// Reads up to the blank line that ends a request's headers, behind which nothing comes before the answer. False when
+// the client closed.
 bool LerCabeca(SOCKET conexao, std::string& cabeca, const std::atomic<bool>& fim) {
     cabeca.clear();
-    char letra = 0;
+    std::array<char, 2048> bloco{};
     if (!Esperar(conexao, fim)) return false;
     while (!cabeca.ends_with("\r\n\r\n")) {
-        if (recv(conexao, &letra, 1, 0) != 1) return false;
-        cabeca.push_back(letra);
+        const int lidos = recv(conexao, bloco.data(), static_cast<int>(bloco.size()), 0);
+        if (lidos <= 0) return false;
+        cabeca.append(bloco.data(), static_cast<std::size_t>(lidos));
     }
     return true;
 }
@@ -137,6 +140,9 @@ void Servidor::Atender(SOCKET conexao) {
     const int abertas = ++abertas_;
     for (int antes = maisConexoes_; antes < abertas && !maisConexoes_.compare_exchange_weak(antes, abertas);) {
     }
+    // Headers and body leave at once, instead of the body waiting until the client has confirmed the headers.
+    const BOOL semEspera = TRUE;
+    setsockopt(conexao, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&semEspera), sizeof semEspera);
     std::string cabeca;
     while (LerCabeca(conexao, cabeca, fim_)) {
         const Resposta resposta = Responder(LerPedido(cabeca));
