@@ -20,10 +20,14 @@ TEST_F(Arquivo, GravacaoAtomicaTrocaTudoOuNada) {
         EXPECT_TRUE(GravarArquivoAtomico(alvo, conteudo));
         EXPECT_EQ(pasta_.Ler("estado"), conteudo);
     }
-    pasta_.Escrever("estado", "antes");
+    // A run that was killed left its temporary file.
     {
-        const HandleArquivo preso(
-            CreateFileW(alvo.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        const HandleArquivo resto(
+            CreateFileW((pasta_ / "estado.tmp").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    }
+    EXPECT_TRUE(GravarArquivoAtomico(alvo, "antes"));
+    {
+        const HandleArquivo preso = pasta_.Prender("estado");
         EXPECT_FALSE(GravarArquivoAtomico(alvo, "depois"));
     }
     EXPECT_EQ(pasta_.Ler("estado"), "antes");

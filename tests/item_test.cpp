@@ -75,6 +75,31 @@ TEST_F(Item, ConteudoErradoDoTamanhoCertoEApagado) {
     EXPECT_EQ(Baixar(item), "baixado");
 }
 
+// A large file is hashed behind its writer, also behind what was there and when the server begins anew.
+TEST_F(Item, GrandeEConferidoEnquantoChega) {
+    const std::string conteudo = teste::Bytes(12 << 20);
+    const update::ItemLista item = Publicar("f", conteudo);
+    struct Caso {
+        std::string presente;
+        bool faixas;
+        const char* fim;
+    };
+    const Caso casos[] = {{"", true, "baixado"},
+                          {conteudo.substr(0, 5'000'001), true, "baixado"},
+                          {conteudo.substr(0, 5'000'001), false, "baixado"},
+                          {std::string(5'000'001, '?'), false, "baixado"},
+                          {std::string(5'000'001, '?'), true, "o arquivo baixado não confere"}};
+    for (const Caso& caso : casos) {
+        pasta_.Escrever("f.upd", caso.presente);
+        servidor_.Definir("f", [&](const Pedido& pedido) {
+            return caso.faixas ? teste::Servir(conteudo)(pedido) : Resposta{.corpo = conteudo};
+        });
+        const std::string fim = Baixar(item);
+        EXPECT_TRUE(fim.starts_with(caso.fim)) << fim;
+        EXPECT_TRUE(pasta_.Ler("f.upd") == (fim == "baixado" ? conteudo : "(nada)"));
+    }
+}
+
 TEST_F(Item, ArquivoVazioEPartesVazias) {
     pasta_.Escrever("f.upd", "resto de outra versão");
     EXPECT_EQ(Baixar(Publicar("vazio", "")), "baixado");

@@ -152,10 +152,11 @@ TEST_F(Sistema, LauncherSeAtualizaEArquivoEmUsoETrocado) {
     publicacao_.arquivos["ZuLauncher.exe"] = launcherNovo;
     publicacao_.arquivos["Data/em uso.dat"] = "novo";
     publicacao_.Servir(servidor_);
-    HandleArquivo preso(CreateFileW((pasta_ / "Data/em uso.dat").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                    OPEN_EXISTING, 0, nullptr));
+    HandleArquivo preso = pasta_.Prender("Data/em uso.dat");
+    // Under another name: nothing holds the launcher's own file, which is swapped all the same.
+    std::filesystem::copy_file(pasta_ / "ZuLauncher.exe", pasta_ / "outro nome.exe");
     const std::wstring comBarra = L"--cliente=" + pasta_.Caminho().native() + L"\\";
-    EXPECT_EQ(Rodar({comBarra, L"--conexoes=2"}), 3);
+    EXPECT_EQ(Programa(pasta_ / "outro nome.exe", Headless({comBarra, L"--conexoes=2"})).Esperar(), 3);
     EXPECT_NE((pasta_.Ler("ZuLauncher.log") + pasta_.Ler("ZuLauncher.anterior.log"))
                   .find("UpdaterHelper iniciado para 2 troca(s) pendente(s)"),
               std::string::npos);
@@ -177,8 +178,7 @@ TEST_F(Sistema, SemHelperOuDepoisDeDuasTrocasAcabaEmErro) {
     publicacao_.arquivos["Data/grande.pak"] = "pequeno agora";
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
-    const HandleArquivo preso(CreateFileW((pasta_ / "Data/grande.pak").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                          OPEN_EXISTING, 0, nullptr));
+    const HandleArquivo preso = pasta_.Prender("Data/grande.pak");
     EXPECT_EQ(Rodar({L"--reaberto", L"--reaberto"}), 1);
     EXPECT_TRUE(
         Logou("UpdaterHelper: arquivos ainda em uso depois de duas trocas pelo UpdaterHelper (outro programa usando a "

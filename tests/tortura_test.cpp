@@ -14,6 +14,7 @@
 #include "tools/updater_helper/aplicar_trocas.h"
 #include "update/atualizador.h"
 #include "update/estado.h"
+#include "update/http.h"
 #include "update/trocas.h"
 
 namespace zu::launcher {
@@ -86,10 +87,8 @@ class Cliente : public testing::Test {
 
     [[nodiscard]] std::vector<HandleArquivo> Prender() const {
         std::vector<HandleArquivo> presos;
-        for (const char* nome : {"preso.dll", "sai preso.dat"}) {
-            presos.emplace_back(CreateFileW((pasta_ / nome).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                            OPEN_EXISTING, 0, nullptr));
-        }
+        for (const char* nome : {"preso.dll", "sai preso.dat"})
+            presos.push_back(pasta_.Prender(nome));
         return presos;
     }
 
@@ -188,6 +187,21 @@ constexpr Caso kCasos[] = {{"arquivo_5", Quais::kMudancasEConsultas, ERROR_ACCES
                            {"rede_cai", Quais::kRede, 12030, true}};
 INSTANTIATE_TEST_SUITE_P(Erros, Tortura, testing::ValuesIn(kCasos),
                          [](const auto& caso) { return std::string(caso.param.nome); });
+
+// Fault: nothing ends the wait for a server that has fallen silent.
+TEST_F(Cliente, ServidorCaladoETempoEsgotado) {
+    servidor_.Definir("calado", [](const teste::Pedido&) {
+        return teste::Resposta{.corpo = "abc", .anunciado = 9, .fim = teste::Fim::kCalar};
+    });
+    std::string erro;
+    const std::atomic<bool> cancelar = false;
+    const auto inicio = steady_clock::now();
+    EXPECT_FALSE(HttpBaixarArquivo(DeUtf8(servidor_.Url() + "calado"), pasta_ / "f", 9, {}, cancelar, erro));
+    // Windows says 12002 where Wine hands on the socket's own number.
+    EXPECT_TRUE(erro == "download: tempo esgotado" || erro == "download: erro 10060") << erro;
+    EXPECT_LT(steady_clock::now() - inicio, std::chrono::seconds(20));
+    EXPECT_EQ(pasta_.Ler("f"), "abc");
+}
 
 // Nobody, or whoever looks at a target or at a fresh file for a moment. A file marked read-only, which the system does
 // not replace, is among them.

@@ -30,10 +30,6 @@ class Trocas : public testing::Test {
         pasta_.Escrever(nome + ".novo", "novo " + nome);
         return {Texto(nome + ".novo"), Texto(nome)};
     }
-    HandleArquivo Prender(const std::string& nome, DWORD deixando = FILE_SHARE_READ) {
-        return HandleArquivo(
-            CreateFileW((pasta_ / nome).c_str(), GENERIC_READ, deixando, nullptr, OPEN_EXISTING, 0, nullptr));
-    }
     void Listar(const std::vector<LinhaPendente>& linhas) { pasta_.Escrever(kLista, TextoDosPendentes(linhas)); }
     bool Aplicar(const std::vector<LinhaPendente>& linhas, milliseconds limite = milliseconds(300)) {
         Listar(linhas);
@@ -82,8 +78,8 @@ TEST_F(Trocas, FazUmaVezEReconheceOFeito) {
 TEST_F(Trocas, PresasDividemOLimiteENaoAtrasamAsOutras) {
     pasta_.Escrever("presa", "velho");
     pasta_.Escrever("solta", "velho");
-    HandleArquivo solta = Prender("solta");
-    const HandleArquivo presa = Prender("presa");
+    HandleArquivo solta = pasta_.Prender("solta");
+    const HandleArquivo presa = pasta_.Prender("presa");
     const std::vector<LinhaPendente> presas(300, {"", Texto("presa")});
     std::vector<LinhaPendente> linhas = presas;
     linhas.insert(linhas.begin() + 1, {Mover("solta"), Mover("livre")});
@@ -124,7 +120,7 @@ TEST_F(Trocas, ListaDeOutroFicaEListaIlegivelNaoEstaFeita) {
         EXPECT_FALSE(Aplicar({Mover("b"), resto}));
         EXPECT_EQ(pasta_.Ler(kLista), "D\tde outro\n");
     }
-    const HandleArquivo ilegivel = Prender(kLista, 0);
+    const HandleArquivo ilegivel = pasta_.Prender(kLista, 0);
     EXPECT_EQ(Rodar(pasta_ / kLista), "1, reaberto");
 }
 
@@ -169,7 +165,7 @@ TEST_F(Trocas, OHelperTrocaASiMesmo) {
     const std::vector<std::wstring> argumentos{L"--lista=" + (pasta_ / kLista).native(),
                                                L"--reabrir=" + (pasta_ / "UpdaterHelper.exe").native()};
     Listar({{Texto("UpdaterHelper.exe.novo"), Texto("UpdaterHelper.exe")}});
-    HandleArquivo preso = Prender("UpdaterHelper.exe.novo");
+    HandleArquivo preso = pasta_.Prender("UpdaterHelper.exe.novo");
     teste::Programa helper(pasta_ / "UpdaterHelper.exe", argumentos);
     EXPECT_TRUE(teste::Esperar(seconds(20), [&] {
         return pasta_.Ler("UpdaterHelper.log").find("1 troca(s) por fazer") != std::string::npos;

@@ -1,5 +1,5 @@
 // The calls that an update makes on files and on the network, each told to the test before it is made. A program with
-// this object starts no other: what would be started counts as started.
+// this object starts no other: what would be started counts as started; and it waits for servers a sixth of the time.
 #pragma once
 
 #include <windows.h>

@@ -64,6 +64,12 @@ class PastaTemporaria {
         }
     }
 
+    // Somebody else's hold on a file that is there, which leaves others `deixando`.
+    [[nodiscard]] HandleArquivo Prender(const std::string& relativo, DWORD deixando = FILE_SHARE_READ) const {
+        return HandleArquivo(
+            CreateFileW((*this / relativo).c_str(), GENERIC_READ, deixando, nullptr, OPEN_EXISTING, 0, nullptr));
+    }
+
     // Every file below, by its path with "/", with its content; the logs apart, which every run writes.
     [[nodiscard]] std::map<std::string, std::string> Tudo() const {
         std::map<std::string, std::string> tudo;
