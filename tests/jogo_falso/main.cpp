@@ -5,7 +5,7 @@
 // the arguments, parted by " | ". The launch token is never written, "--launcher=..." stands for it.
 //
 //  1. Diagnosis: --requisitos-json=PATH writes a report to PATH and ends with 0.
-//     relatorio=NAME        which report (relatorios.h lists them; default "bom"), or
+//     relatorio=NAME        which report: a file of the folder "relatorios" (default "bom"), or
 //                           "nenhum": none; "travar": none, and hangs until it is ended or there is a file "siga"
 //                           beside it; "copiar": the bytes of "jogo_falso.json" beside the program
 //     demora=MS             waits before it writes
@@ -34,7 +34,6 @@
 #include "core/hash.h"
 #include "core/texto.h"
 #include "core/utf16.h"
-#include "tests/jogo_falso/relatorios.h"
 
 namespace zu::launcher::teste {
 namespace {
@@ -45,6 +44,13 @@ constexpr std::size_t kBytesDoToken = 32;
 std::string LerDaPasta(const wchar_t* nome) {
     std::string texto;
     return LerArquivoInteiro(PastaDoPrograma() / nome, texto) ? texto : "";
+}
+
+// Empty when there is none of that name.
+std::string LerRelatorio(const std::string& nome) {
+    std::string texto;
+    LerArquivoInteiro(std::filesystem::path(ZU_PASTA_RELATORIOS) / DeUtf8(nome + ".json"), texto);
+    return texto;
 }
 
 // Read at the start, before the log shows that the game has started.
@@ -108,8 +114,8 @@ void EsperarSinal() {
 int Diagnosticar(const Argumentos& argumentos, const std::string& destino) {
     std::string nome = Ajuste("relatorio", "bom");
     const std::string simular = Opcao(argumentos, "--requisitos-simular=");
-    if (!MontarRelatorio(simular).empty()) nome = simular;
-    const std::string relatorio = nome == "copiar" ? LerDaPasta(L"jogo_falso.json") : MontarRelatorio(nome);
+    if (!LerRelatorio(simular).empty()) nome = simular;
+    const std::string relatorio = nome == "copiar" ? LerDaPasta(L"jogo_falso.json") : LerRelatorio(nome);
     Dormir("demora", "0");
     if (nome == "travar") EsperarSinal();
     if (nome == "nenhum" || nome == "travar") return 0;
