@@ -453,7 +453,7 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     EsperarClienteExato();
 }
 
-TEST_F(Atualizacao, UmaExecucaoPorVezENaoMaisThreadsQueItens) {
+TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoENaoMaisThreadsQueItens) {
     teste::Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
@@ -462,9 +462,13 @@ TEST_F(Atualizacao, UmaExecucaoPorVezENaoMaisThreadsQueItens) {
             return Resposta{.corpo = texto, .atraso = milliseconds(150)};
         });
     }
+    // A path that is listed twice has one temporary file.
+    update::UpdateList lista = publicacao_.Lista();
+    lista.itens.push_back(lista.itens.front());
+    servidor_.Definir("UpdateList.txt", teste::Servir(teste::Assinar(update::EscreverLista(lista))));
     Atualizador atualizador;
     atualizador.Iniciar(false);
-    EXPECT_TRUE(Rodar(atualizador).starts_with("5 "));
+    EXPECT_EQ(Rodar(atualizador), "5 Atualização concluída: 4 arquivo(s) novo(s).");
     EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);
     EXPECT_LE(servidor_.MaisConexoes(), 5);
     EXPECT_GE(servidor_.MaisConexoes(), 3);
