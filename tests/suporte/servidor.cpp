@@ -137,6 +137,9 @@ void Servidor::Atender(SOCKET conexao) {
     const int abertas = ++abertas_;
     for (int antes = maisConexoes_; antes < abertas && !maisConexoes_.compare_exchange_weak(antes, abertas);) {
     }
+    // Or the body of a short answer waits for the head to be confirmed, some 40 ms.
+    const int jaVai = 1;
+    setsockopt(conexao, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&jaVai), sizeof jaVai);
     std::string cabeca;
     while (LerCabeca(conexao, cabeca, fim_)) {
         const Resposta resposta = Responder(LerPedido(cabeca));
