@@ -31,6 +31,8 @@ class Conferir : public testing::Test {
     Conferir() {
         publicacao_.arquivos = {{"Data/é ç.pak", teste::Bytes(9000)},
                                 {"b.pak", teste::Bytes(3000, 2)},
+                                {"curto.exe", "x"},
+                                {"longo.exe", teste::Bytes(9001)},
                                 {"vazio.txt", ""},
                                 {"Zu.exe", teste::Bytes(5000, 3)}};
         publicacao_.partes = {{"b.pak", 3}};
@@ -66,16 +68,17 @@ class Conferir : public testing::Test {
 TEST_F(Conferir, PerguntaComoOLauncher) {
     for (const std::vector<std::string>& opcoes : {std::vector<std::string>{}, {"--completo"}, {"--amostra=9"}}) {
         EXPECT_EQ(Rodar(opcoes), kFeito) << saida_.texto;
-        EXPECT_NE(saida_.texto.find(": seq 1, 4 de 4 arquivo(s)"), std::string::npos) << saida_.texto;
+        EXPECT_NE(saida_.texto.find(": seq 1, 6 de 6 arquivo(s)"), std::string::npos) << saida_.texto;
     }
     EXPECT_EQ(Rodar({"--amostra=2"}), kFeito) << saida_.texto;
-    EXPECT_NE(saida_.texto.find(": seq 1, 2 de 4 arquivo(s)"), std::string::npos) << saida_.texto;
+    EXPECT_NE(saida_.texto.find(": seq 1, 2 de 6 arquivo(s)"), std::string::npos) << saida_.texto;
 
     servidor_.EsquecerPedidos();
     ASSERT_EQ(Rodar(), kFeito) << saida_.texto;
     teste::Configurar("", servidor_.Url());
-    const std::vector<std::pair<std::string, std::string>> faixas{
-        {"", "bytes=8999-"}, {"", "bytes=4999-"}, {".p002", "bytes=0-0"}, {"", ""}};
+    const std::vector<std::pair<std::string, std::string>> faixas{{"", "bytes=8999-"},    {"", "bytes=4999-"},
+                                                                  {".p002", "bytes=0-0"}, {"", "bytes=0-"},
+                                                                  {"", "bytes=9000-"},    {"", ""}};
     const update::UpdateList lista = publicacao_.Lista();
     for (std::size_t i = 0; i < lista.itens.size(); ++i) {
         const auto& [sufixo, faixa] = faixas[i];
@@ -85,6 +88,9 @@ TEST_F(Conferir, PerguntaComoOLauncher) {
         EXPECT_EQ(pedido.Cabecalho("range"), faixa);
         EXPECT_EQ(pedido.Cabecalho("user-agent"), "ZuLauncher/1.0");
     }
+    // Of a kind the shortest is asked for whole that a server would compress.
+    EXPECT_EQ(servidor_.Pedidos("Zu.exe").size(), 2U);
+    EXPECT_EQ(servidor_.Pedidos("curto.exe").size() + servidor_.Pedidos("longo.exe").size(), 2U);
 }
 
 TEST_F(Conferir, DizOQueOServidorFazDeErrado) {

@@ -38,7 +38,7 @@ using ProgressCallback = std::function<void(std::uint64_t)>;
 bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequest& troca, std::uint32_t& status,
                std::string& erro);
 
-// A header of the answer, by its name; empty when the answer has none.
+// A header of the answer, by its name; empty when the answer has none, or one of 256 characters and more.
 std::string HttpCabecalho(const HttpRequest& troca, const wchar_t* nome);
 
 // Reads what has arrived of the answer's body, and waits only while nothing has: a read of a whole block would keep

@@ -1,6 +1,7 @@
 #include "tests/suporte/servidor.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 #include "core/formato.h"
@@ -20,14 +21,16 @@ bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
     return false;
 }
 
-// Reads up to the blank line that ends a request's headers. False when the client closed.
+// Reads up to the blank line that ends a request's headers; the next request comes only after the answer. False when
+// the client closed.
 bool LerCabeca(SOCKET conexao, std::string& cabeca, const std::atomic<bool>& fim) {
     cabeca.clear();
-    char letra = 0;
+    std::array<char, 4096> bytes{};
     if (!Esperar(conexao, fim)) return false;
     while (!cabeca.ends_with("\r\n\r\n")) {
-        if (recv(conexao, &letra, 1, 0) != 1) return false;
-        cabeca.push_back(letra);
+        const int lidos = recv(conexao, bytes.data(), static_cast<int>(bytes.size()), 0);
+        if (lidos <= 0) return false;
+        cabeca.append(bytes.data(), static_cast<std::size_t>(lidos));
     }
     return true;
 }
