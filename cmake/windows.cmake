@@ -106,6 +106,8 @@ add_library(zu_forjal STATIC
     tools/forjal/chave_da_lista.cpp
     tools/forjal/chaves.cpp
     tools/forjal/conferir.cpp
+    tools/forjal/conferir_pasta.cpp
+    tools/forjal/conferir_url.cpp
     tools/forjal/copia.cpp
     tools/forjal/forjal.cpp
     tools/forjal/lista_publicada.cpp
@@ -114,8 +116,10 @@ add_library(zu_forjal STATIC
     tools/forjal/pedido.cpp
     tools/forjal/publicados.cpp
     tools/forjal/publicar.cpp
+    tools/forjal/relatorio.cpp
     tools/forjal/saida.cpp
     tools/forjal/selar.cpp
+    tools/forjal/sonda.cpp
     tools/forjal/varredura.cpp)
 target_link_libraries(zu_forjal PUBLIC zu_app)
 

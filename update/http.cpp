@@ -99,15 +99,6 @@ HandleArquivo AbrirDestino(const std::filesystem::path& destino, bool continuar)
                                      nullptr, continuar ? OPEN_ALWAYS : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// Reads what has arrived, and waits only while nothing has: a read of a whole block would keep back what is already
-// here until the block is full, and lose it when the line breaks. No bytes is the end.
-bool LerChegado(HINTERNET requisicao, char* bloco, DWORD tamanho, DWORD& lidos) {
-    DWORD chegados = 0;
-    lidos = 0;
-    return WinHttpQueryDataAvailable(requisicao, &chegados) != 0 &&
-           (chegados == 0 || WinHttpReadData(requisicao, bloco, std::min(chegados, tamanho), &lidos) != 0);
-}
-
 // What a transfer needs beside the open request and the open file.
 struct Recepcao {
     const std::filesystem::path& destino;
@@ -122,11 +113,11 @@ bool Passou(const Recepcao& t) {
 }
 
 // Copies the body into the file, block by block, until its end or until it runs past the limit.
-bool Copiar(HINTERNET requisicao, HANDLE arquivo, Recepcao& t, std::string& erro) {
+bool Copiar(const HttpRequest& troca, HANDLE arquivo, Recepcao& t, std::string& erro) {
     const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoArquivo);
     while (!t.cancelar.load()) {
         DWORD lidos = 0;
-        if (!LerChegado(requisicao, bloco.get(), kBlocoArquivo, lidos)) {
+        if (!HttpLerChegado(troca, bloco.get(), kBlocoArquivo, lidos)) {
             erro = HttpErroTexto("download");
             return false;
         }
@@ -177,6 +168,24 @@ bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequ
     return true;
 }
 
+std::string HttpCabecalho(const HttpRequest& troca, const wchar_t* nome) {
+    std::array<wchar_t, 256> texto{};
+    DWORD bytes = sizeof texto;
+    if (WinHttpQueryHeaders(troca.requisicao.Valor(), WINHTTP_QUERY_CUSTOM, nome, texto.data(), &bytes,
+                            WINHTTP_NO_HEADER_INDEX) == 0) {
+        return "";
+    }
+    return ParaUtf8({texto.data(), bytes / sizeof(wchar_t)});
+}
+
+bool HttpLerChegado(const HttpRequest& troca, char* bloco, DWORD tamanho, DWORD& lidos) {
+    DWORD chegados = 0;
+    lidos = 0;
+    HINTERNET const requisicao = troca.requisicao.Valor();
+    return WinHttpQueryDataAvailable(requisicao, &chegados) != 0 &&
+           (chegados == 0 || WinHttpReadData(requisicao, bloco, std::min(chegados, tamanho), &lidos) != 0);
+}
+
 bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo,
                      const std::atomic<bool>* cancelar) {
     corpo.clear();
@@ -190,7 +199,7 @@ bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& e
     const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoTexto);
     while (cancelar == nullptr || !cancelar->load()) {
         DWORD lidos = 0;
-        if (!LerChegado(troca.requisicao.Valor(), bloco.get(), kBlocoTexto, lidos)) {
+        if (!HttpLerChegado(troca, bloco.get(), kBlocoTexto, lidos)) {
             erro = HttpErroTexto("leitura");
             return false;
         }
@@ -240,7 +249,7 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
     }
     if (continuar && progresso) progresso(0);
     Recepcao t{destino, limite, progresso, cancelar, continuar ? presentes : 0};
-    const bool copiado = Copiar(troca.requisicao.Valor(), arquivo.Valor(), t, erro);
+    const bool copiado = Copiar(troca, arquivo.Valor(), t, erro);
     arquivo.Fechar();
     if (Passou(t)) DeleteFileW(destino.c_str());
     if (!copiado) return false;

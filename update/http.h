@@ -38,6 +38,14 @@ using ProgressCallback = std::function<void(std::uint64_t)>;
 bool HttpAbrir(const std::wstring& url, const std::wstring& cabecalhos, HttpRequest& troca, std::uint32_t& status,
                std::string& erro);
 
+// A header of the answer, by its name; empty when the answer has none, or one of 256 characters and more.
+std::string HttpCabecalho(const HttpRequest& troca, const wchar_t* nome);
+
+// Reads what has arrived of the answer's body, and waits only while nothing has: a read of a whole block would keep
+// back what is already here until the block is full, and lose it when the line breaks. No bytes is the end. False: the
+// thread's last error says why.
+bool HttpLerChegado(const HttpRequest& troca, char* bloco, DWORD tamanho, DWORD& lidos);
+
 // Fetches a resource into memory, past every cache; more than `maximo` bytes is a failure. A set `cancelar`, which may
 // be absent, ends it between two blocks.
 bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& erro, std::uint64_t maximo,

@@ -18,6 +18,7 @@
 #include "core/processo.h"
 #include "core/texto.h"
 #include "tests/suporte/publicacao.h"
+#include "tools/forjal/forjal.h"
 #include "tools/updater_helper/argumentos.h"
 #include "ui/pintor_controle.h"
 #include "ui/pintor_principal.h"
@@ -25,6 +26,7 @@
 #include "update/estado.h"
 #include "update/hash_arquivo.h"
 #include "update/http.h"
+#include "update/url.h"
 
 namespace {
 
@@ -275,6 +277,68 @@ void MedirJanela(const std::filesystem::path& launcher, const std::filesystem::p
     Imprimir("nosso", melhor);
 }
 
+// Ranged requests of one byte over that many connections, with nothing but WinHTTP.
+void PedirFaixasCruas(const std::string& url, std::span<const std::wstring> objetos, int conexoes) {
+    std::wstring servidor(256, L'\0');
+    URL_COMPONENTS partes{.dwStructSize = sizeof partes, .lpszHostName = servidor.data(), .dwHostNameLength = 256};
+    if (WinHttpCrackUrl(DeUtf8(url).c_str(), 0, 0, &partes) == 0) Falhar("cru: url");
+    const HandleHttp sessao(
+        WinHttpOpen(L"cru", WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0));
+    std::atomic<std::size_t> proximo = 0;
+    const auto pedir = [&] {
+        const HandleHttp conexao(WinHttpConnect(sessao.Valor(), servidor.c_str(), partes.nPort, 0));
+        for (std::size_t i = proximo++; i < objetos.size(); i = proximo++) {
+            const HandleHttp pedido(WinHttpOpenRequest(conexao.Valor(), L"GET", objetos[i].c_str(), nullptr,
+                                                       WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, 0));
+            char bytes[16];
+            DWORD lidos = 1;
+            if (WinHttpSendRequest(pedido.Valor(), L"Range: bytes=0-0\r\n", static_cast<DWORD>(-1),
+                                   WINHTTP_NO_REQUEST_DATA, 0, 0, 0) == 0 ||
+                WinHttpReceiveResponse(pedido.Valor(), nullptr) == 0) {
+                Falhar("cru: pedido");
+            }
+            while (lidos != 0 && WinHttpReadData(pedido.Valor(), bytes, sizeof bytes, &lidos) != 0) {
+            }
+        }
+    };
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < conexoes; ++i)
+        threads.emplace_back(pedir);
+}
+
+class SaidaMuda final : public forjal::Saida {
+ public:
+    void Linha(std::string_view) override {}
+    void Erro(std::string_view texto) override { Falhar(std::string(texto)); }
+    void Progresso(unsigned, std::string_view) override {}
+};
+
+// noar URL LISTA CHAVE: "Forjal conferir --url=", and the bare requests for as many files
+void MedirNoAr(const std::string& url, const std::filesystem::path& listaLocal, const std::string& publica) {
+    std::vector<std::wstring> objetos;
+    std::string texto;
+    std::string erro;
+    update::UpdateList lista;
+    if (!LerArquivoInteiro(listaLocal, texto) ||
+        !update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) {
+        Falhar("lista " + erro);
+    }
+    const std::string pasta = url.substr(url.find('/', std::string_view("http://").size()));
+    for (const auto& item : lista.itens)
+        objetos.push_back(DeUtf8(MontarUrl(pasta, item.caminho)));
+    const std::vector<std::wstring> comando{L"conferir", DeUtf8("--url=" + url), DeUtf8("--pub=" + publica)};
+    double base = std::numeric_limits<double>::max();
+    double nosso = base;
+    SaidaMuda muda;
+    for (int i = 0; i < kVoltas; ++i) {
+        base = std::min(base, Cronometrar([&] { PedirFaixasCruas(url, objetos, 16); }, 1));
+        nosso = std::min(nosso, Cronometrar([&] { forjal::RodarForjal(comando, muda); }, 1));
+    }
+    Imprimir("base", base);
+    Imprimir("nosso", nosso);
+    Imprimir("pedidos", static_cast<double>(objetos.size()));
+}
+
 // assinar ENTRADA SAIDA: signs a list with the development key
 void AssinarArquivo(const std::filesystem::path& entrada, const std::filesystem::path& saida) {
     std::string texto;
@@ -291,6 +355,8 @@ int Rodar(const std::vector<std::string>& a) {
         MedirJson(caminho(1));
     } else if (a.size() == 4 && a[0] == "conferir") {
         MedirConferir(caminho(1), a[2], caminho(3));
+    } else if (a.size() == 4 && a[0] == "noar") {
+        MedirNoAr(a[1], caminho(2), a[3]);
     } else if (a.size() == 4 && a[0] == "grande") {
         MedirGrande(caminho(1), a[2], a[3]);
     } else if (a.size() == 4 && a[0] == "baixar") {

@@ -1,119 +1,96 @@
-// "Forjal conferir": proves a published folder as the launcher will.
+// "Forjal conferir": proves a published folder, a live server, or both.
 
 #include <windows.h>
 
+#include <limits>
+
 #include "core/arquivo.h"
 #include "core/formato.h"
-#include "core/texto.h"
 #include "core/utf16.h"
 #include "tools/forjal/arquivo_secreto.h"
 #include "tools/forjal/chave_da_lista.h"
 #include "tools/forjal/comandos.h"
+#include "tools/forjal/conferir_pasta.h"
+#include "tools/forjal/conferir_url.h"
 #include "tools/forjal/lista_publicada.h"
-#include "tools/forjal/paralelo.h"
-#include "tools/forjal/publicados.h"
-#include "tools/forjal/varredura.h"
-#include "update/caminhos.h"
-#include "update/hash_arquivo.h"
 
 namespace zu::launcher::forjal {
 namespace {
 
-using Diferencas = std::vector<std::string>;
+struct PedidoDeConferencia {
+    UpdateSigningKey publica;
+    std::filesystem::path pasta;  // empty: none
+    PedidoAoServidor servidor;    // without a base: none
+};
 
-std::vector<std::string> NomesPublicados(const update::ItemLista& item) {
-    const std::string normal = update::NormalizarCaminho(item.caminho);
-    if (item.partes == 0) return {normal};
-    std::vector<std::string> nomes;
-    for (std::uint32_t parte = 1; parte <= item.partes; ++parte)
-        nomes.push_back(normal + SufixoDaParte(parte));
-    return nomes;
-}
-
-void ConferirNomes(const std::filesystem::path& pasta, const update::ItemLista& item, std::set<std::string>& certas,
-                   Diferencas& diferencas) {
-    for (const std::string& nome : NomesPublicados(item)) {
-        InfoArquivo info;
-        NomeTrocado trocado;
-        if (!LerInfoArquivo(pasta / DeUtf8(nome), info) || info.Pasta()) {
-            diferencas.push_back(Formatar("faltando: {}", nome));
-        } else if (AcharNomeTrocado(pasta, nome, certas, trocado)) {
-            diferencas.push_back(Formatar("diferente: {} (no disco, {} está escrito {})", nome, trocado.caminho,
-                                          ParaUtf8(trocado.noDisco)));
-        }
+bool LerPedidoAoServidor(const Opcoes& opcoes, PedidoAoServidor& pedido, std::string& erro) {
+    pedido.base = ParaUtf8(opcoes.Texto(L"--url"));
+    pedido.completo = opcoes.Tem(L"--completo");
+    std::uint64_t amostra = 0;
+    if (!opcoes.LerNumero(L"--amostra", 1, std::numeric_limits<std::int32_t>::max(), amostra, erro)) return false;
+    pedido.amostra = amostra;
+    if (pedido.base.empty() && (pedido.completo || amostra > 0)) {
+        erro = "--completo e --amostra= só com --url=";
+    } else if (!pedido.base.empty() && !pedido.base.starts_with("http://") && !pedido.base.starts_with("https://")) {
+        erro = Formatar("--url: \"{}\" não começa com http:// ou https://", pedido.base);
     }
+    if (!pedido.base.ends_with('/') && !pedido.base.empty()) pedido.base.push_back('/');
+    return erro.empty();
 }
 
-std::string DiferencaDoConteudo(const update::ItemLista& item, const ResultadoHash& hash) {
-    if (!hash.ok) return "não foi possível ler";
-    if (hash.bytes != item.tamanho) return Formatar("{} bytes, esperado {}", hash.bytes, item.tamanho);
-    if (hash.crc != item.crc) return Formatar("CRC {:08X}, esperado {:08X}", hash.crc, item.crc);
-    return item.sha256.empty() || ParaHex(hash.sha256) == item.sha256 ? "" : "SHA-256 diferente";
-}
-
-void ConferirConteudo(const std::filesystem::path& pasta, const update::ItemLista& item, Andamento& andamento,
-                      Diferencas& diferencas) {
-    const std::string normal = update::NormalizarCaminho(item.caminho);
-    const auto somar = [&](std::uint64_t bytes) { andamento.bytes += bytes; };
-    const std::string motivo = DiferencaDoConteudo(item, HashArquivo(pasta / DeUtf8(normal), item.partes, somar));
-    if (motivo.empty()) return;
-    const std::string partes = item.partes > 0 ? Formatar(" em {} parte(s)", item.partes) : std::string();
-    diferencas.push_back(Formatar("diferente: {}{} ({})", normal, partes, motivo));
-}
-
-std::vector<Diferencas> ConferirTudo(const std::filesystem::path& pasta, const update::UpdateList& lista,
-                                     Saida& saida) {
-    std::vector<Diferencas> diferencas(lista.itens.size());
-    std::vector<std::uint64_t> tamanhos;
-    std::set<std::string> certas;
-    Andamento andamento;
-    andamento.totalDeArquivos = lista.itens.size();
-    for (std::size_t i = 0; i < lista.itens.size(); ++i) {
-        ConferirNomes(pasta, lista.itens[i], certas, diferencas[i]);
-        tamanhos.push_back(lista.itens[i].tamanho);
-        andamento.totalDeBytes += lista.itens[i].tamanho;
+bool LerConferencia(const Opcoes& opcoes, PedidoDeConferencia& pedido, std::string& erro) {
+    BytesSecretos pub;
+    if (!pub.Ler(opcoes.Texto(L"--pub"), kTamanhoPublica, erro)) {
+        erro = Formatar("--pub: {}", erro);
+        return false;
     }
-    const auto trabalho = [&](std::size_t i) {
-        // What is missing has been told already.
-        if (diferencas[i].empty()) ConferirConteudo(pasta, lista.itens[i], andamento, diferencas[i]);
-        ++andamento.arquivos;
-    };
-    EmParalelo(tamanhos, trabalho, [&] { andamento.Mostrar(saida, "Conferindo"); });
-    return diferencas;
+    pedido.publica.assign(pub.Bytes().begin(), pub.Bytes().end());
+    pedido.pasta = opcoes.Texto(L"--publicado");
+    InfoArquivo info;
+    if (!opcoes.Tem(L"--publicado") && !opcoes.Tem(L"--url")) {
+        erro = "falta a opção --publicado= ou --url=";
+        return false;
+    }
+    if (!pedido.pasta.empty() && (!LerInfoArquivo(pedido.pasta, info) || !info.Pasta())) {
+        erro = Formatar("--publicado: {} não é uma pasta", ParaUtf8(pedido.pasta.native()));
+        return false;
+    }
+    return LerPedidoAoServidor(opcoes, pedido.servidor, erro);
 }
 
 }  // namespace
 
 int RodarConferir(const Opcoes& opcoes, Saida& saida) {
-    BytesSecretos pub;
+    PedidoDeConferencia pedido;
     std::string erro;
-    if (!pub.Ler(opcoes.Texto(L"--pub"), kTamanhoPublica, erro)) {
-        return Falhar(saida, kUsoErrado, Formatar("--pub: {}", erro));
-    }
-    const std::filesystem::path pasta = opcoes.Texto(L"--publicado");
-    InfoArquivo info;
-    if (!LerInfoArquivo(pasta, info) || !info.Pasta()) {
-        return Falhar(saida, kUsoErrado, Formatar("--publicado: {} não é uma pasta", ParaUtf8(pasta.native())));
-    }
-    update::UpdateList lista;
-    const UpdateSigningKey publica(pub.Bytes().begin(), pub.Bytes().end());
-    if (!LerListaPublicada(pasta, publica, lista, erro)) return Falhar(saida, kRecusado, erro);
+    if (!LerConferencia(opcoes, pedido, erro)) return Falhar(saida, kUsoErrado, erro);
 
-    std::size_t quantas = 0;
-    std::set<std::string> certas;
-    NomeTrocado trocado;
-    if (AcharNomeTrocado(pasta, ParaUtf8(kNomeDaLista), certas, trocado)) {
-        saida.Linha(Formatar("diferente: {} (no disco está escrito {})", trocado.caminho, ParaUtf8(trocado.noDisco)));
-        ++quantas;
+    Relatorio relatorio(saida);
+    std::vector<std::string> certo;
+    update::UpdateList naPasta;
+    if (!pedido.pasta.empty()) {
+        if (!LerListaPublicada(pedido.pasta, pedido.publica, naPasta, erro)) return Falhar(saida, kRecusado, erro);
+        Diferencas daLista;
+        ConferirValidade(naPasta, daLista);
+        relatorio.Juntar(daLista);
+        relatorio.Juntar(ConferirPasta(pedido.pasta, naPasta, saida));
+        certo.push_back(Formatar("Tudo confere: seq {}, {} arquivo(s)", naPasta.seq, naPasta.itens.size()));
     }
-    for (const Diferencas& doItem : ConferirTudo(pasta, lista, saida)) {
-        for (const std::string& diferenca : doItem)
-            saida.Linha(diferenca);
-        quantas += doItem.size();
+    if (!pedido.servidor.base.empty()) {
+        ListaDoServidor noAr;
+        if (!BaixarLista(pedido.servidor.base, pedido.publica, noAr, erro)) return Falhar(saida, kRecusado, erro);
+        if (!pedido.pasta.empty() && update::EscreverLista(noAr.lista) != update::EscreverLista(naPasta)) {
+            noAr.diferencas.Diferente("UpdateList.txt",
+                                      Formatar("no servidor seq {}, na pasta seq {}", noAr.lista.seq, naPasta.seq));
+        }
+        relatorio.Juntar(noAr.diferencas);
+        std::size_t conferidos = 0;
+        relatorio.Juntar(ConferirServidor(pedido.servidor, noAr, saida, conferidos));
+        certo.push_back(Formatar("Tudo confere em {}: seq {}, {} de {} arquivo(s), {}", pedido.servidor.base,
+                                 noAr.lista.seq, conferidos, noAr.lista.itens.size(),
+                                 pedido.servidor.completo ? "cada byte" : "por faixas"));
     }
-    if (quantas > 0) return Falhar(saida, kRecusado, Formatar("{} diferença(s)", quantas));
-    saida.Linha(Formatar("Tudo confere: seq {}, {} arquivo(s)", lista.seq, lista.itens.size()));
-    return kFeito;
+    return relatorio.Encerrar(certo);
 }
 
 }  // namespace zu::launcher::forjal

@@ -39,8 +39,11 @@ constexpr std::array kOpcoesPublicar{
 };
 
 constexpr std::array kOpcoesConferir{
-    RegraDeOpcao{L"--publicado", Valor::kNaoVazio, Vezes::kUma},
     RegraDeOpcao{L"--pub", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--publicado", Valor::kNaoVazio, Vezes::kAteUma},
+    RegraDeOpcao{L"--url", Valor::kNaoVazio, Vezes::kAteUma},
+    RegraDeOpcao{L"--completo", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--amostra", Valor::kNaoVazio, Vezes::kAteUma},
 };
 
 struct Comando {
@@ -94,8 +97,13 @@ constexpr std::array<Comando, 5> kComandos{{
     {L"conferir",
      {kOpcoesConferir},
      RodarConferir,
-     "Forjal conferir --publicado=PASTA --pub=ARQUIVO\n"
-     "  Confere uma pasta publicada: a assinatura da lista (com a lista.pub) e cada arquivo e parte."},
+     "Forjal conferir --pub=ARQUIVO [--publicado=PASTA] [--url=URL [--completo] [--amostra=N]]\n"
+     "  Confere o que foi publicado: a assinatura da lista e cada arquivo e parte.\n"
+     "  --pub=ARQUIVO       a lista.pub\n"
+     "  --publicado=PASTA   a pasta publicada\n"
+     "  --url=URL           o servidor no ar, como os jogadores o veem; com --publicado, também se a lista é a mesma\n"
+     "  --completo          baixa e confere cada byte, em vez de uma faixa de cada arquivo\n"
+     "  --amostra=N         só N arquivos, sorteados"},
 }};
 
 constexpr std::string_view kFimDaAjuda = "Códigos de saída: 0 feito; 1 recusado ou diferente; 2 uso errado.";

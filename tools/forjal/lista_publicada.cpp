@@ -17,13 +17,8 @@ std::span<const std::uint8_t> Bytes(std::string_view texto) {
 
 }  // namespace
 
-bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKey& publica, update::UpdateList& lista,
-                       std::string& erro) {
-    std::string texto;
-    if (!LerArquivoInteiro(pasta / kNomeDaLista, texto)) {
-        erro = Formatar("não foi possível ler UpdateList.txt (erro {})", GetLastError());
-        return false;
-    }
+bool ProvarLista(std::string_view texto, const UpdateSigningKey& publica, update::UpdateList& lista,
+                 std::string& erro) {
     const update::ListaSeparada separada = update::SepararAssinatura(texto);
     if (!separada.ok || !VerifyListSignature({&publica, 1}, Bytes(separada.assinados), separada.assinatura)) {
         erro = "UpdateList.txt não tem uma assinatura válida desta chave";
@@ -32,6 +27,16 @@ bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKe
     if (update::LerLista(separada.assinados, lista, erro)) return true;
     erro = Formatar("UpdateList.txt inválida: {}", erro);
     return false;
+}
+
+bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKey& publica, update::UpdateList& lista,
+                       std::string& erro) {
+    std::string texto;
+    if (!LerArquivoInteiro(pasta / kNomeDaLista, texto)) {
+        erro = Formatar("não foi possível ler UpdateList.txt (erro {})", GetLastError());
+        return false;
+    }
+    return ProvarLista(texto, publica, lista, erro);
 }
 
 bool GravarListaPublicada(const std::filesystem::path& pasta, const ChaveDaLista& chave,

@@ -25,21 +25,22 @@ std::vector<std::size_t> DoMaiorAoMenor(std::span<const std::uint64_t> tamanhos)
 }  // namespace
 
 void EmParalelo(std::span<const std::uint64_t> tamanhos, const std::function<void(std::size_t)>& trabalho,
-                const std::function<void()>& aviso) {
+                const std::function<void()>& aviso, std::size_t threads) {
     const std::vector<std::size_t> ordem = DoMaiorAoMenor(tamanhos);
     std::atomic<std::size_t> proximo = 0;
     std::mutex mutex;
     std::condition_variable fim;
-    std::size_t trabalhando = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, ordem.size() + 1);
+    const std::size_t pedidas = threads > 0 ? threads : std::thread::hardware_concurrency();
+    std::size_t trabalhando = std::clamp<std::size_t>(pedidas, 1, ordem.size() + 1);
     const auto trabalhar = [&] {
         for (std::size_t n = proximo++; n < ordem.size(); n = proximo++)
             trabalho(ordem[n]);
         const std::lock_guard tranca(mutex);
         if (--trabalhando == 0) fim.notify_one();
     };
-    std::vector<std::jthread> threads;
+    std::vector<std::jthread> trabalhadores;
     for (std::size_t restam = trabalhando; restam > 0; --restam)
-        threads.emplace_back(trabalhar);
+        trabalhadores.emplace_back(trabalhar);
     std::unique_lock tranca(mutex);
     while (!fim.wait_for(tranca, kEntreAvisos, [&] { return trabalhando == 0; }))
         aviso();
@@ -54,8 +55,9 @@ void Andamento::Mostrar(Saida& saida, std::string_view verbo) const {
                                           : static_cast<double>(arquivos.load()) /
                                                 static_cast<double>(std::max<std::size_t>(totalDeArquivos, 1));
     const auto porCento = static_cast<unsigned>(parte * 100);
-    saida.Progresso(porCento, Formatar("{}: {}%, {} de {} MiB, {} de {} arquivo(s)", verbo, porCento, feitos / kMiB,
-                                       totalDeBytes / kMiB, arquivos.load(), totalDeArquivos));
+    const std::string mib = totalDeBytes > 0 ? Formatar(" {} de {} MiB,", feitos / kMiB, totalDeBytes / kMiB) : "";
+    saida.Progresso(porCento,
+                    Formatar("{}: {}%,{} {} de {} arquivo(s)", verbo, porCento, mib, arquivos.load(), totalDeArquivos));
 }
 
 }  // namespace zu::launcher::forjal

@@ -12,11 +12,11 @@
 
 namespace zu::launcher::forjal {
 
-// Calls `trabalho` once for every index of `tamanhos`, from as many threads as there are cores and the
+// Calls `trabalho` once for every index of `tamanhos`, from that many threads (0: one a core) and the
 // biggest first, so that no big one is left for the end. Meanwhile calls `aviso` from this thread, some times
 // a second and once when all is done. Returns when every call has.
 void EmParalelo(std::span<const std::uint64_t> tamanhos, const std::function<void(std::size_t)>& trabalho,
-                const std::function<void()>& aviso);
+                const std::function<void()>& aviso, std::size_t threads = 0);
 
 // The workers add, the main thread shows.
 struct Andamento {
@@ -25,7 +25,7 @@ struct Andamento {
     std::atomic<std::uint64_t> bytes = 0;
     std::atomic<std::size_t> arquivos = 0;
 
-    // "{verbo}: 40% ...".
+    // "{verbo}: 40% ...", without bytes where none are to be counted.
     void Mostrar(Saida& saida, std::string_view verbo) const;
 };
 
