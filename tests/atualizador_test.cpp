@@ -199,7 +199,9 @@ TEST_F(Atualizacao, ServidorQueNaoDaALista) {
     EXPECT_EQ(servidor_.QuantosPedidos(), 1U);
 
     servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 503}; });
+    const auto inicio = std::chrono::steady_clock::now();
     const std::string fim = Rodar();
+    EXPECT_GE(std::chrono::steady_clock::now() - inicio, 3s);  // two pauses between three attempts
     EXPECT_TRUE(fim.starts_with("6 Sem conexão com o servidor de atualização (HTTP 503 em " + servidor_.Url() +
                                 "UpdateList.txt?t="))
         << fim;
@@ -374,15 +376,17 @@ TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
 
 TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
     servidor_.EsquecerPedidos();
-    for (const char* partes : {"", "\t\t20"}) {
-        servidor_.Definir(
-            "UpdateList.txt",
-            teste::Servir(teste::Assinar(Formatar("f\t00000000\t{}{}\n", std::uint64_t{1} << 60, partes))));
+    // What is joined from parts is there twice for a moment.
+    const std::uint64_t livres = std::filesystem::space(pasta_.Caminho()).available;
+    for (const auto& [tamanho, partes] :
+         {std::pair{std::uint64_t{1} << 60, ""}, {livres / 3 * 2, "\t\t20"}, {std::uint64_t{1} << 60, "\t\t20"}}) {
+        servidor_.Definir("UpdateList.txt",
+                          teste::Servir(teste::Assinar(Formatar("f\t00000000\t{}{}\n", tamanho, partes))));
         const std::string fim = Rodar();
         EXPECT_TRUE(fim.starts_with("7 Espaço em disco insuficiente: faltam ")) << fim;
         EXPECT_TRUE(fim.ends_with(" MB em " + pasta_.Caminho().root_name().string() + ".")) << fim;
     }
-    EXPECT_EQ(servidor_.QuantosPedidos(), 2U);
+    EXPECT_EQ(servidor_.QuantosPedidos(), 3U);
     EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the cache";
 }
 
