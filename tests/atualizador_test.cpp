@@ -134,6 +134,9 @@ TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
     EsperarClienteExato();
     EXPECT_EQ(Rodar(true), "5 Cliente em dia — nenhum arquivo corrompido.");
 
+    // Of the same size, but with another time, it is read again.
+    pasta_.Escrever("Zu.exe.txt", "ogoj");
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
     // A touched but equal file is read once more and stays; a lost cache costs time only.
     std::filesystem::last_write_time(alvo, std::filesystem::last_write_time(alvo) + std::chrono::hours(1));
     pasta_.Escrever("Config/Launcher.cache", "lixo\nv2\t\n");
