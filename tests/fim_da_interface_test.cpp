@@ -8,14 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "app/controlador.h"
-#include "app/instancia_unica.h"
-#include "tests/suporte/espera.h"
 #include "tests/suporte/janelas.h"
-#include "tests/suporte/processo.h"
-#include "tests/suporte/publicacao.h"
-#include "ui/janela_opcoes.h"
-#include "ui/janela_principal.h"
 #include "update/jogo_aberto.h"
 
 namespace zu::launcher {
