@@ -32,26 +32,6 @@ TEST_F(Pintura, MolduraEmCadaEstado) {
     }
 }
 
-TEST_F(Pintura, TituloBrancoComSombraNoMeioECortadoEntreAsCaixas) {
-    for (const wchar_t* titulo :
-         {L"Zu Launcher", L"Um título tão comprido que não cabe na tira de nenhuma janela deste launcher"}) {
-        const Superficie s({300, 30});
-        PintarMoldura(s.Dc(), {300, 30, titulo, true, true, CaixaDaTira::kNenhuma}, FontesDaInterface());
-        int primeira = 300;
-        int ultima = -1;
-        bool branco = false;
-        for (int x = 21; x < 278; ++x) {
-            for (int y = 2; y < 18; ++y) {
-                branco = branco || s.Em(x, y) >= 0xFAFAFA;
-                // Only the shadow is darker than the strip.
-                if (s.Em(x, y) >> 16 < 120) primeira = std::min(primeira, x), ultima = std::max(ultima, x);
-            }
-        }
-        EXPECT_TRUE(branco && primeira >= 23 && ultima <= 277) << primeira << " a " << ultima;
-        EXPECT_NEAR((primeira + ultima) / 2, 150, 4);
-    }
-}
-
 TEST_F(Pintura, BarraDeProgressoEmCadaValor) {
     constexpr int kX = 20;
     constexpr int kLargura = 200;
@@ -71,44 +51,21 @@ TEST_F(Pintura, BarraDeProgressoEmCadaValor) {
     }
 }
 
-TEST_F(Pintura, RodapePainelEBorda) {
-    const Superficie rodape({200, 160});
-    PintarRodape(rodape.Dc(), 200, 160, 64);
-    EXPECT_EQ(rodape.Provar("100,95=FF00FF~0 1,96=606060~0 100,97=A6A6A6 198,158=D2D2D2 0,120=FF00FF~0 "
-                            "100,159=FF00FF~0"),
-              "");
-    // Body, highlight, beyond the round end, outline, shadow and the shadow's end.
-    const Superficie painel({200, 100});
-    PreencherRetangulo(painel.Dc(), {0, 0, 200, 100}, kCorDaJanela);
-    PintarPainel(painel.Dc(), {20, 20, 180, 82});
-    EXPECT_EQ(painel.Provar("100,50=E2E2E2~0 100,21=FAFAFA~12 22,22=D4D4D4~0 20,50=767676~30 100,83=A8A8A8~36 "
-                            "100,86=D4D4D4~0"),
-              "");
-    const Superficie borda({100, 100});
-    PreencherRetangulo(borda.Dc(), {0, 0, 100, 100}, kCorDaJanela);
-    PintarBorda(borda.Dc(), 100, 100);
-    EXPECT_EQ(borda.Provar("50,50=D4D4D4~0 0,0=D4D4D4~0"), "");
-    // A line at half a pixel: renderers put it on the first or on the second.
-    EXPECT_LE(std::min(borda.Em(0, 50), borda.Em(1, 50)), 0x5E5E5EU);
-    EXPECT_LE(std::min(borda.Em(50, 0), borda.Em(50, 1)), 0x5E5E5EU);
-}
-
+// Header, the rings around the centre, the logo in it at both corners; footer, panels and their shadow, border.
 TEST_F(Pintura, JanelaPrincipal) {
+    const std::string emVolta =
+        "300,20=FBFBFB 300,43=CFCFCF 300,44=969696~0 6,46=606060~0 447,384=606060~0 7,47=FFFFFF~0 446,383=FFFFFF~0 "
+        "8,48=FFFFFF~0 445,382=FFFFFF~0 5,45=D4D4D4~0 448,385=D4D4D4~0 9,49=080406~0 444,381=080406~0 18,58=080406~0 "
+        "435,352=080406~0 226,387=D4D4D4~0 2,388=606060~0 440,389=A6A6A6 440,514=D2D2D2 226,450=E2E2E2~0 "
+        "226,396=FAFAFA~12 54,397=A9A9A9 226,459=BEBEBE~9 110,486=E2E2E2~0 1,200=404040~30 200,1=404040~30 ";
     const FontesDaPrincipal proprias;
     const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF20A040U)});
-    const std::pair<CentroDaPrincipal, const char*> casos[] = {
-        // header, the rings around the centre and the logo in it at both corners, footer, panels
-        {CentroDaPrincipal::kLogo,
-         "300,20=FBFBFB 300,43=CFCFCF 300,44=969696~0 6,46=606060~0 447,384=606060~0 7,47=FFFFFF~0 446,383=FFFFFF~0 "
-         "8,48=FFFFFF~0 445,382=FFFFFF~0 5,45=D4D4D4~0 448,385=D4D4D4~0 9,49=080406~0 444,381=080406~0 19,59=20A040 "
-         "434,351=20A040 18,58=080406~0 435,352=080406~0 226,388=606060~0 226,450=E2E2E2~0 110,486=E2E2E2~0"},
-        {CentroDaPrincipal::kSite, "19,59=080406~0 200,200=080406~0 9,49=080406~0"},
-    };
-    for (const auto& [centro, provas] : casos) {
+    for (const auto& [centro, noCentro] : {std::pair(CentroDaPrincipal::kLogo, "19,59=20A040 434,351=20A040"),
+                                           {CentroDaPrincipal::kSite, "19,59=080406~0 200,200=080406~0"}}) {
         const Superficie s({kLarguraPrincipal, kAlturaPrincipal});
         PintarPrincipal(s.Dc(), {L"Zu", true, CaixaDaTira::kNenhuma, centro, 75, 50}, logo, FontesDaInterface(),
                         proprias);
-        EXPECT_EQ(s.Provar(provas), "");
+        EXPECT_EQ(s.Provar(emVolta + noCentro), "");
     }
 }
 
@@ -123,32 +80,37 @@ class Retrato : public Superficie {
     static constexpr int kAltura = 28;
 };
 
-TEST_F(Pintura, EstadosDeCadaControleSaoDistintos) {
+TEST_F(Pintura, CadaControleSeVeEmCadaEstadoEGuardaOTextoDentro) {
     for (const TipoControle kind : {TipoControle::Botao, TipoControle::BotaoPrincipal, TipoControle::Caixa,
                                     TipoControle::Lista, TipoControle::Opcao}) {
         SCOPED_TRACE(static_cast<unsigned>(kind));
-        EstadoControle estado;
-        estado.kind = kind;
-        estado.items = {L"1024 x 768"};
-        const Retrato normal(estado);
-        const Retrato desligado(estado, false);
-        estado.checked = true;
-        const Retrato marcado(estado);
-        estado.checked = false;
-        estado.hover = true;
-        estado.hover_level = 1;
-        const Retrato sobre(estado);
-        estado.pressed = true;
-        const Retrato pressionado(estado);
         const bool caixa = kind == TipoControle::Caixa;
-        const int muito = caixa ? 10 : 80;
-        EXPECT_GT(normal.Diferentes(sobre), muito);
-        EXPECT_GT(sobre.Diferentes(pressionado), muito);
-        EXPECT_GT(normal.Diferentes(pressionado), muito);
-        EXPECT_GT(normal.Diferentes(desligado), 40);
-        EXPECT_EQ(normal.Diferentes(marcado) > 20, caixa || kind == TipoControle::Opcao);
+        EstadoControle estado{.kind = kind, .items = {L"1024 x 768"}};
+        const auto com = [&](bool EstadoControle::*qual) {
+            estado.*qual = true;
+            estado.hover_level = estado.hover ? 1 : 0;
+            return std::make_unique<Retrato>(estado);
+        };
+        const Retrato normal(estado);
+        EXPECT_GT(normal.Diferentes(Retrato(estado, false)), 40);
+        EXPECT_EQ(normal.Diferentes(*com(&EstadoControle::checked)) > 20, caixa || kind == TipoControle::Opcao);
+        estado.checked = false;
+        const auto sobre = com(&EstadoControle::hover);
+        const auto pressionado = com(&EstadoControle::pressed);
+        for (const auto& [um, outro] :
+             {std::pair(&normal, sobre.get()), {sobre.get(), pressionado.get()}, {&normal, pressionado.get()}})
+            EXPECT_GT(um->Diferentes(*outro), caixa ? 10 : 80);
         // Beyond the face's corners lies the colour that the face is shaded around.
         EXPECT_EQ(normal.Provar(caixa ? "" : "0,0=E2E2E2~0"), "");
+
+        const wchar_t* const longa = L"Uma legenda comprida demais para o lugar que ela tem no controle";
+        const EstadoControle vazio{.kind = kind, .items = {L""}};
+        const EstadoControle cheio{.kind = kind, .items = {longa}, .text = kind == TipoControle::Opcao ? longa : L""};
+        const Retrato sem(vazio, true, L"");
+        const int fim = Retrato::kLargura - (kind == TipoControle::Lista ? 20 : 1);
+        EXPECT_GT(Retrato(cheio, true, longa).Diferentes(sem), 20);
+        EXPECT_EQ(Retrato(cheio, true, longa).Diferentes(sem, {fim, 0, 999, 999}), 0);
+        EXPECT_EQ(Retrato(cheio, true, longa).Diferentes(sem, {0, 0, 1, 999}), 0);
     }
 }
 
@@ -174,22 +136,6 @@ TEST_F(Pintura, BrilhoPulsoEDesenhoDoDono) {
                  PreencherRetangulo(dc, {r.left + 5, 5, r.right, 6}, RGB(4, 5, 6));
              }};
     EXPECT_EQ(Retrato(botao).Provar("5,5=040506~0 4,5=E2E2E2~0"), "");
-}
-
-TEST_F(Pintura, TextosQueNaoCabemFicamDentro) {
-    const wchar_t* const longa = L"Uma legenda comprida demais para o lugar que ela tem no controle";
-    for (const TipoControle kind :
-         {TipoControle::Botao, TipoControle::Caixa, TipoControle::Lista, TipoControle::Opcao}) {
-        EstadoControle estado;
-        estado.kind = kind;
-        const Retrato sem(estado, true, L"");
-        estado.items = {longa};
-        estado.text = kind == TipoControle::Opcao ? longa : L"";
-        const Retrato com(estado, true, longa);
-        EXPECT_GT(com.Diferentes(sem), 20);
-        EXPECT_EQ(com.Diferentes(sem, {Retrato::kLargura - (kind == TipoControle::Lista ? 20 : 1), 0, 999, 999}), 0);
-        EXPECT_EQ(com.Diferentes(sem, {0, 0, 1, 999}), 0);
-    }
 }
 
 }  // namespace
