@@ -85,17 +85,6 @@ void Teclar(HWND janela, int tecla, bool repetida) {
     PostMessageW(janela, WM_KEYDOWN, static_cast<WPARAM>(tecla), repetida ? LPARAM{KF_REPEAT} << 16 : 0);
 }
 
-void PuxarPelaTela(HWND janela, POINT ponto) {
-    ClientToScreen(janela, &ponto);
-    SetCursorPos(ponto.x, ponto.y);
-    mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
-    mouse_event(MOUSEEVENTF_MOVE, 30, 20, 0, 0);
-}
-
-void SoltarNaTela() {
-    mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
-}
-
 std::string LerTela(HWND janela) {
     const Superficie s(TamanhoDe(janela));
     escritos.clear();

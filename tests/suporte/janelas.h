@@ -47,10 +47,6 @@ void NaThreadDe(HWND janela, const std::function<void()>& trabalho);
 void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
 
-// Presses the real pointer's left button at a point of the window and moves on, or lets it go.
-void PuxarPelaTela(HWND janela, POINT ponto);
-void SoltarNaTela();
-
 // The texts that a window and its controls draw when they are asked to, as a reader meets them: " | " between those of
 // one row, and a line a row.
 std::string LerTela(HWND janela);
