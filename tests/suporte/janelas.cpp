@@ -170,6 +170,10 @@ ComServidor::ComServidor() {
     Publicar({{"a.bin", "a"}});
 }
 
+ComServidor::~ComServidor() {
+    EXPECT_TRUE(Esperar(30s, [] { return !ObterControlador().Atualizando(); }));
+}
+
 void ComServidor::Publicar(std::map<std::string, std::string> arquivos) {
     publicacao_.arquivos = std::move(arquivos);
     publicacao_.Servir(servidor_);

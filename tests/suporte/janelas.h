@@ -91,6 +91,8 @@ class Interface {
 class ComServidor : public testing::Test {
  protected:
     ComServidor();
+    // Not before the process's one controller is at rest, which the next case is to find so.
+    ~ComServidor() override;
 
     void Publicar(std::map<std::string, std::string> arquivos);
     // The stand-in as the game, which plays `roteiro`.
