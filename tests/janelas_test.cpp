@@ -211,6 +211,7 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
     const struct {
         const char* relatorio;
         std::string requisitos, diagnostico;  // parts of what they show
+        const char* marcas = "";              // of the verdict and of the rows in the requirements
     } casos[] = {
         {"so_vulkan",
          "\nSistema | Windows 11 Pro 64 bits (22631)\nPlaca de vídeo | NVIDIA GeForce RTX 3060 (12 GiB)\n"
@@ -219,19 +220,21 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
              fim,
          "Diagnóstico completo\nDiagnóstico completo (Zu.exe --requisitos-json):\n"
          "Item | Seu computador | Mínimo | Situação | O que fazer\n"
-         "Sistema | Windows 11 Pro 64 bits (22631) | Windows 10 64 bits (19041) | OK\n"},
+         "Sistema | Windows 11 Pro 64 bits (22631) | Windows 10 64 bits (19041) | OK\n",
+         "24,42=D9940C 24,96=269440 24,116=269440 24,136=C2241A 24,156=269440"},
         {"avisos", "Seu computador atende aos requisitos mínimos\n",
          "\nDriver de vídeo | NVIDIA 531 | 532 | Atualizar | Atualize o driver da placa de vídeo.\n"},
         {"avisos", "", "\nCopiar relatório | Fechar | Abrir site do driver"},
         {"sessenta", "", "\nItem 20 | valor | nenhum | OK\n"},
         {"copiar", "\nPlaca de vídeo | não informado\nDirectX 12 | Não roda neste PC\nVulkan 1.3 | Roda neste PC\n",
-         "\nO relatório do jogo não traz itens."},
+         "\nO relatório do jogo não traz itens.",
+         "24,42=269440 24,82=828282 24,86=E8E8E8 24,90=DEDEDE 24,122=C2241A 24,142=269440"},
         {"nenhum", "", "\nCopiar relatório | Fechar"},
     };
     pasta_.Escrever("jogo_falso.json", R"({"d3d12": false})");
     EXPECT_EQ(AbrirRequisitos(), nullptr);
     const RECT area = AreaDeTrabalho();
-    for (const auto& [relatorio, requisitos, diagnostico] : casos) {
+    for (const auto& [relatorio, requisitos, diagnostico, marcas] : casos) {
         SCOPED_TRACE(relatorio);
         Diagnosticar("");
         AbrirOpcoes();
@@ -241,11 +244,15 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
         Diagnosticar(relatorio);
         EXPECT_TRUE(Bombear(5s, [h] { return Habilitado(h, kBotaoDiagnostico); }));
         EXPECT_TRUE(Mostra(h, requisitos)) << LerTela(h);
+        UpdateWindow(h);
+        EXPECT_EQ(Superficie(h).Provar(marcas), "");
         const RECT p = Lugar(Ui().principal);
         EXPECT_EQ(std::pair(Lugar(h).left, Lugar(h).top), std::pair(p.left - 23, p.top + 108));
 
         const HWND d = AbrirDiagnostico();
         EXPECT_TRUE(Mostra(d, diagnostico)) << LerTela(d);
+        UpdateWindow(d);
+        EXPECT_EQ(Superficie(d).Provar(ObterRequisitos().items.empty() ? "473,88=E2E2E2" : "473,88=FFFFFF"), "");
         EXPECT_EQ(Habilitado(d, kBotaoCopiar), !ObterRequisitos().relatorio.empty());
         EXPECT_EQ(std::pair(Lugar(d).left, Lugar(d).right), std::pair(p.left - 163, p.left - 163 + 780));
         EXPECT_TRUE(Lugar(d).top >= area.top && Lugar(d).bottom <= area.bottom);
