@@ -26,7 +26,12 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
         constexpr LONG kMeiaLinha = 7;
         POINT lugar{r->left, (formato & DT_VCENTER) != 0 ? (r->top + r->bottom) / 2 - kMeiaLinha : r->top};
         LPtoDP(dc, &lugar, 1);
-        escritos.push_back({lugar.y, lugar.x, ParaUtf8({texto, static_cast<std::size_t>(tamanho)})});
+        RECT inteiro{};
+        original(dc, texto, tamanho, &inteiro, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+        const bool cabe =
+            inteiro.right <= r->right - r->left || (formato & DT_SINGLELINE) == 0 || (formato & DT_PATH_ELLIPSIS) != 0;
+        escritos.push_back(
+            {lugar.y, lugar.x, ParaUtf8({texto, static_cast<std::size_t>(tamanho)}) + (cabe ? "" : "…")});
     }
     return original(dc, texto, tamanho, r, formato);
 }

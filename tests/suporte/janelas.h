@@ -48,7 +48,7 @@ void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
 
 // The texts that a window and its controls draw when they are asked to, as a reader meets them: " | " between those of
-// one row, and a line a row.
+// one row, and a line a row. A "…" follows one that does not fit its place.
 std::string LerTela(HWND janela);
 
 // With the drawing kit, its fonts and the classes of every window. What the process keeps of the case before is gone.
