@@ -97,7 +97,10 @@ void VisaoSite::ControladorPronto(HRESULT resultado, ICoreWebView2Controller* co
     controlador->AddRef();
     controlador_.Trocar(controlador);
     const HRESULT preparo = PrepararVisao();
-    if (FAILED(preparo)) FalharCom(Formatar("WebView2: o site não abriu (0x{:08X})", Codigo(preparo)));
+    if (FAILED(preparo))
+        FalharCom(Formatar("WebView2: o site não abriu (0x{:08X})", Codigo(preparo)));
+    else
+        ambiente_.repintarCentro();
 }
 
 HRESULT VisaoSite::PrepararVisao() {

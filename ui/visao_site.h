@@ -20,7 +20,7 @@ struct AmbienteSite {
     std::wstring endereco;                 // the page; empty: no view
     std::string seletor;                   // CSS selector (UTF-8) of the element to keep; empty: the whole page
     std::function<bool()> terminando;      // whether the interface is ending
-    std::function<void()> repintarCentro;  // the view is gone, so the centre has to be drawn again
+    std::function<void()> repintarCentro;  // the view has come or gone: the centre looks otherwise
     std::function<void(const std::wstring&)> abrir;  // hands an "http://" or "https://" address to the browser
 };
 

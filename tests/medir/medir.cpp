@@ -60,21 +60,29 @@ namespace zu::launcher {
 namespace {
 
 constexpr int kVoltas = 3;
+using Trabalho = std::function<void()>;
 
-// Seconds of the quickest of some turns: what the machine does beside us only ever adds.
-double Cronometrar(const std::function<void()>& trabalho, int voltas = kVoltas) {
-    double melhor = std::numeric_limits<double>::max();
-    for (int i = 0; i < voltas; ++i) {
-        const auto inicio = std::chrono::steady_clock::now();
-        trabalho();
-        const std::chrono::duration<double> passado = std::chrono::steady_clock::now() - inicio;
-        melhor = std::min(melhor, passado.count());
-    }
-    return melhor;
+double Cronometrar(const Trabalho& trabalho) {
+    const auto inicio = std::chrono::steady_clock::now();
+    trabalho();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - inicio).count();
 }
 
 void Imprimir(const char* nome, double valor) {
     std::printf("%s\t%.9g\n", nome, valor);
+}
+
+// Seconds of the quickest of some turns: what the machine does beside us only ever adds. In turns with what it is
+// measured against, so that a change in the machine's speed meets both. `nosso` does its work `quantos` times over.
+void Medir(const Trabalho& nosso, const Trabalho& base = {}, int quantos = 1) {
+    double melhorBase = std::numeric_limits<double>::max();
+    double melhor = melhorBase;
+    for (int i = 0; i < kVoltas; ++i) {
+        if (base) melhorBase = std::min(melhorBase, Cronometrar(base));
+        melhor = std::min(melhor, Cronometrar(nosso));
+    }
+    if (base) Imprimir("base", melhorBase);
+    Imprimir("nosso", melhor / quantos);
 }
 
 void ImprimirMemoria() {
@@ -113,44 +121,36 @@ void MedirHash(const std::filesystem::path& arquivo) {
         if (!HashArquivo(arquivo, 0).ok) Falhar("hash");
     };
     soSha();  // the file is in the page cache from here on
-    // In turns, so that a change in the machine's speed meets both.
-    double base = std::numeric_limits<double>::max();
-    double nosso = base;
-    for (int i = 0; i < kVoltas; ++i) {
-        base = std::min(base, Cronometrar(soSha, 1));
-        nosso = std::min(nosso, Cronometrar(osDois, 1));
-    }
-    Imprimir("base", base);
-    Imprimir("nosso", nosso);
+    Medir(osDois, soSha);
 }
 
-// lista ARQUIVO: reading a list, and the memory that it takes
-void MedirLista(const std::filesystem::path& arquivo) {
+std::string Texto(const std::filesystem::path& arquivo) {
     std::string texto;
-    if (!LerArquivoInteiro(arquivo, texto)) Falhar("lista");
-    const update::ListaSeparada separada = update::SepararAssinatura(texto);
-    const std::int64_t antes = emUso;
-    maisEmUso = antes;
-    Imprimir("nosso", Cronometrar([&] {
-                 update::UpdateList lista;
-                 std::string erro;
-                 if (!update::LerLista(separada.assinados, lista, erro)) Falhar(erro);
-             }));
-    Imprimir("texto", static_cast<double>(separada.assinados.size()));
-    Imprimir("memoria", static_cast<double>(maisEmUso - antes));
+    if (!LerArquivoInteiro(arquivo, texto)) Falhar(ParaUtf8(arquivo.native()));
+    return texto;
 }
 
-// json ARQUIVO: reading a document, and the memory that its tree takes
-void MedirJson(const std::filesystem::path& arquivo) {
-    std::string texto;
-    if (!LerArquivoInteiro(arquivo, texto)) Falhar("json");
+update::UpdateList Lista(std::string_view texto) {
+    update::UpdateList lista;
+    std::string erro;
+    if (!update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) Falhar(erro);
+    return lista;
+}
+
+ValorJson Json(std::string_view texto) {
+    ValorJson valor;
+    std::string erro;
+    if (!LerJson(texto, valor, erro)) Falhar(erro);
+    return valor;
+}
+
+// lista ARQUIVO, json ARQUIVO: reading a document, and the memory that what was read takes
+template <class Lido>
+void MedirLeitura(const std::filesystem::path& arquivo, Lido ler(std::string_view)) {
+    const std::string texto = Texto(arquivo);
     const std::int64_t antes = emUso;
     maisEmUso = antes;
-    Imprimir("nosso", Cronometrar([&] {
-                 ValorJson valor;
-                 std::string erro;
-                 if (!LerJson(texto, valor, erro)) Falhar(erro);
-             }));
+    Medir([&] { static_cast<void>(ler(texto)); });
     Imprimir("texto", static_cast<double>(texto.size()));
     Imprimir("memoria", static_cast<double>(maisEmUso - antes));
 }
@@ -161,32 +161,14 @@ void MedirConferir(const std::filesystem::path& pasta, const std::string& url,
     teste::Configurar(pasta, url);
     RodarAte(StatusUpdate::kPronto);  // fills the cache
     std::vector<std::wstring> caminhos;
-    {
-        std::string texto;
-        std::string erro;
-        update::UpdateList lista;
-        if (!LerArquivoInteiro(listaLocal, texto) ||
-            !update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) {
-            Falhar("lista " + erro);
-        }
-        for (const auto& item : lista.itens)
-            caminhos.push_back((pasta / DeUtf8(item.caminho)).make_preferred());
-    }
-    double base = std::numeric_limits<double>::max();
-    double nosso = base;
-    for (int i = 0; i < kVoltas; ++i) {
-        base = std::min(base, Cronometrar(
-                                  [&] {
-                                      WIN32_FILE_ATTRIBUTE_DATA dados{};
-                                      for (const std::wstring& caminho : caminhos) {
-                                          GetFileAttributesExW(caminho.c_str(), GetFileExInfoStandard, &dados);
-                                      }
-                                  },
-                                  1));
-        nosso = std::min(nosso, Cronometrar([] { RodarAte(StatusUpdate::kPronto); }, 1));
-    }
-    Imprimir("base", base);
-    Imprimir("nosso", nosso);
+    for (const auto& item : Lista(Texto(listaLocal)).itens)
+        caminhos.push_back((pasta / DeUtf8(item.caminho)).make_preferred());
+    Medir([] { RodarAte(StatusUpdate::kPronto); },
+          [&] {
+              WIN32_FILE_ATTRIBUTE_DATA dados{};
+              for (const std::wstring& caminho : caminhos)
+                  GetFileAttributesExW(caminho.c_str(), GetFileExInfoStandard, &dados);
+          });
     ImprimirMemoria();
 }
 
@@ -210,23 +192,19 @@ void BaixarCru(const std::wstring& url, const std::filesystem::path& destino) {
 void MedirGrande(const std::filesystem::path& pasta, const std::string& url, const std::string& caminho) {
     teste::Configurar(pasta, url);
     const std::filesystem::path alvo = pasta / DeUtf8(caminho);
-    double base = std::numeric_limits<double>::max();
-    double nosso = base;
-    for (int i = 0; i < kVoltas; ++i) {
-        DeleteFileW(alvo.c_str());
-        base = std::min(base, Cronometrar([&] { BaixarCru(DeUtf8(url + caminho), pasta / L"cru.bin"); }, 1));
-        DeleteFileW((pasta / L"cru.bin").c_str());
-        nosso = std::min(nosso, Cronometrar([] { RodarAte(StatusUpdate::kPronto); }, 1));
-    }
-    Imprimir("base", base);
-    Imprimir("nosso", nosso);
+    Medir(
+        [&] {
+            DeleteFileW(alvo.c_str());
+            RodarAte(StatusUpdate::kPronto);
+        },
+        [&] { BaixarCru(DeUtf8(url + caminho), pasta / L"cru.bin"); });
     ImprimirMemoria();
 }
 
 // baixar PASTA URL CONEXOES: one run into an empty folder
 void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int conexoes) {
     teste::Configurar(pasta, url, conexoes);
-    Imprimir("nosso", Cronometrar([] { RodarAte(StatusUpdate::kPronto); }, 1));
+    Imprimir("nosso", Cronometrar([] { RodarAte(StatusUpdate::kPronto); }));
     ImprimirMemoria();
 }
 
@@ -242,20 +220,19 @@ void MedirPintura() {
         const AparenciaPrincipal aparencia{L"Zu", true, CaixaDaTira::kNenhuma, CentroDaPrincipal::kLogo, 40, 60};
         const HandleDc tela(CreateCompatibleDC(nullptr));
         const HDC janela = GetDC(nullptr);
-        const auto segundos = Cronometrar([&] {
+        const auto repintar = [&] {
             for (int i = 0; i < kRepinturas; ++i) {
                 const HandleGdi bitmap(CreateCompatibleBitmap(janela, kLarguraPrincipal, kAlturaPrincipal));
                 const Selecao selecao(tela.Valor(), bitmap.Valor());
                 PintarPrincipal(tela.Valor(), aparencia, logo, fontes, proprias);
-                for (int b = 0; b < 4; ++b) {
+                for (int b = 0; b < 4; ++b)
                     PintarControle(tela.Valor(), {0, 0, 76, 28}, {botao, L"Conectar", true}, fontes);
-                }
                 BitBlt(janela, 0, 0, kLarguraPrincipal, kAlturaPrincipal, tela.Valor(), 0, 0, SRCCOPY);
                 GdiFlush();
             }
-        });
+        };
+        Medir(repintar, {}, kRepinturas);
         ReleaseDC(nullptr, janela);
-        Imprimir("nosso", segundos / kRepinturas);
     }
     EncerrarDesenho();
 }
@@ -316,71 +293,54 @@ class SaidaMuda final : public forjal::Saida {
 // noar URL LISTA CHAVE: "Forjal conferir --url=", and the bare requests for as many files
 void MedirNoAr(const std::string& url, const std::filesystem::path& listaLocal, const std::string& publica) {
     std::vector<std::wstring> objetos;
-    std::string texto;
-    std::string erro;
-    update::UpdateList lista;
-    if (!LerArquivoInteiro(listaLocal, texto) ||
-        !update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) {
-        Falhar("lista " + erro);
-    }
     const std::string pasta = url.substr(url.find('/', std::string_view("http://").size()));
-    for (const auto& item : lista.itens)
+    for (const auto& item : Lista(Texto(listaLocal)).itens)
         objetos.push_back(DeUtf8(MontarUrl(pasta, item.caminho)));
     const std::vector<std::wstring> comando{L"conferir", DeUtf8("--url=" + url), DeUtf8("--pub=" + publica)};
-    double base = std::numeric_limits<double>::max();
-    double nosso = base;
     SaidaMuda muda;
-    for (int i = 0; i < kVoltas; ++i) {
-        base = std::min(base, Cronometrar([&] { PedirFaixasCruas(url, objetos, 16); }, 1));
-        nosso = std::min(nosso, Cronometrar([&] { forjal::RodarForjal(comando, muda); }, 1));
-    }
-    Imprimir("base", base);
-    Imprimir("nosso", nosso);
+    Medir([&] { forjal::RodarForjal(comando, muda); }, [&] { PedirFaixasCruas(url, objetos, 16); });
     Imprimir("pedidos", static_cast<double>(objetos.size()));
 }
 
 // assinar ENTRADA SAIDA: signs a list with the development key
 void AssinarArquivo(const std::filesystem::path& entrada, const std::filesystem::path& saida) {
-    std::string texto;
-    if (!LerArquivoInteiro(entrada, texto) || !GravarArquivoAtomico(saida, teste::Assinar(texto))) Falhar("assinar");
+    if (!GravarArquivoAtomico(saida, teste::Assinar(Texto(entrada)))) Falhar("assinar");
 }
 
-int Rodar(const std::vector<std::string>& a) {
-    const auto caminho = [&](std::size_t i) { return std::filesystem::path(DeUtf8(a[i])); };
-    if (a.size() == 2 && a[0] == "hash") {
-        MedirHash(caminho(1));
-    } else if (a.size() == 2 && a[0] == "lista") {
-        MedirLista(caminho(1));
-    } else if (a.size() == 2 && a[0] == "json") {
-        MedirJson(caminho(1));
-    } else if (a.size() == 4 && a[0] == "conferir") {
-        MedirConferir(caminho(1), a[2], caminho(3));
-    } else if (a.size() == 4 && a[0] == "noar") {
-        MedirNoAr(a[1], caminho(2), a[3]);
-    } else if (a.size() == 4 && a[0] == "grande") {
-        MedirGrande(caminho(1), a[2], a[3]);
-    } else if (a.size() == 4 && a[0] == "baixar") {
-        MedirBaixar(caminho(1), a[2], std::atoi(a[3].c_str()));
-    } else if (a.size() == 3 && a[0] == "janela") {
-        MedirJanela(caminho(1), caminho(2));
-    } else if (a.size() == 1 && a[0] == "minimizar") {
-        PostMessageW(FindWindowW(kClasseDaJanela, nullptr), WM_SYSCOMMAND, SC_MINIMIZE, 0);
-    } else if (a.size() == 1 && a[0] == "pintura") {
-        MedirPintura();
-    } else if (a.size() == 3 && a[0] == "assinar") {
-        AssinarArquivo(caminho(1), caminho(2));
-    } else {
-        Falhar("comando desconhecido");
-    }
-    return 0;
+using Argumentos = std::vector<std::string>;
+
+std::filesystem::path Caminho(const std::string& texto) {
+    return DeUtf8(texto);
 }
+
+const struct {
+    const char* nome;
+    std::size_t argumentos;
+    void (*rodar)(const Argumentos&);
+} kComandos[] = {
+    {"hash", 1, [](const Argumentos& a) { MedirHash(Caminho(a[1])); }},
+    {"lista", 1, [](const Argumentos& a) { MedirLeitura(Caminho(a[1]), Lista); }},
+    {"json", 1, [](const Argumentos& a) { MedirLeitura(Caminho(a[1]), Json); }},
+    {"conferir", 3, [](const Argumentos& a) { MedirConferir(Caminho(a[1]), a[2], Caminho(a[3])); }},
+    {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1], Caminho(a[2]), a[3]); }},
+    {"grande", 3, [](const Argumentos& a) { MedirGrande(Caminho(a[1]), a[2], a[3]); }},
+    {"baixar", 3, [](const Argumentos& a) { MedirBaixar(Caminho(a[1]), a[2], std::stoi(a[3])); }},
+    {"janela", 2, [](const Argumentos& a) { MedirJanela(Caminho(a[1]), Caminho(a[2])); }},
+    {"minimizar", 0,
+     [](const Argumentos&) { PostMessageW(FindWindowW(kClasseDaJanela, nullptr), WM_SYSCOMMAND, SC_MINIMIZE, 0); }},
+    {"pintura", 0, [](const Argumentos&) { MedirPintura(); }},
+    {"assinar", 2, [](const Argumentos& a) { AssinarArquivo(Caminho(a[1]), Caminho(a[2])); }},
+};
 
 }  // namespace
 }  // namespace zu::launcher
 
 int wmain(int quantos, wchar_t** argumentos) {
-    std::vector<std::string> textos;
+    zu::launcher::Argumentos textos;
     for (int i = 1; i < quantos; ++i)
         textos.push_back(zu::launcher::ParaUtf8(argumentos[i]));
-    return zu::launcher::Rodar(textos);
+    for (const auto& [nome, numero, rodar] : zu::launcher::kComandos) {
+        if (textos.size() == numero + 1 && textos[0] == nome) return rodar(textos), 0;
+    }
+    zu::launcher::Falhar("comando desconhecido");
 }

@@ -21,7 +21,7 @@ struct EventoDoRuntime {
     std::int32_t tipo = 0;  // of a process's end
 };
 
-class Controle {
+class NavegadorFalso {
  public:
     // Forgets what was noted; to be called when nothing is alive.
     virtual void Comecar(const RoteiroDoRuntime& roteiro) = 0;
@@ -46,9 +46,9 @@ class Controle {
     [[nodiscard]] virtual int Faltas() const = 0;
 
  protected:
-    ~Controle() = default;
+    ~NavegadorFalso() = default;
 };
 
-using ObterControle = Controle* (*)();  // exported as "ControleDoRuntime"
+using ObterNavegador = NavegadorFalso* (*)();  // exported as "ControleDoRuntime"
 
 }  // namespace zu::launcher::teste

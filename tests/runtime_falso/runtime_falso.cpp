@@ -268,7 +268,7 @@ bool Mostrar(int slot, const EventoDoRuntime& evento) {
     return mostrado->resposta;
 }
 
-class ControleDaMesa final : public Controle {
+class NavegadorDaMesa final : public NavegadorFalso {
  public:
     void Comecar(const RoteiroDoRuntime& roteiro) override { mesa = {.roteiro = roteiro}; }
     bool Entregar() override { return EntregarPendente(); }
@@ -287,8 +287,8 @@ class ControleDaMesa final : public Controle {
 
 namespace falso = zu::launcher::teste;
 
-extern "C" __declspec(dllexport) falso::Controle* ControleDoRuntime() {
-    static falso::ControleDaMesa controle;
+extern "C" __declspec(dllexport) falso::NavegadorFalso* ControleDoRuntime() {
+    static falso::NavegadorDaMesa controle;
     return &controle;
 }
 

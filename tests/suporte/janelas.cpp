@@ -3,57 +3,82 @@
 #include <objbase.h>
 
 #include <algorithm>
-#include <memory>
-#include <utility>
+#include <bit>
 
-#include "app/instancia_unica.h"
-#include "game/opcoes.h"
-#include "tests/suporte/espera.h"
-#include "tests/suporte/processo.h"
-#include "ui/estado_interface.h"
 #include "ui/interface.h"
+#include "ui/modal.h"
 
 namespace zu::launcher::teste {
 namespace {
 
-LRESULT CALLBACK Procedimento(HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam) {
-    auto* espiao = reinterpret_cast<Espiao*>(GetWindowLongPtrW(janela, GWLP_USERDATA));
-    if (espiao != nullptr) (*espiao)(mensagem, wParam, lParam);
-    if (mensagem == WM_NCDESTROY) {
-        SetWindowLongPtrW(janela, GWLP_USERDATA, 0);
-        const std::unique_ptr<Espiao> fim(espiao);
+struct Escrito {
+    LONG y;  // of the first line
+    LONG x;
+    std::string texto;
+};
+std::atomic<HDC> lida = nullptr;
+std::vector<Escrito> escritos;
+
+int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT formato) {
+    static const auto original =
+        std::bit_cast<decltype(&DrawTextW)>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "DrawTextW"));
+    if (dc == lida && (formato & DT_CALCRECT) == 0 && tamanho > 0) {
+        constexpr LONG kMeiaLinha = 7;
+        POINT lugar{r->left, (formato & DT_VCENTER) != 0 ? (r->top + r->bottom) / 2 - kMeiaLinha : r->top};
+        LPtoDP(dc, &lugar, 1);
+        RECT inteiro{};
+        original(dc, texto, tamanho, &inteiro, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+        const bool cabe =
+            inteiro.right <= r->right - r->left || (formato & DT_SINGLELINE) == 0 || (formato & DT_PATH_ELLIPSIS) != 0;
+        escritos.push_back(
+            {lugar.y, lugar.x, ParaUtf8({texto, static_cast<std::size_t>(tamanho)}) + (cabe ? "" : "…")});
     }
-    return DefWindowProcW(janela, mensagem, wParam, lParam);
+    return original(dc, texto, tamanho, r, formato);
+}
+
+BOOL CALLBACK DesenharFilho(HWND filho, LPARAM) {
+    POINT canto{};
+    MapWindowPoints(filho, GetParent(filho), &canto, 1);
+    SetViewportOrgEx(lida, canto.x, canto.y, nullptr);
+    SendMessageW(filho, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(lida.load()), PRF_CLIENT);
+    return TRUE;
 }
 
 }  // namespace
+}  // namespace zu::launcher::teste
 
-HWND CriarJanela(Espiao espiao) {
-    constexpr wchar_t kClasse[] = L"ZuTeste";
+// In the place of the import, for this program.
+extern "C" {
+decltype(&DrawTextW) __imp_DrawTextW = &zu::launcher::teste::EscreverENotar;
+}
+
+namespace zu::launcher::teste {
+
+HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao) {
+    static std::function<void(UINT, WPARAM)> atual;
+    atual = std::move(espiao);
     WNDCLASSW classe{};
-    classe.lpfnWndProc = Procedimento;
-    classe.hInstance = GetModuleHandleW(nullptr);
-    classe.lpszClassName = kClasse;
+    classe.lpfnWndProc = [](HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        atual(mensagem, wParam);
+        return DefWindowProcW(janela, mensagem, wParam, lParam);
+    };
+    classe.lpszClassName = L"ZuTeste";
     RegisterClassW(&classe);
-    const HWND janela = CreateWindowExW(0, kClasse, L"", WS_POPUP | WS_VISIBLE, 100, 100, 500, 300, nullptr, nullptr,
-                                        classe.hInstance, nullptr);
-    auto dono = std::make_unique<Espiao>(std::move(espiao));
-    SetWindowLongPtrW(janela, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(dono.release()));
-    return janela;
+    return CreateWindowExW(0, classe.lpszClassName, L"", WS_POPUP | WS_VISIBLE, 100, 100, 500, 300, nullptr, nullptr,
+                           nullptr, nullptr);
 }
 
 void NaThreadDe(HWND janela, const std::function<void()>& trabalho) {
     static constexpr UINT kRodar = WM_APP + 999;
-    static WNDPROC original = nullptr;
-    const WNDPROC comTrabalho = [](HWND h, UINT mensagem, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        if (mensagem != kRodar) return CallWindowProcW(original, h, mensagem, wParam, lParam);
-        (*reinterpret_cast<const std::function<void()>*>(lParam))();
+    static const std::function<void()>* agora = nullptr;
+    agora = &trabalho;
+    const HOOKPROC rodar = [](int, WPARAM, LPARAM lParam) -> LRESULT {
+        if (reinterpret_cast<CWPSTRUCT*>(lParam)->message == kRodar) (*agora)();
         return 0;
     };
-    original =
-        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(janela, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(comTrabalho)));
-    SendMessageW(janela, kRodar, 0, reinterpret_cast<LPARAM>(&trabalho));
-    SetWindowLongPtrW(janela, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original));
+    const HHOOK gancho = SetWindowsHookExW(WH_CALLWNDPROC, rodar, nullptr, GetWindowThreadProcessId(janela, nullptr));
+    SendMessageW(janela, kRodar, 0, 0);
+    UnhookWindowsHookEx(gancho);
 }
 
 void Clicar(HWND controle) {
@@ -61,15 +86,53 @@ void Clicar(HWND controle) {
     SendMessageW(controle, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
 }
 
-void PuxarPelaTela(HWND janela, POINT ponto) {
-    ClientToScreen(janela, &ponto);
-    SetCursorPos(ponto.x, ponto.y);
-    mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
-    mouse_event(MOUSEEVENTF_MOVE, 30, 20, 0, 0);
+void Teclar(HWND janela, int tecla, bool repetida) {
+    PostMessageW(janela, WM_KEYDOWN, static_cast<WPARAM>(tecla), repetida ? LPARAM{KF_REPEAT} << 16 : 0);
 }
 
-void SoltarNaTela() {
-    mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+std::string LerTela(HWND janela) {
+    const Superficie s(TamanhoDe(janela));
+    escritos.clear();
+    lida = s.Dc();
+    SendMessageW(janela, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(s.Dc()), PRF_CLIENT);
+    EnumChildWindows(janela, DesenharFilho, 0);
+    lida = nullptr;
+    constexpr LONG kMesmaLinha = 5;
+    std::ranges::stable_sort(escritos, {}, &Escrito::y);
+    for (LONG linha = -99; Escrito & e : escritos)
+        e.y = linha = e.y - linha <= kMesmaLinha ? linha : e.y;
+    std::ranges::stable_sort(escritos, {}, [](const Escrito& e) { return std::pair(e.y, e.x); });
+    std::string tela;
+    for (const Escrito* antes = nullptr; const Escrito& e : escritos) {
+        // A title has a shadow.
+        if (antes != nullptr && antes->texto == e.texto && e.x - antes->x <= 1) continue;
+        if (antes != nullptr) tela += antes->y == e.y ? " | " : "\n";
+        tela += e.texto;
+        antes = &e;
+    }
+    return tela;
+}
+
+ComDesenho::ComDesenho() {
+    RenovarRequisitos();
+    IniciarDesenho();
+    DefinirFontesDaInterface(CriarFontes());
+    const HINSTANCE modulo = GetModuleHandleW(nullptr);
+    RegistrarControle(modulo);
+    RegistrarPrincipal(modulo);
+    for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
+        RegistrarModal(modulo, classe);
+}
+
+ComDesenho::~ComDesenho() {
+    DefinirFontesDaInterface({});
+    EncerrarDesenho();
+}
+
+NavegadorFalso& RuntimeFalso() {
+    static const HMODULE dll =
+        LoadLibraryW((kAplicativoFalso / kVersaoFalsa / "EBWebView\\x64\\EmbeddedBrowserWebView.dll").c_str());
+    return *std::bit_cast<ObterNavegador>(GetProcAddress(dll, "ControleDoRuntime"))();
 }
 
 Interface::Interface()
@@ -78,15 +141,42 @@ Interface::Interface()
           codigo_ = RodarInterface();
           fim_ = true;
       }) {
-    Esperar(std::chrono::seconds(10), [this] {
+    Esperar(10s, [this] {
         janela_ = FindWindowW(kClasseDaJanela, nullptr);
         return janela_ != nullptr && IsWindowVisible(janela_);
     });
 }
 
+std::pair<int, int> Interface::Barras() const {
+    const Superficie s(janela_);
+    const auto cheia = [&s](int y) {
+        int pixels = 200;
+        while (pixels > 0 && !s.Azul(151 + pixels, y))
+            --pixels;
+        return (pixels + 4) / 10 * 5;  // the outline's end is of no colour
+    };
+    return {cheia(418), cheia(437)};
+}
+
+int Interface::EsperarFim(std::chrono::milliseconds limite) {
+    return Esperar(limite, [this] { return fim_.load(); }) ? Fechar() : -1;
+}
+
+int Interface::Fechar() {
+    if (!thread_.joinable()) return codigo_;
+    PostMessageW(janela_, WM_CLOSE, 0, 0);
+    thread_.join();
+    return codigo_;
+}
+
 ComServidor::ComServidor() {
+    RenovarRequisitos();
     Configurar(pasta_.Caminho(), servidor_.Url());
     Publicar({{"a.bin", "a"}});
+}
+
+ComServidor::~ComServidor() {
+    EXPECT_TRUE(Esperar(30s, [] { return !ObterControlador().Atualizando(); }));
 }
 
 void ComServidor::Publicar(std::map<std::string, std::string> arquivos) {
@@ -105,58 +195,28 @@ std::ptrdiff_t ComServidor::QuantasLinhas(const std::string& inicio) const {
                                  [&](const std::string& linha) { return linha.starts_with(inicio); });
 }
 
-std::pair<int, int> Interface::Barras() const {
-    std::pair<int, int> barras;
-    NaThreadDe(janela_, [&] { barras = {ObterInterface().superior, ObterInterface().inferior}; });
-    return barras;
-}
-
-int Interface::EsperarFim(std::chrono::milliseconds limite) {
-    if (!Esperar(limite, [this] { return fim_.load(); })) return -1;
-    thread_.join();
-    return codigo_;
-}
-
-int Interface::Fechar() {
-    if (!thread_.joinable()) return codigo_;
-    PostMessageW(janela_, WM_CLOSE, 0, 0);
-    thread_.join();
-    return codigo_;
-}
-
 bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto) {
-    const auto fim = std::chrono::steady_clock::now() + limite;
-    while (!pronto()) {
-        if (std::chrono::steady_clock::now() >= fim) return false;
+    return Esperar(limite, [&] {
         MSG m{};
         while (PeekMessageW(&m, nullptr, 0, 0, PM_REMOVE))
             DispatchMessageW(&m);
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-    }
-    return true;
+        return pronto();
+    });
 }
 
-void Bombear(std::chrono::milliseconds tempo) {
-    Bombear(tempo, [] { return false; });
-}
-
-Posses ContarPosses() {
+std::pair<int, int> ContarPosses() {
     GdiFlush();
-    Posses p;
-    p.gdi = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
-    p.user = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    if (p.gdi != 0) return p;
+    auto gdi = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
+    auto user = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
+    if (gdi != 0) return {gdi, user};
     // Wine does not count, but finds a handle by its lower half.
     for (UINT_PTR i = 1; i < 0x10000; ++i) {
-        if (GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0) ++p.gdi;
         DWORD processo = 0;
-        if (IsMenu(reinterpret_cast<HMENU>(i))) ++p.user;
-        if (IsWindow(reinterpret_cast<HWND>(i)) &&
-            GetWindowThreadProcessId(reinterpret_cast<HWND>(i), &processo) != 0 && processo == GetCurrentProcessId()) {
-            ++p.user;
-        }
+        GetWindowThreadProcessId(reinterpret_cast<HWND>(i), &processo);
+        gdi += GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0 ? 1 : 0;
+        user += IsMenu(reinterpret_cast<HMENU>(i)) || processo == GetCurrentProcessId() ? 1 : 0;
     }
-    return p;
+    return {gdi, user};
 }
 
 }  // namespace zu::launcher::teste

@@ -1,4 +1,4 @@
-// Windows for tests: a plain one, the message pump, and counts of what the process holds.
+// Windows for tests: what they show, the message pump, and counts of what the process holds.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,30 +7,61 @@
 
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
+#include "app/controlador.h"
+#include "app/instancia_unica.h"
+#include "game/opcoes.h"
+#include "game/requisitos.h"
+#include "tests/runtime_falso/controle.h"
+#include "tests/suporte/espera.h"
+#include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/superficie.h"
+#include "ui/controle.h"
+#include "ui/estado_interface.h"
+#include "ui/fim_da_interface.h"
+#include "ui/janela_diagnostico.h"
+#include "ui/janela_opcoes.h"
+#include "ui/janela_principal.h"
+#include "ui/janela_requisitos.h"
 
 namespace zu::launcher::teste {
 
-using Espiao = std::function<void(UINT, WPARAM, LPARAM)>;
+using namespace std::chrono_literals;
 
-// A visible popup of 500 x 300 that shows its messages to `espiao`. Destroyed with DestroyWindow.
-HWND CriarJanela(Espiao espiao);
+// A visible popup of 500 x 300 whose messages go to `espiao` too, of the last one alone.
+HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao);
 
 // Runs on the thread of a window whose loop handles messages, and returns when it has run.
 void NaThreadDe(HWND janela, const std::function<void()>& trabalho);
 
-// A click as the window sees it; the window may be another process's.
+// A click or a key as the window sees it; the window may be another process's. The key waits its turn.
 void Clicar(HWND controle);
+void Teclar(HWND janela, int tecla, bool repetida = false);
 
-// Presses the real pointer's left button at a point of the window and moves on, or lets it go.
-void PuxarPelaTela(HWND janela, POINT ponto);
-void SoltarNaTela();
+// The texts that a window and its controls draw when they are asked to, as a reader meets them: " | " between those of
+// one row, and a line a row. A "…" follows one that does not fit its place.
+std::string LerTela(HWND janela);
+
+// With the drawing kit, its fonts and the classes of every window. What the process keeps of the case before is gone.
+class ComDesenho : public testing::Test {
+ protected:
+    ComDesenho();
+    ~ComDesenho() override;
+};
+
+// The stand-in for the web view's runtime: its folder, as the registry would name it, and its handle.
+inline constexpr char kVersaoFalsa[] = "120.0.2210.91";
+inline const std::filesystem::path kAplicativoFalso = kPastaBin / "runtime_falso\\Microsoft\\EdgeWebView\\Application";
+NavegadorFalso& RuntimeFalso();
 
 // One launcher with its window, on a thread of its own as in the program.
 class Interface {
@@ -41,9 +72,8 @@ class Interface {
     ~Interface() { Fechar(); }
 
     [[nodiscard]] HWND Janela() const { return janela_; }
-    [[nodiscard]] HWND Botao(int id) const { return GetDlgItem(janela_, id); }
-    [[nodiscard]] bool Habilitado(int id) const { return IsWindowEnabled(Botao(id)) != FALSE; }
-    void Clicar(int id) const { teste::Clicar(Botao(id)); }
+    [[nodiscard]] bool Habilitado(int id) const { return IsWindowEnabled(GetDlgItem(janela_, id)) != FALSE; }
+    // How full the bars on the screen are, in steps of 5 %.
     [[nodiscard]] std::pair<int, int> Barras() const;
     [[nodiscard]] bool Terminou() const { return fim_; }
     // The run's code, once it has ended by itself; -1 when it does not.
@@ -61,6 +91,8 @@ class Interface {
 class ComServidor : public testing::Test {
  protected:
     ComServidor();
+    // Not before the process's one controller is at rest, which the next case is to find so.
+    ~ComServidor() override;
 
     void Publicar(std::map<std::string, std::string> arquivos);
     // The stand-in as the game, which plays `roteiro`.
@@ -74,15 +106,11 @@ class ComServidor : public testing::Test {
     Publicacao publicacao_;
 };
 
-// Handles messages for so long, or until `pronto`.
-void Bombear(std::chrono::milliseconds tempo);
-bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto);
+// Handles messages until `pronto`; false when `limite` has passed first.
+bool Bombear(
+    std::chrono::milliseconds limite, const std::function<bool()>& pronto = [] { return false; });
 
-// GDI objects and windows or menus of this process.
-struct Posses {
-    int gdi = 0;
-    int user = 0;
-};
-Posses ContarPosses();
+// GDI objects of this process, and windows and menus.
+std::pair<int, int> ContarPosses();
 
 }  // namespace zu::launcher::teste

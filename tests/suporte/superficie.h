@@ -1,86 +1,92 @@
 // A picture in memory that a painter draws into and a test probes.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <windows.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
-#include <ostream>
-#include <span>
+#include <sstream>
+#include <string>
 
+#include "core/formato.h"
 #include "ui/desenho.h"
 
 namespace zu::launcher::teste {
 
-struct Cor {
-    int r = 0;
-    int g = 0;
-    int b = 0;
-};
-inline std::ostream& operator<<(std::ostream& saida, const Cor& c) {
-    return saida << "RGB(" << c.r << "," << c.g << "," << c.b << ")";
-}
-constexpr Cor De(COLORREF c) {
-    return {static_cast<int>(c & 0xFF), static_cast<int>(c >> 8 & 0xFF), static_cast<int>(c >> 16 & 0xFF)};
-}
-// `a` on the way to `b`.
-constexpr Cor Entre(COLORREF a, COLORREF b, double quanto) {
-    const auto canal = [&](int de, int ate) { return static_cast<int>(de + (ate - de) * quanto + 0.5); };
-    return {canal(De(a).r, De(b).r), canal(De(a).g, De(b).g), canal(De(a).b, De(b).b)};
-}
-inline int Distancia(const Cor& a, const Cor& b) {
-    return std::max({std::abs(a.r - b.r), std::abs(a.g - b.g), std::abs(a.b - b.b)});
-}
-// Smoothing and rounding may move a channel a little.
-inline testing::AssertionResult Perto(const Cor& vista, const Cor& esperada, int folga = 3) {
-    if (Distancia(vista, esperada) <= folga) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << vista << " em vez de " << esperada;
+inline SIZE TamanhoDe(HWND janela) {
+    RECT r{};
+    GetWindowRect(janela, &r);
+    return {r.right - r.left, r.bottom - r.top};
 }
 
 class Superficie {
  public:
-    static constexpr COLORREF kFundo = RGB(255, 0, 255);
-
-    Superficie(int largura, int altura) : largura_(largura), altura_(altura), dc_(CreateCompatibleDC(nullptr)) {
-        const BITMAPINFO info = InfoDoBitmap(largura, altura);
-        bitmap_.Trocar(CreateDIBSection(dc_.Valor(), &info, DIB_RGB_COLORS, &pixels_, nullptr, 0));
+    explicit Superficie(SIZE tamanho) : tamanho_(tamanho), dc_(CreateCompatibleDC(nullptr)) {
+        const BITMAPINFO info = InfoDoBitmap(tamanho.cx, tamanho.cy);
+        void* pixels = nullptr;
+        bitmap_.Trocar(CreateDIBSection(dc_.Valor(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+        pixels_ = static_cast<const std::uint32_t*>(pixels);
         antigo_ = SelectObject(dc_.Valor(), bitmap_.Valor());
-        PreencherRetangulo(dc_.Valor(), {0, 0, largura, altura}, kFundo);
+        PreencherRetangulo(dc_.Valor(), {0, 0, tamanho.cx, tamanho.cy}, RGB(255, 0, 255));
+    }
+    // What stands on the screen, drawn or not since something changed.
+    explicit Superficie(HWND janela) : Superficie(TamanhoDe(janela)) {
+        const HDC tela = GetDC(janela);
+        BitBlt(dc_.Valor(), 0, 0, tamanho_.cx, tamanho_.cy, tela, 0, 0, SRCCOPY);
+        ReleaseDC(janela, tela);
     }
     Superficie(const Superficie&) = delete;
     Superficie& operator=(const Superficie&) = delete;
     ~Superficie() { SelectObject(dc_.Valor(), antigo_); }
 
     [[nodiscard]] HDC Dc() const { return dc_.Valor(); }
-    [[nodiscard]] Cor Em(int x, int y) const {
+    // 0xRRGGBB
+    [[nodiscard]] std::uint32_t Em(int x, int y) const {
         GdiFlush();
-        const std::uint32_t p = Pixels()[static_cast<std::size_t>(y * largura_ + x)];
-        return {static_cast<int>(p >> 16 & 0xFF), static_cast<int>(p >> 8 & 0xFF), static_cast<int>(p & 0xFF)};
+        return pixels_[y * tamanho_.cx + x] & 0xFFFFFF;
     }
-    // How many pixels look clearly other than in a picture of the same size.
-    [[nodiscard]] int Diferentes(const Superficie& outra, int folga = 12) const {
+    // As a filled bar is, as nothing else in the main window is.
+    [[nodiscard]] bool Azul(int x, int y) const { return (Em(x, y) & 0xFF) > (Em(x, y) >> 16) + 60; }
+    // How many pixels of the area look clearly other than in a picture of the same size.
+    [[nodiscard]] int Diferentes(const Superficie& outra, RECT area = {0, 0, 9'999, 9'999}) const {
         int n = 0;
-        for (int y = 0; y < altura_; ++y) {
-            for (int x = 0; x < largura_; ++x)
-                n += Distancia(Em(x, y), outra.Em(x, y)) > folga ? 1 : 0;
+        for (int y = area.top; y < std::min(area.bottom, tamanho_.cy); ++y) {
+            for (int x = area.left; x < std::min(area.right, tamanho_.cx); ++x)
+                n += Distancia(Em(x, y), outra.Em(x, y)) > 12 ? 1 : 0;
         }
         return n;
     }
-
- private:
-    [[nodiscard]] std::span<const std::uint32_t> Pixels() const {
-        return {static_cast<const std::uint32_t*>(pixels_), static_cast<std::size_t>(largura_ * altura_)};
+    // Of "x,y=RRGGBB x,y=RRGGBB~N ..." those that look otherwise. N is by how much a channel may be off, since
+    // smoothing and rounding move one a little.
+    [[nodiscard]] std::string Provar(const std::string& provas) const {
+        std::string faltas;
+        std::istringstream fila(provas);
+        for (std::string prova; fila >> prova;) {
+            int x = 0;
+            int y = 0;
+            unsigned cor = 0;
+            int folga = 3;
+            const bool lida = std::sscanf(prova.c_str(), "%d,%d=%x~%d", &x, &y, &cor, &folga) >= 3;
+            if (!lida || Distancia(Em(x, y), cor) > folga) faltas += Formatar("{} é {:06X}\n", prova, Em(x, y));
+        }
+        return faltas;
     }
 
-    int largura_;
-    int altura_;
+ private:
+    static int Distancia(std::uint32_t a, std::uint32_t b) {
+        const auto canal = [&](int i) {
+            return std::abs(static_cast<int>(a >> i & 255) - static_cast<int>(b >> i & 255));
+        };
+        return std::max({canal(0), canal(8), canal(16)});
+    }
+
+    SIZE tamanho_;
     HandleDc dc_;
     HandleGdi bitmap_;
     HGDIOBJ antigo_ = nullptr;
-    void* pixels_ = nullptr;
+    const std::uint32_t* pixels_ = nullptr;
 };
 
 }  // namespace zu::launcher::teste
