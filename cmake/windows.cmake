@@ -106,14 +106,18 @@ add_library(zu_forjal STATIC
     tools/forjal/chave_da_lista.cpp
     tools/forjal/chaves.cpp
     tools/forjal/conferir.cpp
-    tools/forjal/copia.cpp
     tools/forjal/forjal.cpp
     tools/forjal/lista_publicada.cpp
     tools/forjal/opcoes.cpp
     tools/forjal/paralelo.cpp
-    tools/forjal/pedido.cpp
     tools/forjal/publicados.cpp
-    tools/forjal/publicar.cpp
+    tools/forjal/publicar/copia.cpp
+    tools/forjal/publicar/na_saida.cpp
+    tools/forjal/publicar/pedido.cpp
+    tools/forjal/publicar/publicar.cpp
+    tools/forjal/publicar/remocoes.cpp
+    tools/forjal/publicar/trava.cpp
+    tools/forjal/publicar/troca.cpp
     tools/forjal/saida.cpp
     tools/forjal/selar.cpp
     tools/forjal/varredura.cpp)

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
+#include <mutex>
 #include <optional>
 
 #include "app/selo.h"
@@ -11,9 +13,16 @@
 #include "core/texto.h"
 #include "tests/suporte/pasta.h"
 #include "tests/suporte/publicacao.h"
-#include "tools/forjal/copia.h"
+#include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
+#include "tools/forjal/publicar/copia.h"
 #include "tools/forjal/varredura.h"
+
+ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
+ZU_RECUSAVEL(L"kernel32", DeleteFileW, FALSE);
+ZU_RECUSAVEL(L"kernel32", FlushFileBuffers, FALSE);
+ZU_RECUSAVEL(L"kernel32", MoveFileExW, FALSE);
+ZU_RECUSAVEL(L"kernel32", WriteFile, FALSE);
 
 namespace zu::launcher::forjal {
 namespace {
@@ -359,6 +368,129 @@ TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
     recusa(6, {}, "--cliente");
 }
 
+// A folder with one publication, and a client that changes it in every way: a file new, changed, in another letter
+// case, in parts now, gone.
+class ForjalTroca : public Forjal {
+ protected:
+    void SetUp() override {
+        pasta_.Escrever("cliente/muda", "antes");
+        pasta_.Escrever("cliente/Caixa/Muda", "x");
+        pasta_.Escrever("cliente/grande", teste::Bytes(kMiB + 1));
+        pasta_.Escrever("cliente/some", "some");
+        for (int i = 0; i < 8; ++i)
+            pasta_.Escrever("cliente/igual " + std::to_string(i), "igual");
+        ASSERT_EQ(Publicar(1), kFeito) << saida_.erros;
+        antes_ = pasta_.Tudo();
+        Apagar("cliente/Caixa");
+        Apagar("cliente/some");
+        pasta_.Escrever("cliente/muda", "depois");
+        pasta_.Escrever("cliente/caixa/muda", "x");
+        pasta_.Escrever("cliente/nova/pasta/novo", "novo");
+        std::filesystem::rename(pasta_ / "saida", pasta_ / "primeira");
+    }
+    void TearDown() override { teste::recusa = {}; }
+
+    void Recomecar(const std::string& de) {
+        Apagar("saida");
+        std::filesystem::copy(pasta_ / de, pasta_ / "saida", std::filesystem::copy_options::recursive);
+    }
+    int PublicarDeNovo(int seq) { return Publicar(seq, {"--partes-mib=1"}); }
+
+    // Players are served: by the old list or the new one, or by the new one once the change is continued.
+    void EsperarInteira(bool continuar) {
+        if (pasta_.Tem("saida/Forjal.troca")) {
+            ASSERT_EQ(Conferir(), kRecusado);
+            EXPECT_EQ(saida_.erros, "publicação interrompida no meio da troca: rode Forjal publicar --continuar\n");
+            ++interrompidas_;
+            if (!continuar) return;
+            ASSERT_EQ(Rodar({"publicar", "--continuar", "--saida=@\\saida"}), kFeito) << saida_.erros;
+            EXPECT_EQ(Lista().seq, 2);
+        }
+        EXPECT_EQ(Conferir(), kFeito) << saida_.linhas << saida_.erros;
+    }
+    // And the next publication finds its way from there, and leaves nothing behind but what the list before it names.
+    void EsperarProxima() {
+        ASSERT_EQ(PublicarDeNovo(3), kFeito) << saida_.erros;
+        EXPECT_EQ(Conferir(), kFeito) << saida_.linhas << saida_.erros;
+        ASSERT_EQ(Publicar(4, {"--partes-mib=1", "--limpar"}), kFeito) << saida_.erros;
+        std::set<std::string> nomes;
+        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_ / "saida"))
+            nomes.insert(ParaUtf8(entrada.path().lexically_relative(pasta_ / "saida").generic_wstring()));
+        std::set<std::string> certos{"Forjal.publicados", "UpdateList.txt", "caixa", "caixa/muda", "grande.p001",
+                                     "grande.p002",       "muda",           "nova",  "nova/pasta", "nova/pasta/novo"};
+        for (int i = 0; i < 8; ++i)
+            certos.insert("igual " + std::to_string(i));
+        EXPECT_EQ(nomes, certos);
+    }
+
+    std::map<std::string, std::string> antes_;
+    int interrompidas_ = 0;
+};
+
+// What a kill leaves is what stands there at that moment.
+TEST_F(ForjalTroca, MortaEmQualquerMomentoServeAosJogadores) {
+    static std::function<void()> fotografar;
+    int fotos = 0;
+    fotografar = [&] {
+        const std::filesystem::path foto = pasta_ / ("foto " + std::to_string(fotos++));
+        std::filesystem::create_directory(foto);
+        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_ / "saida")) {
+            const std::filesystem::path copia = foto / entrada.path().lexically_relative(pasta_ / "saida");
+            // The lock is gone with its process. A file that is being written cannot be read: it counts as torn.
+            if (entrada.is_directory()) {
+                std::filesystem::create_directory(copia);
+            } else if (entrada.path().filename() != L"Forjal.trava" &&
+                       CopyFileW(entrada.path().c_str(), copia.c_str(), TRUE) == 0) {
+                std::ofstream(copia).put('x');
+            }
+        }
+    };
+    for (const std::string_view chamada : {"FlushFileBuffers", "MoveFileExW", "DeleteFileW"}) {
+        Recomecar("primeira");
+        static std::mutex um;
+        teste::recusa = {.chamada = chamada, .ver = [] {
+                             const std::lock_guard tranca(um);
+                             fotografar();
+                         }};
+        ASSERT_EQ(PublicarDeNovo(2), kFeito) << saida_.erros;
+        teste::recusa = {};
+    }
+    for (int i = 0; i < fotos; ++i) {
+        SCOPED_TRACE(i);
+        Recomecar("foto " + std::to_string(i));
+        EsperarInteira(i % 2 == 0);
+        EsperarProxima();
+    }
+    EXPECT_GT(interrompidas_, 8) << "of " << fotos;
+}
+
+// A full disk at the latest: whatever the system refuses, and from whichever call on.
+TEST_F(ForjalTroca, RecusadaPeloSistemaServeAosJogadores) {
+    for (const std::string_view chamada : {"WriteFile", "FlushFileBuffers", "CreateDirectoryW", "MoveFileExW"}) {
+        int codigo = kRecusado;
+        for (int passam = 0; codigo == kRecusado; ++passam) {
+            SCOPED_TRACE(std::string(chamada) + " " + std::to_string(passam));
+            ASSERT_LT(passam, 100);
+            Recomecar("primeira");
+            teste::recusa = {.chamada = chamada, .erro = ERROR_DISK_FULL, .antes = passam};
+            codigo = PublicarDeNovo(2);
+            teste::recusa = {};
+            if (codigo == kRecusado && !pasta_.Tem("saida/Forjal.troca")) {
+                for (const auto& [nome, conteudo] : antes_) {
+                    if (nome.starts_with("saida/")) {
+                        EXPECT_EQ(pasta_.Ler(nome), conteudo) << nome;
+                    }
+                }
+                EXPECT_FALSE(pasta_.Tem("saida/nova") || pasta_.Tem("saida/Forjal.novos"));
+            }
+            EsperarInteira(true);
+        }
+        EXPECT_EQ(codigo, kFeito);
+        EsperarProxima();
+    }
+    EXPECT_GT(interrompidas_, 4);
+}
+
 TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
     pasta_.Escrever("cliente/Zu.exe", "programa");
     ASSERT_EQ(Publicar(1), kFeito);
@@ -377,8 +509,8 @@ TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
     std::atomic<bool> parar = false;
     for (const std::uint64_t tamanho : {7U, 9U}) {
         const Trecho trecho{.caminho = "novo", .inicio = 0, .tamanho = tamanho};
-        const ResultadoDaCopia r =
-            PublicarArquivo(pasta_ / "cliente/Zu.exe", {&trecho, 1}, pasta_ / "saida", bytes, parar);
+        const ResultadoDaCopia r = PrepararArquivo(pasta_ / "cliente/Zu.exe", {&trecho, 1}, pasta_ / "saida", nullptr,
+                                                   {.bytes = bytes, .parar = parar});
         EXPECT_EQ(r.erro, kMudou) << tamanho;
     }
 }
@@ -414,7 +546,10 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
     EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
 
     // Back in one piece: the parts are the old files now.
-    ASSERT_EQ(Publicar(4, {"--limpar"}), kFeito) << saida_.erros;
+    for (const int seq : {4, 5}) {
+        EXPECT_TRUE(pasta_.Tem("saida/Grande.p001")) << "for whoever is downloading by the list before";
+        ASSERT_EQ(Publicar(seq, {"--limpar"}), kFeito) << saida_.erros;
+    }
     EXPECT_TRUE(pasta_.Tem("saida/Grande") && !pasta_.Tem("saida/Grande.p001") && !pasta_.Tem("saida/Grande.p002"));
     EXPECT_EQ(pasta_.Ler("saida/trocado"), "do website");
     EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;

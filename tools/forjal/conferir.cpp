@@ -12,6 +12,7 @@
 #include "tools/forjal/lista_publicada.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicados.h"
+#include "tools/forjal/publicar/troca.h"
 #include "tools/forjal/varredura.h"
 #include "update/caminhos.h"
 #include "update/hash_arquivo.h"
@@ -20,15 +21,6 @@ namespace zu::launcher::forjal {
 namespace {
 
 using Diferencas = std::vector<std::string>;
-
-std::vector<std::string> NomesPublicados(const update::ItemLista& item) {
-    const std::string normal = update::NormalizarCaminho(item.caminho);
-    if (item.partes == 0) return {normal};
-    std::vector<std::string> nomes;
-    for (std::uint32_t parte = 1; parte <= item.partes; ++parte)
-        nomes.push_back(normal + SufixoDaParte(parte));
-    return nomes;
-}
 
 void ConferirNomes(const std::filesystem::path& pasta, const update::ItemLista& item, std::set<std::string>& certas,
                    Diferencas& diferencas) {
@@ -95,6 +87,7 @@ int RodarConferir(const Opcoes& opcoes, Saida& saida) {
     if (!LerInfoArquivo(pasta, info) || !info.Pasta()) {
         return Falhar(saida, kUsoErrado, Formatar("--publicado: {} não é uma pasta", ParaUtf8(pasta.native())));
     }
+    if (TrocaInterrompida(pasta)) return Falhar(saida, kRecusado, kTrocaInterrompida);
     update::UpdateList lista;
     const UpdateSigningKey publica(pub.Bytes().begin(), pub.Bytes().end());
     if (!LerListaPublicada(pasta, publica, lista, erro)) return Falhar(saida, kRecusado, erro);

@@ -38,19 +38,40 @@ constexpr std::array kOpcoesPublicar{
     RegraDeOpcao{L"--limpar", Valor::kNenhum, Vezes::kAteUma},
 };
 
+constexpr std::array kOpcoesContinuar{
+    RegraDeOpcao{L"--continuar", Valor::kNenhum, Vezes::kUma},
+    RegraDeOpcao{L"--saida", Valor::kNaoVazio, Vezes::kUma},
+};
+
 constexpr std::array kOpcoesConferir{
     RegraDeOpcao{L"--publicado", Valor::kNaoVazio, Vezes::kUma},
     RegraDeOpcao{L"--pub", Valor::kNaoVazio, Vezes::kUma},
 };
+
+constexpr std::string_view kAjudaPublicar =
+    "Forjal publicar --cliente=PASTA --saida=PASTA --chave=ARQUIVO --seq=N [--versao=TEXTO] "
+    "[--chave-assets=TEXTO]\n"
+    "                [--partes-mib=N] [--remover=CAMINHO]... [--limpar]\n"
+    "  Publica a pasta do cliente: copia para a saída só o que mudou e grava por último a lista assinada.\n"
+    "  --chave=ARQUIVO        a lista.chave\n"
+    "  --seq=N                número da publicação, nunca menor que o da anterior\n"
+    "  --versao=TEXTO         versão que a lista anuncia\n"
+    "  --chave-assets=TEXTO   chave dos assets que a lista leva\n"
+    "  --partes-mib=N         divide arquivos com mais de N MiB em partes de N MiB (até 999 partes)\n"
+    "  --remover=CAMINHO      arquivo que os jogadores não devem mais ter; pode ser repetida\n"
+    "  --limpar               apaga da saída o que o Forjal publicou antes e nem a lista nova nem a anterior citam\n"
+    "Forjal publicar --continuar --saida=PASTA\n"
+    "  Termina uma publicação interrompida no meio da troca.";
 
 struct Comando {
     std::wstring_view nome;
     Sintaxe sintaxe;
     int (*rodar)(const Opcoes& opcoes, Saida& saida);
     std::string_view ajuda;
+    std::wstring_view modo = {};  // the option that makes it another command, which comes before the plain one
 };
 
-constexpr std::array<Comando, 5> kComandos{{
+constexpr std::array<Comando, 6> kComandos{{
     {L"chaves",
      {kOpcoesChaves},
      RodarChaves,
@@ -77,20 +98,8 @@ constexpr std::array<Comando, 5> kComandos{{
      RodarAbrir,
      "Forjal abrir --segredo=ARQUIVO ARQUIVO\n"
      "  Mostra o que há num Launcher.emu, ou por que o launcher o recusa."},
-    {L"publicar",
-     {kOpcoesPublicar},
-     RodarPublicar,
-     "Forjal publicar --cliente=PASTA --saida=PASTA --chave=ARQUIVO --seq=N [--versao=TEXTO] "
-     "[--chave-assets=TEXTO]\n"
-     "                [--partes-mib=N] [--remover=CAMINHO]... [--limpar]\n"
-     "  Publica a pasta do cliente: copia para a saída só o que mudou e grava por último a lista assinada.\n"
-     "  --chave=ARQUIVO        a lista.chave\n"
-     "  --seq=N                número da publicação, nunca menor que o da anterior\n"
-     "  --versao=TEXTO         versão que a lista anuncia\n"
-     "  --chave-assets=TEXTO   chave dos assets que a lista leva\n"
-     "  --partes-mib=N         divide arquivos com mais de N MiB em partes de N MiB (até 999 partes)\n"
-     "  --remover=CAMINHO      arquivo que os jogadores não devem mais ter; pode ser repetida\n"
-     "  --limpar               apaga da saída o que o Forjal publicou antes e a lista nova não cita"},
+    {L"publicar", {kOpcoesContinuar}, RodarContinuar, kAjudaPublicar, L"--continuar"},
+    {L"publicar", {kOpcoesPublicar}, RodarPublicar, kAjudaPublicar},
     {L"conferir",
      {kOpcoesConferir},
      RodarConferir,
@@ -103,7 +112,7 @@ constexpr std::string_view kFimDaAjuda = "Códigos de saída: 0 feito; 1 recusad
 std::string AjudaGeral() {
     std::string texto = "Forjal: chaves, configuração e publicação do ZuLauncher.\n";
     for (const Comando& comando : kComandos)
-        texto += Formatar("\n{}\n", comando.ajuda);
+        if (comando.modo.empty()) texto += Formatar("\n{}\n", comando.ajuda);
     return Formatar("{}\n{}", texto, kFimDaAjuda);
 }
 
@@ -130,7 +139,11 @@ int RodarForjal(std::span<const std::wstring> argumentos, Saida& saida) {
         saida.Linha(AjudaGeral());
         return kFeito;
     }
-    const auto comando = std::ranges::find(kComandos, std::wstring_view(nome), &Comando::nome);
+    const auto pedido = [&](const Comando& comando) {
+        return comando.nome == nome &&
+               (comando.modo.empty() || std::ranges::find(argumentos, comando.modo) != argumentos.end());
+    };
+    const auto comando = std::ranges::find_if(kComandos, pedido);
     if (comando == kComandos.end()) {
         return Falhar(saida, kUsoErrado, Formatar("comando desconhecido: {}\nVeja: Forjal --ajuda", ParaUtf8(nome)));
     }

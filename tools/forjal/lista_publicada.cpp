@@ -7,6 +7,8 @@
 #include "core/arquivo.h"
 #include "core/formato.h"
 #include "tools/forjal/varredura.h"
+#include "update/caminhos.h"
+#include "update/hash_arquivo.h"
 
 namespace zu::launcher::forjal {
 namespace {
@@ -34,22 +36,26 @@ bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKe
     return false;
 }
 
-bool GravarListaPublicada(const std::filesystem::path& pasta, const ChaveDaLista& chave,
-                          const update::UpdateList& lista, std::string& erro) {
+bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, std::string& texto, std::string& erro) {
     const std::string assinados = update::EscreverLista(lista);
     std::vector<std::uint8_t> assinatura;
     if (!chave.Assinar(Bytes(assinados), assinatura)) {
         erro = "o Windows não assinou a lista";
         return false;
     }
-    const std::string texto = update::JuntarAssinatura(assinados, assinatura);
-    if (texto.size() > update::kLimiteDaLista) {
-        erro = Formatar("a lista teria {} bytes, o limite do launcher é {}", texto.size(), update::kLimiteDaLista);
-        return false;
-    }
-    if (GravarArquivoAtomico(pasta / kNomeDaLista, texto)) return true;
-    erro = Formatar("não foi possível gravar UpdateList.txt (erro {})", GetLastError());
+    texto = update::JuntarAssinatura(assinados, assinatura);
+    if (texto.size() <= update::kLimiteDaLista) return true;
+    erro = Formatar("a lista teria {} bytes, o limite do launcher é {}", texto.size(), update::kLimiteDaLista);
     return false;
+}
+
+std::vector<std::string> NomesPublicados(const update::ItemLista& item) {
+    const std::string normal = update::NormalizarCaminho(item.caminho);
+    if (item.partes == 0) return {normal};
+    std::vector<std::string> nomes;
+    for (std::uint32_t parte = 1; parte <= item.partes; ++parte)
+        nomes.push_back(normal + SufixoDaParte(parte));
+    return nomes;
 }
 
 }  // namespace zu::launcher::forjal

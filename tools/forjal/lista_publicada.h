@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "core/assinatura.h"
 #include "tools/forjal/chave_da_lista.h"
@@ -14,8 +15,10 @@ namespace zu::launcher::forjal {
 bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKey& publica, update::UpdateList& lista,
                        std::string& erro);
 
-// Signs and writes the list, atomically. False with the reason in `erro`, and the old list as it was.
-bool GravarListaPublicada(const std::filesystem::path& pasta, const ChaveDaLista& chave,
-                          const update::UpdateList& lista, std::string& erro);
+// The whole signed list, as it is published. False with the reason in `erro`, for one that no launcher would fetch too.
+bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, std::string& texto, std::string& erro);
+
+// The files under which one is published: itself or its parts.
+std::vector<std::string> NomesPublicados(const update::ItemLista& item);
 
 }  // namespace zu::launcher::forjal

@@ -1,4 +1,4 @@
-#include "tools/forjal/pedido.h"
+#include "tools/forjal/publicar/pedido.h"
 
 #include <limits>
 
@@ -14,9 +14,9 @@ namespace {
 
 // Whether a canonical path is the folder or lies below it.
 bool Dentro(const std::filesystem::path& pasta, const std::filesystem::path& caminho) {
-    const std::wstring de = ChaveDoNome(ParaUtf8(caminho.native()) + "\\");
-    std::wstring em = ChaveDoNome(ParaUtf8(pasta.native()));
-    if (!em.ends_with(L'\\')) em.push_back(L'\\');
+    const std::string de = ChaveDoNome(ParaUtf8(caminho.native()) + "\\");
+    std::string em = ChaveDoNome(ParaUtf8(pasta.native()));
+    if (!em.ends_with('\\')) em.push_back('\\');
     return de.starts_with(em);
 }
 
