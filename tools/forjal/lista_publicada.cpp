@@ -19,21 +19,32 @@ std::span<const std::uint8_t> Bytes(std::string_view texto) {
 
 }  // namespace
 
-bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKey& publica, update::UpdateList& lista,
-                       std::string& erro) {
+bool LerListaPublicada(const std::filesystem::path& pasta, std::span<const UpdateSigningKey> chaves,
+                       update::UpdateList& lista, std::string& erro) {
     std::string texto;
     if (!LerArquivoInteiro(pasta / kNomeDaLista, texto)) {
         erro = Formatar("não foi possível ler UpdateList.txt (erro {})", GetLastError());
         return false;
     }
     const update::ListaSeparada separada = update::SepararAssinatura(texto);
-    if (!separada.ok || !VerifyListSignature({&publica, 1}, Bytes(separada.assinados), separada.assinatura)) {
+    if (!separada.ok || !VerifyListSignature(chaves, Bytes(separada.assinados), separada.assinatura)) {
         erro = "UpdateList.txt não tem uma assinatura válida desta chave";
         return false;
     }
     if (update::LerLista(separada.assinados, lista, erro)) return true;
     erro = Formatar("UpdateList.txt inválida: {}", erro);
     return false;
+}
+
+bool LerListaAnterior(const std::filesystem::path& pasta, const ChaveDaLista& chave, const UpdateSigningKey& anterior,
+                      update::UpdateList& lista, std::string& erro) {
+    std::vector<UpdateSigningKey> chaves(1);
+    if (!chave.ExportarPublica(chaves.front())) {
+        erro = "o Windows não entregou a chave pública";
+        return false;
+    }
+    if (!anterior.empty()) chaves.push_back(anterior);
+    return LerListaPublicada(pasta, chaves, lista, erro);
 }
 
 bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, std::string& texto, std::string& erro) {

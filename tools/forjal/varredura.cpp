@@ -15,6 +15,7 @@
 #include "core/formato.h"
 #include "core/pasta.h"
 #include "core/utf16.h"
+#include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicar/trava.h"
 #include "tools/forjal/publicar/troca.h"
 #include "update/caminhos.h"
@@ -231,13 +232,18 @@ std::string ChaveDoNome(std::string_view caminho) {
     return ParaUtf8(chave);
 }
 
-std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos) {
+std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos, const std::function<void()>& aviso) {
     std::set<std::string> recusas;
+    std::vector<std::string> porArquivo(arquivos.size());
+    EmFatias(
+        arquivos.size(), [&](std::size_t i) { porArquivo[i] = RecusaDoNome(arquivos[i]); }, aviso);
     const NomePorChave pastas = JuntarPastas(arquivos, recusas);
     NomePorChave publicados;
-    for (const ArquivoDoCliente& arquivo : arquivos) {
-        if (std::string recusa = RecusaDoNome(arquivo); !recusa.empty()) {
-            recusas.insert(std::move(recusa));
+    publicados.reserve(arquivos.size());
+    for (std::size_t i = 0; i < arquivos.size(); ++i) {
+        const ArquivoDoCliente& arquivo = arquivos[i];
+        if (!porArquivo[i].empty()) {
+            recusas.insert(std::move(porArquivo[i]));
             continue;
         }
         for (const std::string& nome : NomesDe(arquivo)) {

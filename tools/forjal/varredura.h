@@ -58,7 +58,8 @@ std::vector<std::string> PastasDe(const std::string& caminho);
 std::string ChaveDoNome(std::string_view caminho);
 
 // Why these files cannot be published: names that the list or Windows does not take, too many parts, and
-// names that would meet on the server or in the player's folder. Looks at no disk.
-std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos);
+// names that would meet on the server or in the player's folder. Looks at no disk. `aviso` as in `EmParalelo`.
+std::set<std::string> RecusarNomes(
+    std::span<const ArquivoDoCliente> arquivos, const std::function<void()>& aviso = [] {});
 
 }  // namespace zu::launcher::forjal

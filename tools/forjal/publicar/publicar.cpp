@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <mutex>
 
 #include "core/arquivo.h"
 #include "core/formato.h"
@@ -14,7 +15,9 @@
 #include "tools/forjal/lista_publicada.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicados.h"
+#include "tools/forjal/publicar/chaves_no_cliente.h"
 #include "tools/forjal/publicar/copia.h"
+#include "tools/forjal/publicar/mudancas.h"
 #include "tools/forjal/publicar/na_saida.h"
 #include "tools/forjal/publicar/pedido.h"
 #include "tools/forjal/publicar/remocoes.h"
@@ -26,15 +29,19 @@
 namespace zu::launcher::forjal {
 namespace {
 
+constexpr std::size_t kUmDecimo = 10;
+
 class Publicacao {
  public:
     Publicacao(Pedido& pedido, const ChaveDaLista& chave, Saida& saida)
         : pedido_(pedido), chave_(chave), saida_(saida), troca_(pedido.saida) {}
 
     int Rodar() {
-        const bool publicada = Levantar() && Trancar() && ConferirAnterior() && OlharSaida() && Copiar() &&
-                               ConferirCliente() && Preparar() && Trocar();
-        const bool tudo = publicada && Limpar();
+        const bool pronta = Levantar() && Trancar() && ConferirAnterior() && ConferirRemocoes() && OlharSaida() &&
+                            Copiar() && ConferirCliente() && Preparar();
+        const bool publicada = pronta && (pedido_.simular || Trocar());
+        if (publicada) Resumir();
+        const bool tudo = publicada && (pedido_.simular || Limpar());
         for (const std::string& recusa : recusas_)
             saida_.Erro(recusa);
         if (!publicada) saida_.Erro(Formatar("{} problema(s): a lista não foi publicada", recusas_.size()));
@@ -46,22 +53,28 @@ class Publicacao {
         const auto aviso = [this](std::size_t quantos) {
             saida_.Progresso(0, Formatar("Listando: {} arquivo(s)", quantos));
         };
-        Varredura varredura = VarrerCliente(
-            pedido_.cliente, [](const auto&, bool) { return false; }, aviso);
+        const auto excluido = [this](const std::string& caminho, bool pasta) {
+            return pedido_.exclusoes.Exclui(caminho, pasta);
+        };
+        Varredura varredura = VarrerCliente(pedido_.cliente, excluido, aviso);
         recusas_ = std::move(varredura.recusas);
         arquivos_ = std::move(varredura.arquivos);
         Dividir(arquivos_, pedido_.bytesPorParte);
-        recusas_.merge(RecusarNomes(arquivos_));
+        recusas_.merge(RecusarNomes(arquivos_, [this] { saida_.Progresso(0, "Conferindo os nomes"); }));
+        recusas_.merge(RecusarChaves(pedido_.cliente, arquivos_, pedido_.chave));
         recusas_.merge(RecusarRemocoes(arquivos_, pedido_.lista.remover));
         if (arquivos_.empty() && recusas_.empty()) recusas_.insert("--cliente: não há nenhum arquivo para publicar");
         if (varredura.protegidos > 0) {
             saida_.Linha(Formatar("{} arquivo(s) protegido(s) fora da publicação", varredura.protegidos));
         }
+        for (const std::string& caminho : varredura.excluidos)
+            saida_.Linha(Formatar("excluído: {}", caminho));
         return recusas_.empty();
     }
 
     bool Trancar() {
         std::string erro;
+        if (pedido_.simular) return !TrocaInterrompida(pedido_.saida) || Recusar("--saida: {}", kTrocaInterrompida);
         if (!trava_.Trancar(pedido_.saida, erro)) return Recusar("--saida: {}", erro);
         if (!TrocaInterrompida(pedido_.saida)) return true;
         if (!ContinuarTroca(pedido_.saida, erro)) return Recusar("--saida: {}", erro);
@@ -74,12 +87,22 @@ class Publicacao {
         if (!publicados_.Ler(pedido_.saida, erro)) return Recusar("--saida: {}", erro);
         InfoArquivo info;
         if (!LerInfoArquivo(pedido_.saida / kNomeDaLista, info)) return true;
-        UpdateSigningKey publica;
-        if (!chave_.ExportarPublica(publica) || !LerListaPublicada(pedido_.saida, publica, anterior_, erro)) {
+        if (!LerListaAnterior(pedido_.saida, chave_, pedido_.chaveAnterior, anterior_, erro)) {
             return Recusar("--saida: já há uma lista publicada que não confere com --chave: {}", erro);
         }
         if (pedido_.lista.seq >= anterior_.seq) return true;
         return Recusar("--seq: {} é menor que o já publicado, {}", pedido_.lista.seq, anterior_.seq);
+    }
+
+    // A client folder that is not all there, a drive that did not come up, must not empty the players' folders.
+    bool ConferirRemocoes() {
+        const Ausentes ausentes = AcharAusentes(anterior_, arquivos_);
+        if (pedido_.removerAusentes) Acrescentar(ausentes.caminhos, pedido_.lista.remover);
+        if (ausentes.arquivos * kUmDecimo <= anterior_.itens.size() || pedido_.muitasRemocoes) return true;
+        return Recusar(
+            "--cliente: faltam {} dos {} arquivos da lista publicada, o primeiro é {}; se é isso mesmo, "
+            "--muitas-remocoes",
+            ausentes.arquivos, anterior_.itens.size(), ausentes.caminhos.front());
     }
 
     // What stands there under another letter case is part of the change, the folders first.
@@ -104,17 +127,22 @@ class Publicacao {
 
     bool Copiar() {
         std::string erro;
-        if (!troca_.Iniciar(erro)) return Recusar("--saida: {}", erro);
-        std::vector<std::uint64_t> tamanhos;
-        for (const ArquivoDoCliente& arquivo : arquivos_) {
-            tamanhos.push_back(arquivo.tamanho);
-            andamento_.totalDeBytes += arquivo.tamanho;
-        }
-        andamento_.totalDeArquivos = arquivos_.size();
+        if (!pedido_.simular && !troca_.Iniciar(erro)) return Recusar("--saida: {}", erro);
         resultados_.resize(arquivos_.size());
-        EmParalelo(
-            tamanhos, [this](std::size_t i) { CopiarUm(i); }, [this] { andamento_.Mostrar(saida_, "Publicando"); });
+        std::vector<std::uint64_t> tamanhos;
         for (std::size_t i = 0; i < arquivos_.size(); ++i) {
+            bytes_ += arquivos_[i].tamanho;
+            if (pedido_.confiarNaData && Confiar(i)) continue;
+            aLer_.push_back(i);
+            tamanhos.push_back(arquivos_[i].tamanho);
+            andamento_.totalDeBytes += arquivos_[i].tamanho;
+        }
+        andamento_.totalDeArquivos = aLer_.size();
+        const std::string_view verbo = pedido_.simular ? "Simulando" : "Publicando";
+        EmParalelo(
+            tamanhos, [this](std::size_t n) { CopiarUm(aLer_[n]); },
+            [this, verbo] { andamento_.Mostrar(saida_, verbo); });
+        for (const std::size_t i : aLer_) {
             if (!resultados_[i].erro.empty() && resultados_[i].erro != kInterrompido) {
                 recusas_.insert(Formatar("{}: {}", arquivos_[i].caminho, resultados_[i].erro));
             }
@@ -124,21 +152,49 @@ class Publicacao {
     }
 
     void CopiarUm(std::size_t i) {
-        resultados_[i] = PrepararArquivo(pedido_.cliente / DeUtf8(arquivos_[i].caminho),
-                                         TrechosDe(arquivos_[i], pedido_.bytesPorParte), pedido_.saida, &troca_,
-                                         {.bytes = andamento_.bytes, .parar = parar_});
+        resultados_[i] = PrepararArquivo(
+            pedido_.cliente / DeUtf8(arquivos_[i].caminho), TrechosDe(arquivos_[i], pedido_.bytesPorParte),
+            pedido_.saida, pedido_.simular ? nullptr : &troca_, {.bytes = andamento_.bytes, .parar = parar_});
         ++andamento_.arquivos;
         if (!resultados_[i].erro.empty()) parar_ = true;
     }
 
-    bool ConferirCliente() {
-        for (const ArquivoDoCliente& arquivo : arquivos_) {
-            InfoArquivo info;
-            if (!LerInfoArquivo(pedido_.cliente / DeUtf8(arquivo.caminho), info) || info.tamanho != arquivo.tamanho ||
-                info.modificado != arquivo.modificado) {
-                recusas_.insert(Formatar("{}: {}", arquivo.caminho, kMudou));
+    // Takes a file as it was read for the list before, when nothing speaks against it: not its own size and time, nor
+    // what stands in the published folder. Leaves the result without the pieces' CRCs, which are in the record.
+    bool Confiar(std::size_t i) {
+        const ArquivoDoCliente& arquivo = arquivos_[i];
+        const Leitura* const lida = publicados_.Lida(arquivo.caminho);
+        if (lida == nullptr || lida->tamanho != arquivo.tamanho || lida->modificado != arquivo.modificado ||
+            lida->partes != arquivo.partes) {
+            return false;
+        }
+        for (const Trecho& trecho : TrechosDe(arquivo, pedido_.bytesPorParte)) {
+            std::uint64_t tamanho = 0;
+            const NaSaida::Entrada* const ali = naSaida_.Achar(trecho.caminho);
+            if (!publicados_.Tamanho(trecho.caminho, tamanho) || tamanho != trecho.tamanho || ali == nullptr ||
+                ali->pasta || ali->tamanho != trecho.tamanho) {
+                return false;
             }
         }
+        resultados_[i].crc = lida->crc;
+        resultados_[i].sha256 = lida->sha256;
+        return true;
+    }
+
+    // Of what has been read: a file that was not read is as it was in the list before.
+    bool ConferirCliente() {
+        std::mutex mutex;
+        const auto conferir = [&](std::size_t n) {
+            const ArquivoDoCliente& arquivo = arquivos_[aLer_[n]];
+            InfoArquivo info;
+            if (LerInfoArquivo(pedido_.cliente / DeUtf8(arquivo.caminho), info) && info.tamanho == arquivo.tamanho &&
+                info.modificado == arquivo.modificado) {
+                return;
+            }
+            const std::lock_guard tranca(mutex);
+            recusas_.insert(Formatar("{}: {}", arquivo.caminho, kMudou));
+        };
+        EmFatias(aLer_.size(), conferir, [] {});
         return recusas_.empty();
     }
 
@@ -152,18 +208,32 @@ class Publicacao {
                                            .crc = resultados_[i].crc,
                                            .partes = arquivos_[i].partes});
         }
+        mudancas_ = Comparar(anterior_, pedido_.lista);
+        anterior_ = {};  // it may be large
         std::string erro;
         std::string lista;
         return (AssinarLista(chave_, pedido_.lista, lista, erro) &&
-                troca_.Preparar(publicados_.Texto(), lista, erro)) ||
+                (pedido_.simular || troca_.Preparar(publicados_.Texto(), lista, erro))) ||
                Recusar("--saida: {}", erro);
     }
 
     void Anotar() {
         for (std::size_t i = 0; i < arquivos_.size(); ++i) {
-            const std::vector<Trecho> trechos = TrechosDe(arquivos_[i], pedido_.bytesPorParte);
-            for (std::size_t t = 0; t < trechos.size(); ++t)
-                publicados_.Anotar(trechos[t].caminho, resultados_[i].crcDosTrechos[t], trechos[t].tamanho);
+            const ArquivoDoCliente& arquivo = arquivos_[i];
+            const ResultadoDaCopia& resultado = resultados_[i];
+            const std::vector<Trecho> trechos = TrechosDe(arquivo, pedido_.bytesPorParte);
+            for (std::size_t t = 0; t < trechos.size(); ++t) {
+                if (resultado.crcDosTrechos.empty()) {
+                    publicados_.Manter(trechos[t].caminho);
+                } else {
+                    publicados_.Anotar(trechos[t].caminho, resultado.crcDosTrechos[t], trechos[t].tamanho);
+                }
+            }
+            publicados_.AnotarLeitura(arquivo.caminho, {.tamanho = arquivo.tamanho,
+                                                        .modificado = arquivo.modificado,
+                                                        .crc = resultado.crc,
+                                                        .partes = arquivo.partes,
+                                                        .sha256 = resultado.sha256});
         }
         for (const update::ItemLista& item : anterior_.itens) {
             for (const std::string& nome : NomesPublicados(item))
@@ -176,9 +246,24 @@ class Publicacao {
         return troca_.Efetivar(erro) || Recusar("--saida: {}", erro);
     }
 
+    void Resumir() {
+        saida_.Linha(Formatar("{}: seq {}, {} arquivo(s), {} MiB; {} copiado(s)",
+                              pedido_.simular ? "Simulação, nada foi gravado" : "Publicado", pedido_.lista.seq,
+                              arquivos_.size(), bytes_ / kMiB, copiados_));
+        saida_.Linha(Formatar("{}; {} caminho(s) a remover", mudancas_.Texto(), pedido_.lista.remover.size()));
+        if (pedido_.confiarNaData) {
+            saida_.Linha(
+                Formatar("{} arquivo(s) não lido(s), com o tamanho e a data da última leitura "
+                         "(--confiar-na-data)",
+                         arquivos_.size() - aLer_.size()));
+        }
+        saida_.Linha(Formatar("Fora da publicação: {}", pedido_.exclusoes.Texto()));
+        if (pedido_.lista.validade) {
+            saida_.Linha(Formatar("A lista vale até {}", update::TextoDoInstante(*pedido_.lista.validade)));
+        }
+    }
+
     bool Limpar() {
-        saida_.Linha(Formatar("Publicado: seq {}, {} arquivo(s), {} MiB; {} copiado(s)", pedido_.lista.seq,
-                              arquivos_.size(), andamento_.totalDeBytes / kMiB, copiados_));
         const Publicados::Antigos antigos = publicados_.ContarAntigos();
         if (antigos.conservados > 0) {
             saida_.Linha(Formatar("{} arquivo(s) que só a lista anterior cita ficam na saída até a próxima publicação",
@@ -219,6 +304,9 @@ class Publicacao {
     std::set<std::string> recusas_;
     std::vector<ArquivoDoCliente> arquivos_;
     std::vector<ResultadoDaCopia> resultados_;  // one a file
+    std::vector<std::size_t> aLer_;             // the files to be read
+    std::uint64_t bytes_ = 0;                   // of all files
+    Mudancas mudancas_;
     std::size_t copiados_ = 0;
     Trava trava_;
     update::UpdateList anterior_;  // without files: nothing is published yet
@@ -238,22 +326,6 @@ int RodarPublicar(const Opcoes& opcoes, Saida& saida) {
     if (!LerPedido(opcoes, pedido, erro)) return Falhar(saida, kUsoErrado, erro);
     if (!chave.Ler(opcoes.Texto(L"--chave"), erro)) return Falhar(saida, kUsoErrado, Formatar("--chave: {}", erro));
     return Publicacao(pedido, chave, saida).Rodar();
-}
-
-int RodarContinuar(const Opcoes& opcoes, Saida& saida) {
-    const std::filesystem::path pasta = opcoes.Texto(L"--saida");
-    InfoArquivo info;
-    if (!LerInfoArquivo(pasta, info) || !info.Pasta()) {
-        return Falhar(saida, kUsoErrado, Formatar("--saida: {} não é uma pasta", ParaUtf8(pasta.native())));
-    }
-    Trava trava;
-    std::string erro;
-    if (!trava.Trancar(pasta, erro)) return Falhar(saida, kRecusado, Formatar("--saida: {}", erro));
-    const bool interrompida = TrocaInterrompida(pasta);
-    if (!ContinuarTroca(pasta, erro)) return Falhar(saida, kRecusado, Formatar("--saida: {}", erro));
-    saida.Linha(interrompida ? "A publicação interrompida foi terminada."
-                             : "Nenhuma publicação foi interrompida aqui.");
-    return kFeito;
 }
 
 }  // namespace zu::launcher::forjal

@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "core/formato.h"
+#include "update/caminhos.h"
 
 namespace zu::launcher::forjal {
 namespace {
@@ -31,6 +32,32 @@ std::set<std::string> RecusarRemocoes(std::span<const ArquivoDoCliente> arquivos
         }
     }
     return recusas;
+}
+
+Ausentes AcharAusentes(const update::UpdateList& publicada, std::span<const ArquivoDoCliente> arquivos) {
+    Ausentes ausentes;
+    if (publicada.itens.empty()) return ausentes;
+    const std::unordered_set<std::string> existentes = ChavesDoCliente(arquivos);
+    const auto achar = [&](const std::string& caminho) {
+        std::string normal = update::NormalizarCaminho(caminho);
+        if (existentes.contains(ChaveDoNome(normal)) || update::CaminhoProtegido(normal)) return;
+        ausentes.caminhos.push_back(std::move(normal));
+    };
+    for (const update::ItemLista& item : publicada.itens)
+        achar(item.caminho);
+    ausentes.arquivos = ausentes.caminhos.size();
+    for (const std::string& caminho : publicada.remover)
+        achar(caminho);
+    return ausentes;
+}
+
+void Acrescentar(std::span<const std::string> caminhos, std::vector<std::string>& remover) {
+    std::unordered_set<std::string> presentes;
+    for (const std::string& caminho : remover)
+        presentes.insert(ChaveDoNome(caminho));
+    for (const std::string& caminho : caminhos) {
+        if (presentes.insert(ChaveDoNome(caminho)).second) remover.push_back(caminho);
+    }
 }
 
 }  // namespace zu::launcher::forjal
