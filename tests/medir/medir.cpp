@@ -14,10 +14,14 @@
 #include <new>
 
 #include "app/instancia_unica.h"
+#include "core/formato.h"
 #include "core/json.h"
+#include "core/pasta.h"
 #include "core/processo.h"
 #include "core/texto.h"
 #include "tests/suporte/publicacao.h"
+#include "tools/forjal/forjal.h"
+#include "tools/forjal/paralelo.h"
 #include "tools/updater_helper/argumentos.h"
 #include "ui/pintor_controle.h"
 #include "ui/pintor_principal.h"
@@ -188,6 +192,81 @@ void MedirConferir(const std::filesystem::path& pasta, const std::string& url,
     ImprimirMemoria();
 }
 
+// Forjal as a function, whose words are of no interest unless it fails.
+class SaidaMuda final : public forjal::Saida {
+ public:
+    void Linha(std::string_view) override {}
+    void Erro(std::string_view texto) override { erro_ += Formatar("{}\n", texto); }
+    void Progresso(unsigned, std::string_view) override {}
+    [[nodiscard]] const std::string& TextoDosErros() const { return erro_; }
+
+ private:
+    std::string erro_;
+};
+
+void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::path& saida, int seq,
+                   const std::vector<std::wstring>& mais = {}) {
+    std::vector<std::wstring> argumentos{
+        L"publicar", L"--cliente=" + cliente.native(), L"--saida=" + saida.native(),
+        L"--chave=" + (std::filesystem::path(ZU_PASTA_CHAVES) / L"lista.chave").make_preferred().native(),
+        L"--seq=" + std::to_wstring(seq)};
+    argumentos.insert(argumentos.end(), mais.begin(), mais.end());
+    SaidaMuda muda;
+    if (forjal::RodarForjal(argumentos, muda) != forjal::kFeito) Falhar(muda.TextoDosErros());
+}
+
+// Every file below, by the system's bare answers.
+void Passear(const std::filesystem::path& pasta, const std::function<void(const std::filesystem::path&)>& visitar) {
+    ListarPasta(pasta, [&](const WIN32_FIND_DATAW& achado) {
+        const std::filesystem::path caminho = pasta / achado.cFileName;
+        (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Passear(caminho, visitar) : visitar(caminho);
+    });
+}
+
+// primeira CLIENTE SAIDA: a first publication; and reading and hashing on all cores, then copying
+void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
+    std::vector<std::filesystem::path> arquivos;
+    Passear(cliente, [&](const std::filesystem::path& caminho) { arquivos.push_back(caminho); });
+    const auto crua = [&] {
+        const std::vector<std::uint64_t> tamanhos(arquivos.size());
+        forjal::EmParalelo(
+            tamanhos, [&](std::size_t i) { HashArquivo(arquivos[i], 0); }, [] {});
+        CreateDirectoryW(saida.c_str(), nullptr);
+        for (std::size_t i = 0; i < arquivos.size(); ++i)
+            CopyFileW(arquivos[i].c_str(), (saida / std::to_wstring(i)).c_str(), TRUE);
+    };
+    double base = std::numeric_limits<double>::max();
+    double nosso = base;
+    for (int i = 0; i < kVoltas; ++i) {
+        base = std::min(base, Cronometrar(crua, 1));
+        std::filesystem::remove_all(saida);
+        nosso = std::min(nosso, Cronometrar([&] { PublicarPasta(cliente, saida, 1); }, 1));
+        std::filesystem::remove_all(saida);
+    }
+    Imprimir("base", base);
+    Imprimir("nosso", nosso);
+}
+
+// denovo CLIENTE SAIDA: a publication that finds nothing changed; and a bare walk with attributes
+void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
+    const auto passeio = [&] {
+        Passear(cliente, [](const std::filesystem::path& caminho) {
+            InfoArquivo info;
+            LerInfoArquivo(caminho, info);
+        });
+    };
+    double base = std::numeric_limits<double>::max();
+    double nosso = base;
+    for (int seq = 2; seq < 2 + kVoltas; ++seq) {
+        base = std::min(base, Cronometrar(passeio, 1));
+        nosso = std::min(nosso, Cronometrar([&] { PublicarPasta(cliente, saida, seq, {L"--confiar-na-data"}); }, 1));
+    }
+    Imprimir("base", base);
+    Imprimir("nosso", nosso);
+    // What the system tells of a process is not what it holds under Wine.
+    Imprimir("memoria", static_cast<double>(maisEmUso));
+}
+
 // cru URL DESTINO: a bare WinHTTP read loop into a file
 void BaixarCru(const std::wstring& url, const std::filesystem::path& destino) {
     HttpRequest troca;
@@ -295,6 +374,10 @@ int Rodar(const std::vector<std::string>& a) {
         MedirGrande(caminho(1), a[2], a[3]);
     } else if (a.size() == 4 && a[0] == "baixar") {
         MedirBaixar(caminho(1), a[2], std::atoi(a[3].c_str()));
+    } else if (a.size() == 3 && a[0] == "primeira") {
+        MedirPrimeira(caminho(1), caminho(2));
+    } else if (a.size() == 3 && a[0] == "denovo") {
+        MedirDeNovo(caminho(1), caminho(2));
     } else if (a.size() == 3 && a[0] == "janela") {
         MedirJanela(caminho(1), caminho(2));
     } else if (a.size() == 1 && a[0] == "minimizar") {

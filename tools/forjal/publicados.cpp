@@ -17,6 +17,17 @@ namespace {
 
 constexpr std::string_view kMarcaLeitura = "lido\t";
 
+// The same content is the same text.
+template <class Mapa>
+std::vector<const typename Mapa::value_type*> EmOrdem(const Mapa& mapa) {
+    std::vector<const typename Mapa::value_type*> pares;
+    pares.reserve(mapa.size());
+    for (const auto& par : mapa)
+        pares.push_back(&par);
+    std::ranges::sort(pares, {}, [](const auto* par) -> const std::string& { return par->first; });
+    return pares;
+}
+
 void ApagarPastasVazias(const std::filesystem::path& raiz, std::filesystem::path pasta) {
     // A folder that still holds something cannot be removed, and ends it.
     while (pasta != raiz && RemoveDirectoryW(pasta.c_str()) != 0)
@@ -79,10 +90,12 @@ bool Publicados::Ler(const std::filesystem::path& pasta, std::string& erro) {
 
 std::string Publicados::Texto() const {
     std::string texto;
-    for (const auto& [chave, entrada] : entradas_) {
+    for (const auto* par : EmOrdem(entradas_)) {
+        const Entrada& entrada = par->second;
         texto += Formatar("{:08X}\t{}\t{}\n", entrada.crc, entrada.tamanho, entrada.caminho);
     }
-    for (const auto& [caminho, leitura] : leituras_) {
+    for (const auto* par : EmOrdem(leituras_)) {
+        const auto& [caminho, leitura] = *par;
         if (!leitura.atual) continue;
         texto += Formatar("{}{}\t{:08X}\t{}\t{}\t{}\t{}\n", kMarcaLeitura, ParaHex(leitura.sha256), leitura.crc,
                           leitura.tamanho, leitura.modificado, leitura.partes, caminho);

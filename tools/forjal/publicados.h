@@ -4,9 +4,9 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "core/hash.h"
@@ -65,8 +65,8 @@ class Publicados {
         std::uint32_t crc = 0;
         Uso uso = Uso::kNenhum;
     };
-    std::map<std::string, Entrada> entradas_;  // by `ChaveDoNome`
-    std::map<std::string, Leitura> leituras_;  // by list path
+    std::unordered_map<std::string, Entrada> entradas_;  // by `ChaveDoNome`
+    std::unordered_map<std::string, Leitura> leituras_;  // by list path
 };
 
 // The name under which the file or folder stands on the disk; empty when there is none.

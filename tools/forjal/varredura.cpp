@@ -161,13 +161,11 @@ using NomePorChave = std::unordered_map<std::string, std::string>;
 
 NomePorChave JuntarPastas(std::span<const ArquivoDoCliente> arquivos, std::set<std::string>& recusas) {
     NomePorChave pastas;
-    for (const ArquivoDoCliente& arquivo : arquivos) {
-        for (const std::string& pasta : PastasDe(arquivo.caminho)) {
-            const auto& [chave, antes] = *pastas.emplace(ChaveDoNome(pasta), pasta).first;
-            if (antes == pasta) continue;
-            recusas.insert(Formatar("{} e {}: pastas que só diferem em maiúsculas e minúsculas", antes, pasta));
-        }
-    }
+    VisitarPastas(arquivos, [&](const std::string& pasta) {
+        const auto& [chave, antes] = *pastas.emplace(ChaveDoNome(pasta), pasta).first;
+        if (antes == pasta) return;
+        recusas.insert(Formatar("{} e {}: pastas que só diferem em maiúsculas e minúsculas", antes, pasta));
+    });
     return pastas;
 }
 

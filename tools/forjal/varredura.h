@@ -54,6 +54,20 @@ std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t byt
 // The folders above a path, the outermost first.
 std::vector<std::string> PastasDe(const std::string& caminho);
 
+// Calls `visita` for the folders of the files, where files of one folder stand together only once for all of them.
+template <class Visita>
+void VisitarPastas(std::span<const ArquivoDoCliente> arquivos, const Visita& visita) {
+    std::string_view anterior;
+    for (const ArquivoDoCliente& arquivo : arquivos) {
+        const std::size_t barra = arquivo.caminho.rfind('/');
+        const auto pasta = std::string_view(arquivo.caminho).substr(0, barra == std::string::npos ? 0 : barra);
+        if (pasta == anterior) continue;
+        anterior = pasta;
+        for (std::string& acima : PastasDe(arquivo.caminho))
+            visita(std::move(acima));
+    }
+}
+
 // The key under which Windows takes two names for one: letter case does not count, in any alphabet.
 std::string ChaveDoNome(std::string_view caminho);
 

@@ -36,9 +36,14 @@ bool Casa(std::wstring_view padrao, std::wstring_view texto) {
 }  // namespace
 
 void Exclusoes::Acrescentar(std::string_view padrao) {
-    std::string normal(padrao);
-    std::ranges::replace(normal, '\\', '/');
-    padroes_.push_back(std::move(normal));
+    Padrao novo{.escrito = std::string(padrao)};
+    std::ranges::replace(novo.escrito, '\\', '/');
+    novo.soPastas = novo.escrito.ends_with('/');
+    const std::string_view nome =
+        std::string_view(novo.escrito).substr(0, novo.escrito.size() - (novo.soPastas ? 1 : 0));
+    novo.chave = DeUtf8(ChaveDoNome(nome));
+    novo.caminhoInteiro = nome.find('/') != std::string_view::npos;
+    padroes_.push_back(std::move(novo));
 }
 
 void Exclusoes::AcrescentarAsDeSempre() {
@@ -49,20 +54,16 @@ void Exclusoes::AcrescentarAsDeSempre() {
 bool Exclusoes::Exclui(const std::string& caminho, bool pasta) const {
     if (padroes_.empty()) return false;
     const std::wstring inteiro = DeUtf8(ChaveDoNome(caminho));
-    const std::wstring nome = inteiro.substr(inteiro.rfind(L'/') + 1);
-    return std::ranges::any_of(padroes_, [&](std::string_view padrao) {
-        if (padrao.ends_with('/')) {
-            if (!pasta) return false;
-            padrao.remove_suffix(1);
-        }
-        return Casa(DeUtf8(ChaveDoNome(padrao)), padrao.find('/') != std::string_view::npos ? inteiro : nome);
+    const std::wstring_view nome = std::wstring_view(inteiro).substr(inteiro.rfind(L'/') + 1);
+    return std::ranges::any_of(padroes_, [&](const Padrao& padrao) {
+        return (pasta || !padrao.soPastas) && Casa(padrao.chave, padrao.caminhoInteiro ? inteiro : nome);
     });
 }
 
 std::string Exclusoes::Texto() const {
     std::string texto;
-    for (const std::string& padrao : padroes_)
-        texto += (texto.empty() ? "" : " ") + padrao;
+    for (const Padrao& padrao : padroes_)
+        texto += (texto.empty() ? "" : " ") + padrao.escrito;
     return texto;
 }
 

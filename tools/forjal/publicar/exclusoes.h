@@ -23,7 +23,13 @@ class Exclusoes {
     [[nodiscard]] std::string Texto() const;
 
  private:
-    std::vector<std::string> padroes_;
+    struct Padrao {
+        std::string escrito;
+        std::wstring chave;  // as `ChaveDoNome`, without a "/" at its end
+        bool soPastas = false;
+        bool caminhoInteiro = false;
+    };
+    std::vector<Padrao> padroes_;
 };
 
 }  // namespace zu::launcher::forjal

@@ -108,10 +108,7 @@ class Publicacao {
     // What stands there under another letter case is part of the change, the folders first.
     bool OlharSaida() {
         std::set<std::string> pastas{std::string()};
-        for (const ArquivoDoCliente& arquivo : arquivos_) {
-            for (std::string& pasta : PastasDe(arquivo.caminho))
-                pastas.insert(std::move(pasta));
-        }
+        VisitarPastas(arquivos_, [&](std::string pasta) { pastas.insert(std::move(pasta)); });
         std::string erro;
         if (!naSaida_.Ler(pedido_.saida, pastas, erro)) return Recusar("--saida: {}", erro);
         for (const std::string& pasta : pastas) {
@@ -199,6 +196,7 @@ class Publicacao {
     }
 
     bool Preparar() {
+        naSaida_ = {};  // what is no longer needed goes as soon as it can: all of it grows with the number of files
         Anotar();
         pedido_.lista.itens.reserve(arquivos_.size());
         for (std::size_t i = 0; i < arquivos_.size(); ++i) {
@@ -208,8 +206,9 @@ class Publicacao {
                                            .crc = resultados_[i].crc,
                                            .partes = arquivos_[i].partes});
         }
+        resultados_ = {};
         mudancas_ = Comparar(anterior_, pedido_.lista);
-        anterior_ = {};  // it may be large
+        anterior_ = {};
         std::string erro;
         std::string lista;
         return (AssinarLista(chave_, pedido_.lista, lista, erro) &&

@@ -13,9 +13,8 @@ std::unordered_set<std::string> ChavesDoCliente(std::span<const ArquivoDoCliente
     std::unordered_set<std::string> chaves;
     for (const ArquivoDoCliente& arquivo : arquivos) {
         chaves.insert(ChaveDoNome(arquivo.caminho));
-        for (const std::string& pasta : PastasDe(arquivo.caminho))
-            chaves.insert(ChaveDoNome(pasta));
     }
+    VisitarPastas(arquivos, [&](const std::string& pasta) { chaves.insert(ChaveDoNome(pasta)); });
     return chaves;
 }
 
