@@ -23,6 +23,7 @@ add_library(zu_core STATIC
     core/log.cpp
     core/pasta.cpp
     core/processo.cpp
+    core/so_este_usuario.cpp
     core/utf16.cpp)
 target_link_libraries(zu_core PUBLIC zu_puro zu_bcrypt)
 
@@ -108,14 +109,22 @@ add_library(zu_forjal STATIC
     tools/forjal/conferir.cpp
     tools/forjal/conferir_pasta.cpp
     tools/forjal/conferir_url.cpp
-    tools/forjal/copia.cpp
     tools/forjal/forjal.cpp
     tools/forjal/lista_publicada.cpp
     tools/forjal/opcoes.cpp
     tools/forjal/paralelo.cpp
-    tools/forjal/pedido.cpp
     tools/forjal/publicados.cpp
-    tools/forjal/publicar.cpp
+    tools/forjal/publicar/chaves_no_cliente.cpp
+    tools/forjal/publicar/continuar.cpp
+    tools/forjal/publicar/copia.cpp
+    tools/forjal/publicar/exclusoes.cpp
+    tools/forjal/publicar/mudancas.cpp
+    tools/forjal/publicar/na_saida.cpp
+    tools/forjal/publicar/pedido.cpp
+    tools/forjal/publicar/publicar.cpp
+    tools/forjal/publicar/remocoes.cpp
+    tools/forjal/publicar/trava.cpp
+    tools/forjal/publicar/troca.cpp
     tools/forjal/relatorio.cpp
     tools/forjal/saida.cpp
     tools/forjal/selar.cpp

@@ -1,43 +1,11 @@
 #include "game/token.h"
 
 #include <cstring>
-#include <vector>
+
+#include "core/so_este_usuario.h"
 
 namespace zu::launcher {
 namespace {
-
-// A security descriptor that grants this process's user alone what `direitos` says.
-class SoEsteUsuario {
- public:
-    explicit SoEsteUsuario(DWORD direitos) {
-        HandleKernel token;
-        DWORD tamanho = 0;
-        if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Receber()) == 0) return;
-        GetTokenInformation(token.Valor(), TokenUser, nullptr, 0, &tamanho);
-        usuario_.resize(tamanho);
-        if (GetTokenInformation(token.Valor(), TokenUser, usuario_.data(), tamanho, &tamanho) == 0) return;
-        const PSID sid = reinterpret_cast<const TOKEN_USER*>(usuario_.data())->User.Sid;
-        lista_.resize(sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) + GetLengthSid(sid));
-        auto* const lista = reinterpret_cast<ACL*>(lista_.data());
-        pronto_ = InitializeAcl(lista, static_cast<DWORD>(lista_.size()), ACL_REVISION) != 0 &&
-                  AddAccessAllowedAce(lista, ACL_REVISION, direitos, sid) != 0 &&
-                  InitializeSecurityDescriptor(&descritor_, SECURITY_DESCRIPTOR_REVISION) != 0 &&
-                  SetSecurityDescriptorDacl(&descritor_, TRUE, lista, FALSE) != 0;
-        atributos_ = {sizeof atributos_, &descritor_, FALSE};
-    }
-    SoEsteUsuario(const SoEsteUsuario&) = delete;
-    SoEsteUsuario& operator=(const SoEsteUsuario&) = delete;
-
-    // Null when the descriptor could not be made.
-    SECURITY_ATTRIBUTES* Atributos() { return pronto_ ? &atributos_ : nullptr; }
-
- private:
-    std::vector<char> usuario_;
-    std::vector<char> lista_;
-    SECURITY_DESCRIPTOR descritor_{};
-    SECURITY_ATTRIBUTES atributos_{};
-    bool pronto_ = false;
-};
 
 std::wstring Nome(const wchar_t* prefixo, std::uint32_t pid) {
     return prefixo + std::to_wstring(pid);

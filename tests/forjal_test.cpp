@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
+#include <mutex>
 #include <optional>
 
 #include "app/selo.h"
@@ -11,9 +13,16 @@
 #include "core/texto.h"
 #include "tests/suporte/pasta.h"
 #include "tests/suporte/publicacao.h"
-#include "tools/forjal/copia.h"
+#include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
+#include "tools/forjal/publicar/copia.h"
 #include "tools/forjal/varredura.h"
+
+ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
+ZU_RECUSAVEL(L"kernel32", DeleteFileW, FALSE);
+ZU_RECUSAVEL(L"kernel32", FlushFileBuffers, FALSE);
+ZU_RECUSAVEL(L"kernel32", MoveFileExW, FALSE);
+ZU_RECUSAVEL(L"kernel32", WriteFile, FALSE);
 
 namespace zu::launcher::forjal {
 namespace {
@@ -95,10 +104,33 @@ bool Contem(const std::string& texto, std::string_view parte) {
     return texto.find(parte) != std::string::npos;
 }
 
-TEST_F(Forjal, ChavesNuncaSobrescrevem) {
+// Whether the access list lets everybody do anything with the file.
+bool TodosPodem(const std::filesystem::path& arquivo) {
+    BYTE descritor[1024];
+    DWORD tamanho = 0;
+    BOOL tem = FALSE;
+    BOOL herdada = FALSE;
+    PACL lista = nullptr;
+    if (GetFileSecurityW(arquivo.c_str(), DACL_SECURITY_INFORMATION, descritor, sizeof descritor, &tamanho) == 0 ||
+        GetSecurityDescriptorDacl(descritor, &tem, &lista, &herdada) == 0 || tem == FALSE || lista == nullptr) {
+        return true;
+    }
+    for (DWORD i = 0; i < lista->AceCount; ++i) {
+        void* entrada = nullptr;
+        if (GetAce(lista, i, &entrada) != 0 &&
+            IsWellKnownSid(&static_cast<ACCESS_ALLOWED_ACE*>(entrada)->SidStart, WinWorldSid) != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST_F(Forjal, ChavesNuncaSobrescrevemESaoSoDoDono) {
     EXPECT_EQ(chaves_->Ler("lista.chave").size(), 1755U);
     EXPECT_EQ(chaves_->Ler("lista.pub").size(), 411U);
     EXPECT_EQ(chaves_->Ler("selo.segredo").size(), 32U);
+    EXPECT_TRUE(TodosPodem(*chaves_ / "lista.pub"));
+    EXPECT_FALSE(TodosPodem(*chaves_ / "lista.chave") || TodosPodem(*chaves_ / "selo.segredo"));
     for (const std::string nome : {"lista.chave", "lista.pub", "selo.segredo"}) {
         pasta_.Escrever("k/" + nome, "minha");
         const auto antes = pasta_.Tudo();
@@ -162,9 +194,48 @@ TEST_F(Forjal, AbrirMostraOuRecusaComoOLauncher) {
     EXPECT_TRUE(Contem(saida_.erros, "arquivo adulterado")) << saida_.erros;
 }
 
+TEST_F(Forjal, SelarSoSubstituiUmArquivoSelado) {
+    const auto selar = [this](const std::string& saida) {
+        return Rodar({"selar", "--segredo=#\\selo.segredo", "--saida=" + saida});
+    };
+    const auto chavesAntes = chaves_->Tudo();
+    pasta_.Escrever("do tamanho", std::string(kTamanhoSelado, 'x'));
+    for (const std::string saida : {"#\\lista.chave", "#\\selo.segredo", "@\\do tamanho", "@"}) {
+        EXPECT_EQ(selar(saida), kRecusado) << saida;
+    }
+    EXPECT_EQ(chaves_->Tudo(), chavesAntes);
+    EXPECT_EQ(pasta_.Ler("do tamanho"), std::string(kTamanhoSelado, 'x'));
+    for (int vez = 0; vez < 2; ++vez)
+        EXPECT_EQ(selar("@\\Launcher.emu"), kFeito) << saida_.erros;
+    EXPECT_TRUE(Contem(saida_.linhas, "Aviso: sem --update=")) << saida_.linhas;
+}
+
+TEST_F(Forjal, ChavesNaoVaoParaAWeb) {
+    std::string outra = chaves_->Ler("lista.chave");
+    outra.back() ^= 1;
+    const std::tuple<std::string, std::string, bool> casos[]{
+        {"Data/Lista.CHAVE", "de nome", true},
+        {"cópia de selo.segredo", "de nome", true},
+        {"de marca.bin", outra, true},
+        {"de conteúdo.bin", chaves_->Ler("selo.segredo"), true},
+        {"outro.bin", std::string(1755, 'R'), false},
+        {"outro segredo.bin", std::string(32, 'R'), false},
+        {"pública.bin", chaves_->Ler("lista.pub"), false},
+    };
+    for (const auto& [nome, conteudo, recusada] : casos) {
+        pasta_.Escrever("cliente/" + nome, conteudo);
+        EXPECT_EQ(Publicar(1), recusada ? kRecusado : kFeito) << nome << saida_.erros;
+        EXPECT_EQ(Contem(saida_.erros, nome + ": é uma chave"), recusada) << saida_.erros;
+        EXPECT_EQ(pasta_.Tem("saida"), !recusada) << nome;
+        Apagar("cliente");
+        Apagar("saida");
+    }
+}
+
 TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
     pasta_.Escrever("cliente/a", "a");
     pasta_.Escrever("curta.chave", "curta");
+    pasta_.Escrever("remover.txt", "\xEF\xBB\xBFok\r\n\r\n../fora\r\n");
     pasta_.Escrever("lixo.chave", std::string(1755, 'x'));
     pasta_.Escrever("cliente/lista.chave", chaves_->Ler("lista.chave"));
     const auto publicar = [](const std::vector<std::string>& mais, const std::string& sem = "") {
@@ -189,9 +260,11 @@ TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
         {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--sem-update=1"}, "--sem-update"},
         {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--update=update.example/"}, "--update"},
         {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--site=javascript:1"}, "--site"},
+        {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--update=http:///a"}, "falta o servidor"},
+        {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--update=https://:80/"}, "falta o servidor"},
+        {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--registro=http://a/b c"}, "espaços"},
         {{"selar", "--segredo=#\\lista.pub", "--saida=@\\e"}, "32"},
         {{"selar", "--segredo=@\\falta", "--saida=@\\e"}, "--segredo"},
-        {{"selar", "--segredo=#\\selo.segredo", "--saida=#\\selo.segredo"}, "--saida"},
         {{"abrir", "--segredo=#\\selo.segredo"}, "arquivo"},
         {{"conferir", "--publicado=@\\cliente", "--pub=#\\selo.segredo"}, "411"},
         {{"conferir", "--publicado=@\\falta", "--pub=#\\lista.pub"}, "--publicado"},
@@ -202,8 +275,13 @@ TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
         {publicar({"--partes-mib=0"}), "--partes-mib"},
         {publicar({"--versao=1\t0"}), "--versao"},
         {publicar({"--chave-assets=a\nb"}), "--chave-assets"},
-        {publicar({"--remover=ok", "--remover=../fora"}), "--remover=../fora"},
-        {publicar({"--remover=cache/x"}), "--remover=cache/x"},
+        {publicar({"--remover=ok", "--remover=../fora"}), "--remover: \"../fora\""},
+        {publicar({"--remover=cache/x"}), "--remover: \"cache/x\""},
+        {publicar({"--remover-de=@\\remover.txt"}), "--remover-de: \"../fora\""},
+        {publicar({"--validade-dias=0"}), "--validade-dias"},
+        {publicar({"--chave-anterior=#\\selo.segredo"}), "411"},
+        {{"publicar", "--continuar", "--saida=@\\falta"}, "--saida"},
+        {{"publicar", "--so-assinar", "--saida=@\\cliente", "--chave=#\\lista.chave"}, "--validade-dias="},
         {publicar({"--cliente=@\\falta"}, "--cliente"), "--cliente"},
         {publicar({"--saida=@\\cliente"}, "--saida"), "--saida"},
         {publicar({"--saida=@\\CLIENTE\\pub"}, "--saida"), "--saida"},
@@ -359,6 +437,127 @@ TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
     recusa(6, {}, "--cliente");
 }
 
+// A folder with one publication, and a client that changes it in every way: a file new, changed, in another letter
+// case, in parts now, gone.
+class ForjalTroca : public Forjal {
+ protected:
+    void SetUp() override {
+        pasta_.Escrever("cliente/muda", "antes");
+        pasta_.Escrever("cliente/Caixa/Muda", "x");
+        pasta_.Escrever("cliente/grande", teste::Bytes(kMiB + 1));
+        pasta_.Escrever("cliente/some", "some");
+        pasta_.Escrever("cliente/igual", "igual");
+        ASSERT_EQ(Publicar(1), kFeito) << saida_.erros;
+        antes_ = pasta_.Tudo();
+        Apagar("cliente/Caixa");
+        Apagar("cliente/some");
+        pasta_.Escrever("cliente/muda", "depois");
+        pasta_.Escrever("cliente/caixa/muda", "x");
+        pasta_.Escrever("cliente/nova/pasta/novo", "novo");
+        std::filesystem::rename(pasta_ / "saida", pasta_ / "primeira");
+    }
+    void TearDown() override { teste::recusa = {}; }
+
+    void Recomecar(const std::string& de) {
+        Apagar("saida");
+        std::filesystem::copy(pasta_ / de, pasta_ / "saida", std::filesystem::copy_options::recursive);
+    }
+    int PublicarDeNovo(int seq) { return Publicar(seq, {"--partes-mib=1", "--muitas-remocoes"}); }
+
+    // Players are served: by the old list or the new one, or by the new one once the change is continued.
+    void EsperarInteira(bool continuar) {
+        if (pasta_.Tem("saida/Forjal.troca")) {
+            ASSERT_EQ(Conferir(), kRecusado);
+            EXPECT_EQ(saida_.erros, "publicação interrompida no meio da troca: rode Forjal publicar --continuar\n");
+            ++interrompidas_;
+            if (!continuar) return;
+            ASSERT_EQ(Rodar({"publicar", "--continuar", "--saida=@\\saida"}), kFeito) << saida_.erros;
+            EXPECT_EQ(Lista().seq, 2);
+        }
+        EXPECT_EQ(Conferir(), kFeito) << saida_.linhas << saida_.erros;
+    }
+    // And the next publication finds its way from there, and leaves nothing behind but what the list before it names.
+    void EsperarProxima() {
+        ASSERT_EQ(PublicarDeNovo(3), kFeito) << saida_.erros;
+        EXPECT_EQ(Conferir(), kFeito) << saida_.linhas << saida_.erros;
+        ASSERT_EQ(Publicar(4, {"--partes-mib=1", "--limpar"}), kFeito) << saida_.erros;
+        std::set<std::string> nomes;
+        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_ / "saida"))
+            nomes.insert(ParaUtf8(entrada.path().lexically_relative(pasta_ / "saida").generic_wstring()));
+        const std::set<std::string> certos{"Forjal.publicados", "UpdateList.txt", "caixa", "caixa/muda", "grande.p001",
+                                           "grande.p002",       "igual",          "muda",  "nova",       "nova/pasta",
+                                           "nova/pasta/novo"};
+        EXPECT_EQ(nomes, certos);
+    }
+
+    std::map<std::string, std::string> antes_;
+    int interrompidas_ = 0;
+};
+
+// What a kill leaves is what stands there at that moment.
+TEST_F(ForjalTroca, MortaEmQualquerMomentoServeAosJogadores) {
+    static std::function<void()> fotografar;
+    int fotos = 0;
+    fotografar = [&] {
+        const std::filesystem::path foto = pasta_ / ("foto " + std::to_string(fotos++));
+        std::filesystem::create_directory(foto);
+        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_ / "saida")) {
+            const std::filesystem::path copia = foto / entrada.path().lexically_relative(pasta_ / "saida");
+            // The lock is gone with its process. A file that is being written cannot be read: it counts as torn.
+            if (entrada.is_directory()) {
+                std::filesystem::create_directory(copia);
+            } else if (entrada.path().filename() != L"Forjal.trava" &&
+                       CopyFileW(entrada.path().c_str(), copia.c_str(), TRUE) == 0) {
+                std::ofstream(copia).put('x');
+            }
+        }
+    };
+    for (const std::string_view chamada : {"FlushFileBuffers", "MoveFileExW", "DeleteFileW"}) {
+        Recomecar("primeira");
+        static std::mutex um;
+        teste::recusa = {.chamada = chamada, .ver = [] {
+                             const std::lock_guard tranca(um);
+                             fotografar();
+                         }};
+        ASSERT_EQ(PublicarDeNovo(2), kFeito) << saida_.erros;
+        teste::recusa = {};
+    }
+    for (int i = 0; i < fotos; ++i) {
+        SCOPED_TRACE(i);
+        Recomecar("foto " + std::to_string(i));
+        EsperarInteira(i % 2 == 0);
+        EsperarProxima();
+    }
+    EXPECT_GT(interrompidas_, 8) << "of " << fotos;
+}
+
+// A full disk at the latest: whatever the system refuses, and from whichever call on.
+TEST_F(ForjalTroca, RecusadaPeloSistemaServeAosJogadores) {
+    for (const std::string_view chamada : {"WriteFile", "FlushFileBuffers", "CreateDirectoryW", "MoveFileExW"}) {
+        int codigo = kRecusado;
+        for (int passam = 0; codigo == kRecusado; ++passam) {
+            SCOPED_TRACE(std::string(chamada) + " " + std::to_string(passam));
+            ASSERT_LT(passam, 100);
+            Recomecar("primeira");
+            teste::recusa = {.chamada = chamada, .erro = ERROR_DISK_FULL, .antes = passam};
+            codigo = PublicarDeNovo(2);
+            teste::recusa = {};
+            if (codigo == kRecusado && !pasta_.Tem("saida/Forjal.troca")) {
+                for (const auto& [nome, conteudo] : antes_) {
+                    if (nome.starts_with("saida/")) {
+                        EXPECT_EQ(pasta_.Ler(nome), conteudo) << nome;
+                    }
+                }
+                EXPECT_FALSE(pasta_.Tem("saida/nova") || pasta_.Tem("saida/Forjal.novos"));
+            }
+            EsperarInteira(true);
+        }
+        EXPECT_EQ(codigo, kFeito);
+        EsperarProxima();
+    }
+    EXPECT_GT(interrompidas_, 4);
+}
+
 TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
     pasta_.Escrever("cliente/Zu.exe", "programa");
     ASSERT_EQ(Publicar(1), kFeito);
@@ -377,8 +576,8 @@ TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
     std::atomic<bool> parar = false;
     for (const std::uint64_t tamanho : {7U, 9U}) {
         const Trecho trecho{.caminho = "novo", .inicio = 0, .tamanho = tamanho};
-        const ResultadoDaCopia r =
-            PublicarArquivo(pasta_ / "cliente/Zu.exe", {&trecho, 1}, pasta_ / "saida", bytes, parar);
+        const ResultadoDaCopia r = PrepararArquivo(pasta_ / "cliente/Zu.exe", {&trecho, 1}, pasta_ / "saida", nullptr,
+                                                   {.bytes = bytes, .parar = parar});
         EXPECT_EQ(r.erro, kMudou) << tamanho;
     }
 }
@@ -393,7 +592,7 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
     ASSERT_EQ(Publicar(1), kFeito) << saida_.erros;
     Apagar("cliente/velho");
     Apagar("cliente/trocado");
-    ASSERT_EQ(Publicar(2, {"--partes-mib=1"}), kFeito) << saida_.erros;
+    ASSERT_EQ(Publicar(2, {"--partes-mib=1", "--muitas-remocoes"}), kFeito) << saida_.erros;
     EXPECT_TRUE(pasta_.Tem("saida/velho/a/b") && pasta_.Tem("saida/Grande")) << "kept until --limpar";
 
     // Since then the server team has put a page of its own under an old name; and somebody has written to the
@@ -414,7 +613,10 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
     EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
 
     // Back in one piece: the parts are the old files now.
-    ASSERT_EQ(Publicar(4, {"--limpar"}), kFeito) << saida_.erros;
+    for (const int seq : {4, 5}) {
+        EXPECT_TRUE(pasta_.Tem("saida/Grande.p001")) << "for whoever is downloading by the list before";
+        ASSERT_EQ(Publicar(seq, {"--limpar"}), kFeito) << saida_.erros;
+    }
     EXPECT_TRUE(pasta_.Tem("saida/Grande") && !pasta_.Tem("saida/Grande.p001") && !pasta_.Tem("saida/Grande.p002"));
     EXPECT_EQ(pasta_.Ler("saida/trocado"), "do website");
     EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
@@ -429,6 +631,140 @@ TEST_F(Forjal, NomesPublicadosSeguemACaixaDoCliente) {
     const auto tudo = pasta_.Tudo();
     EXPECT_TRUE(tudo.contains("saida/data/zu.pak")) << testing::PrintToString(tudo);
     EXPECT_EQ(tudo.size(), 4U);
+}
+
+TEST_F(Forjal, OQueOsJogadoresPerdemSaiDaListaPublicada) {
+    for (int i = 0; i < 20; ++i)
+        pasta_.Escrever("cliente/Data/" + std::to_string(i), "x");
+    ASSERT_EQ(Publicar(1, {"--remover=de antes", "--remover=volta"}), kFeito) << saida_.erros;
+    pasta_.Escrever("cliente/volta", "de novo");
+    pasta_.Escrever("remover.txt", "do arquivo\nDATA/19\n");
+    const auto sumir = [this](int qual) { Apagar("cliente/Data/" + std::to_string(qual)); };
+    sumir(19);
+    sumir(18);
+    ASSERT_EQ(Publicar(2, {"--remover-ausentes", "--remover-de=@\\remover.txt"}), kFeito) << saida_.erros;
+    EXPECT_EQ(Lista().remover, (std::vector<std::string>{"do arquivo", "DATA/19", "Data/18", "de antes"}));
+
+    // More than a tenth of those that are left.
+    sumir(17);
+    sumir(16);
+    const std::string lista = pasta_.Ler("saida/UpdateList.txt");
+    EXPECT_EQ(Publicar(3, {"--remover-ausentes"}), kRecusado);
+    EXPECT_TRUE(Contem(saida_.erros, "faltam 2 dos 19 arquivos")) << saida_.erros;
+    EXPECT_EQ(pasta_.Ler("saida/UpdateList.txt"), lista);
+    ASSERT_EQ(Publicar(3, {"--remover-ausentes", "--muitas-remocoes"}), kFeito) << saida_.erros;
+    EXPECT_EQ(Lista().remover.size(), 6U);
+}
+
+TEST_F(Forjal, ExclusoesPorNomePorCaminhoEDeSempre) {
+    const std::set<std::string> cliente{".git/config", "Data/.svn/x", "Data/THUMBS.DB", "Zu.pdb",   "Zu.pdb.txt",
+                                        "a.bak",       "Data/b.bak",  "Fontes/á.txt",   "Fontes2/y"};
+    for (const std::string& nome : cliente)
+        pasta_.Escrever("cliente/" + nome, "x");
+    const std::pair<std::vector<std::string>, std::set<std::string>> casos[]{
+        {{}, {".git/config", "Data/.svn/x", "Data/THUMBS.DB", "Zu.pdb"}},
+        {{"--sem-exclusoes"}, {}},
+        {{"--sem-exclusoes", "--excluir=*.BAK"}, {"a.bak", "Data/b.bak"}},
+        {{"--sem-exclusoes", "--excluir=data\\*.bak"}, {"Data/b.bak"}},
+        {{"--sem-exclusoes", "--excluir=FONTES/", "--excluir=.git"}, {"Fontes/á.txt", ".git/config"}},
+        {{"--sem-exclusoes", "--excluir=?.txt", "--excluir=b.bak/"}, {"Fontes/á.txt"}},
+    };
+    for (const auto& [opcoes, fora] : casos) {
+        Apagar("saida");
+        ASSERT_EQ(Publicar(1, opcoes), kFeito) << saida_.erros;
+        std::set<std::string> esperados;
+        std::ranges::set_difference(cliente, fora, std::inserter(esperados, esperados.end()));
+        std::set<std::string> publicados;
+        for (const update::ItemLista& item : Lista().itens)
+            publicados.insert(item.caminho);
+        EXPECT_EQ(publicados, esperados) << testing::PrintToString(opcoes);
+        EXPECT_EQ(Contem(saida_.linhas, "excluído: "), !fora.empty()) << saida_.linhas;
+    }
+}
+
+TEST_F(Forjal, TrocaDeChaveEValidadeRenovada) {
+    pasta_.Escrever("cliente/Zu.exe", "programa");
+    ASSERT_EQ(Publicar(1, {"--remover=velho"}), kFeito);
+    ASSERT_EQ(Rodar({"chaves", "--saida=@\\nova"}), kFeito);
+    const std::vector<std::string> nova{"publicar", "--cliente=@\\cliente", "--saida=@\\saida",
+                                        "--chave=@\\nova\\lista.chave", "--seq=2"};
+    EXPECT_EQ(Rodar(nova), kRecusado);
+    std::vector<std::string> comAnterior = nova;
+    comAnterior.emplace_back("--chave-anterior=#\\lista.pub");
+    ASSERT_EQ(Rodar(comAnterior), kFeito) << saida_.erros;
+    EXPECT_EQ(Conferir(), kRecusado) << "signed with the new key from now on";
+    EXPECT_EQ(Rodar({"conferir", "--publicado=@\\saida", "--pub=@\\nova\\lista.pub"}), kFeito) << saida_.erros;
+
+    const std::uint64_t hora = Hora("saida/Zu.exe");
+    const std::uint64_t horaDoRegistro = Hora("saida/Forjal.publicados");
+    ASSERT_EQ(Rodar({"publicar", "--so-assinar", "--saida=@\\saida", "--chave=#\\lista.chave", "--validade-dias=3",
+                     "--chave-anterior=@\\nova\\lista.pub"}),
+              kFeito)
+        << saida_.erros;
+    EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
+    EXPECT_EQ(Lista().seq, 2);
+    EXPECT_TRUE(Lista().validade.has_value());
+    const auto resta = Lista().validade.value_or(update::Instante()) - std::chrono::system_clock::now();
+    EXPECT_TRUE(resta > std::chrono::hours(71) && resta <= std::chrono::hours(72));
+    EXPECT_EQ(Hora("saida/Zu.exe"), hora);
+    EXPECT_EQ(Hora("saida/Forjal.publicados"), horaDoRegistro);
+    ASSERT_EQ(Publicar(3), kFeito) << saida_.erros;
+    EXPECT_FALSE(Lista().validade.has_value()) << "each publication says it anew";
+}
+
+TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
+    const std::vector<std::string> confiar{"--confiar-na-data", "--partes-mib=1"};
+    pasta_.Escrever("cliente/a", "antes");
+    pasta_.Escrever("cliente/g", teste::Bytes(kMiB + 1));
+    ASSERT_EQ(Publicar(1, confiar), kFeito) << saida_.erros;
+    const std::string lidoDoA = Lista().itens[0].sha256;
+    pasta_.Adulterar("cliente/a", "ANTES");
+    ASSERT_EQ(Publicar(2, confiar), kFeito) << saida_.erros;
+    EXPECT_TRUE(Contem(saida_.linhas, "2 arquivo(s) não lido(s)")) << saida_.linhas;
+    EXPECT_EQ(Lista().itens[0].sha256, lidoDoA);
+    EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
+
+    // What speaks against it, each alone: the file is read again and put right.
+    const std::pair<std::function<void()>, std::string> motivos[]{
+        {[&] { Apagar("saida/g.p002"); }, "1 arquivo(s) não lido(s)"},
+        {[&] { pasta_.Escrever("saida/g.p001", "curto"); }, "1 arquivo(s) não lido(s)"},
+        {[&] { pasta_.Escrever("cliente/g", teste::Bytes(kMiB + 1, 2)); }, "1 arquivo(s) não lido(s)"},
+        {[&] { pasta_.Escrever("cliente/g", teste::Bytes(kMiB + 2, 2)); }, "1 arquivo(s) não lido(s)"},
+        {[&] { Apagar("saida/Forjal.publicados"); }, "0 arquivo(s) não lido(s)"},
+    };
+    int seq = 3;
+    for (const auto& [estragar, lidos] : motivos) {
+        estragar();
+        ASSERT_EQ(Publicar(seq++, confiar), kFeito) << saida_.erros;
+        EXPECT_TRUE(Contem(saida_.linhas, lidos)) << saida_.linhas;
+        EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
+    }
+    EXPECT_NE(Lista().itens[0].sha256, lidoDoA);
+    // In one piece again: the parts' reading says nothing about it.
+    ASSERT_EQ(Publicar(seq, {"--confiar-na-data"}), kFeito) << saida_.erros;
+    EXPECT_EQ(Conferir(), kFeito) << saida_.linhas;
+}
+
+TEST_F(Forjal, SimularConfereEResumeSemGravar) {
+    pasta_.Escrever("cliente/igual", "igual");
+    pasta_.Escrever("cliente/muda", "antes");
+    pasta_.Escrever("cliente/some", "x");
+    EXPECT_EQ(Publicar(1, {"--simular"}), kFeito) << saida_.erros;
+    EXPECT_FALSE(pasta_.Tem("saida"));
+    ASSERT_EQ(Publicar(1), kFeito) << saida_.erros;
+    pasta_.Escrever("cliente/muda", "depois");
+    pasta_.Escrever("cliente/novo", "novo");
+    Apagar("cliente/some");
+    const auto antes = pasta_.Tudo();
+    EXPECT_EQ(Publicar(2, {"--simular"}), kRecusado);
+    EXPECT_TRUE(Contem(saida_.erros, "--muitas-remocoes")) << saida_.erros;
+    EXPECT_EQ(Publicar(2, {"--simular", "--muitas-remocoes", "--remover-ausentes"}), kFeito) << saida_.erros;
+    EXPECT_TRUE(Contem(saida_.linhas,
+                       "1 novo(s), 1 mudado(s), 1 fora da lista; quem tem a versão publicada baixará 10 "
+                       "bytes (0.0 MiB); 1 caminho(s) a remover"))
+        << saida_.linhas;
+    EXPECT_TRUE(Contem(saida_.linhas, "2 copiado(s)")) << saida_.linhas;
+    EXPECT_EQ(pasta_.Tudo(), antes);
 }
 
 struct CasoDeNomes {
@@ -450,6 +786,7 @@ TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
         {{"sub/;x", "sub/UpdateList.txt"}, ""},
         {{"FORJAL.publicados"}, "reservado"},
         {{"forjal.trava"}, "reservado"},
+        {{"Forjal.novos/1"}, "reservado"},
         {{"Zu.exe", "zu.EXE"}, "mesmo nome"},
         {{"AÇÃO.txt", "ação.TXT"}, "mesmo nome"},
         {{"Ω/x", "ω/y"}, "Ω e ω: pastas"},

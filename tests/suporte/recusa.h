@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <bit>
 #include <new>
 #include <string_view>
@@ -14,6 +15,8 @@ struct Recusa {
     std::string_view chamada;  // the one call that is refused; empty: none
     DWORD erro = 0;            // with that error; with 0 memory has run out in it
     int vezes = 0;             // so far
+    int antes = 0;             // calls that pass before the first that is refused
+    void (*ver)() = nullptr;   // instead of refusing: called before every call
 };
 inline constinit Recusa recusa;
 
@@ -25,10 +28,14 @@ inline constinit Recusa recusa;
     constinit decltype(&funcao) __imp_##funcao = [](auto... a) -> decltype(funcao(a...)) {             \
         zu::launcher::teste::Recusa& r = zu::launcher::teste::recusa;                                  \
         if (r.chamada == #funcao) {                                                                    \
-            ++r.vezes;                                                                                 \
-            if (r.erro == 0) throw std::bad_alloc();                                                   \
-            SetLastError(r.erro);                                                                      \
-            return recusado;                                                                           \
+            const int vez = std::atomic_ref<int>(r.vezes)++;                                           \
+            if (r.ver != nullptr) {                                                                    \
+                r.ver();                                                                               \
+            } else if (vez >= r.antes) {                                                               \
+                if (r.erro == 0) throw std::bad_alloc();                                               \
+                SetLastError(r.erro);                                                                  \
+                return recusado;                                                                       \
+            }                                                                                          \
         }                                                                                              \
         return std::bit_cast<decltype(&funcao)>(GetProcAddress(GetModuleHandleW(dll), #funcao))(a...); \
     };                                                                                                 \

@@ -7,17 +7,24 @@
 #include "core/arquivo.h"
 #include "core/formato.h"
 #include "core/handle.h"
+#include "core/so_este_usuario.h"
 #include "core/utf16.h"
 
 namespace zu::launcher::forjal {
 namespace {
 
-bool Criar(const std::filesystem::path& caminho, std::vector<HandleArquivo>& abertos, std::string& erro) {
-    HandleArquivo arquivo(
-        CreateFileW(caminho.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+bool Criar(const ArquivoNovo& novo, std::vector<HandleArquivo>& abertos, std::string& erro) {
+    SoEsteUsuario acesso(FILE_ALL_ACCESS);
+    const std::string nome = ParaUtf8(novo.caminho.native());
+    if (novo.secreto && acesso.Atributos() == nullptr) {
+        erro = Formatar("não foi possível restringir o acesso a {} (erro {})", nome, GetLastError());
+        return false;
+    }
+    HandleArquivo arquivo(CreateFileW(novo.caminho.c_str(), GENERIC_WRITE, 0,
+                                      novo.secreto ? acesso.Atributos() : nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                                      nullptr));
     if (!arquivo) {
         const DWORD falha = GetLastError();
-        const std::string nome = ParaUtf8(caminho.native());
         erro = falha == ERROR_FILE_EXISTS ? Formatar("{} já existe e não é sobrescrito", nome)
                                           : Formatar("não foi possível criar {} (erro {})", nome, falha);
         return false;
@@ -68,7 +75,7 @@ bool CriarArquivos(std::span<const ArquivoNovo> arquivos, std::string& erro) {
     std::vector<HandleArquivo> abertos;
     bool ok = true;
     for (std::size_t i = 0; ok && i < arquivos.size(); ++i)
-        ok = Criar(arquivos[i].caminho, abertos, erro);
+        ok = Criar(arquivos[i], abertos, erro);
     for (std::size_t i = 0; ok && i < arquivos.size(); ++i)
         ok = Escrever(abertos[i], arquivos[i], erro);
     if (ok) return true;

@@ -32,6 +32,7 @@ class BytesSecretos {
 struct ArquivoNovo {
     std::filesystem::path caminho;
     std::span<const std::uint8_t> bytes;
+    bool secreto = true;  // this user alone may open it
 };
 
 // Creates all the files or none. False, with the file named in `erro`, when one of them exists already or

@@ -47,7 +47,7 @@ int RodarChaves(const Opcoes& opcoes, Saida& saida) {
         return Falhar(saida, kRecusado, "o Windows não entregou as chaves geradas");
     }
     const ArquivoNovo arquivos[] = {
-        {caminhos[0], privada.Bytes()}, {caminhos[1], publica}, {caminhos[2], segredo.Bytes()}};
+        {caminhos[0], privada.Bytes()}, {caminhos[1], publica, false}, {caminhos[2], segredo.Bytes()}};
     return Gravar(pasta, arquivos, saida);
 }
 

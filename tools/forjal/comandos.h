@@ -13,6 +13,8 @@ int RodarChaves(const Opcoes& opcoes, Saida& saida);
 int RodarSelar(const Opcoes& opcoes, Saida& saida);
 int RodarAbrir(const Opcoes& opcoes, Saida& saida);
 int RodarPublicar(const Opcoes& opcoes, Saida& saida);
+int RodarContinuar(const Opcoes& opcoes, Saida& saida);
+int RodarSoAssinar(const Opcoes& opcoes, Saida& saida);
 int RodarConferir(const Opcoes& opcoes, Saida& saida);
 
 // Says `texto` as an error and returns `codigo`.

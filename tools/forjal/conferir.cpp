@@ -13,6 +13,7 @@
 #include "tools/forjal/conferir_pasta.h"
 #include "tools/forjal/conferir_url.h"
 #include "tools/forjal/lista_publicada.h"
+#include "tools/forjal/publicar/troca.h"
 
 namespace zu::launcher::forjal {
 namespace {
@@ -69,7 +70,9 @@ int RodarConferir(const Opcoes& opcoes, Saida& saida) {
     std::vector<std::string> certo;
     update::UpdateList naPasta;
     if (!pedido.pasta.empty()) {
-        if (!LerListaPublicada(pedido.pasta, pedido.publica, naPasta, erro)) return Falhar(saida, kRecusado, erro);
+        if (TrocaInterrompida(pedido.pasta)) return Falhar(saida, kRecusado, kTrocaInterrompida);
+        if (!LerListaPublicada(pedido.pasta, {&pedido.publica, 1}, naPasta, erro))
+            return Falhar(saida, kRecusado, erro);
         Diferencas daLista;
         ConferirValidade(naPasta, daLista);
         relatorio.Juntar(daLista);

@@ -5,6 +5,7 @@
 #include "core/arquivo.h"
 #include "core/formato.h"
 #include "core/utf16.h"
+#include "tools/forjal/lista_publicada.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicados.h"
 #include "tools/forjal/varredura.h"

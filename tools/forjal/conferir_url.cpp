@@ -196,7 +196,7 @@ bool BaixarTexto(const std::string& base, std::string& texto, std::string& erro)
 bool BaixarLista(const std::string& base, const UpdateSigningKey& publica, ListaDoServidor& obtida, std::string& erro) {
     if (!BaixarTexto(base, obtida.texto, erro)) return false;
     const Achado cabeca = SondarLista(UrlDaLista(base));
-    if (!ProvarLista(obtida.texto, publica, obtida.lista, erro)) {
+    if (!ProvarLista(obtida.texto, {&publica, 1}, obtida.lista, erro)) {
         if (!cabeca.motivo.empty()) erro = Formatar("{} ({})", erro, cabeca.motivo);
         return false;
     }

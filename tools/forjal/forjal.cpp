@@ -35,7 +35,29 @@ constexpr std::array kOpcoesPublicar{
     RegraDeOpcao{L"--chave-assets", Valor::kTexto, Vezes::kAteUma},
     RegraDeOpcao{L"--partes-mib", Valor::kNaoVazio, Vezes::kAteUma},
     RegraDeOpcao{L"--remover", Valor::kNaoVazio, Vezes::kVarias},
+    RegraDeOpcao{L"--remover-de", Valor::kNaoVazio, Vezes::kVarias},
+    RegraDeOpcao{L"--remover-ausentes", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--muitas-remocoes", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--excluir", Valor::kNaoVazio, Vezes::kVarias},
+    RegraDeOpcao{L"--sem-exclusoes", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--chave-anterior", Valor::kNaoVazio, Vezes::kAteUma},
+    RegraDeOpcao{L"--validade-dias", Valor::kNaoVazio, Vezes::kAteUma},
+    RegraDeOpcao{L"--confiar-na-data", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--simular", Valor::kNenhum, Vezes::kAteUma},
     RegraDeOpcao{L"--limpar", Valor::kNenhum, Vezes::kAteUma},
+};
+
+constexpr std::array kOpcoesContinuar{
+    RegraDeOpcao{L"--continuar", Valor::kNenhum, Vezes::kUma},
+    RegraDeOpcao{L"--saida", Valor::kNaoVazio, Vezes::kUma},
+};
+
+constexpr std::array kOpcoesSoAssinar{
+    RegraDeOpcao{L"--so-assinar", Valor::kNenhum, Vezes::kUma},
+    RegraDeOpcao{L"--saida", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--chave", Valor::kNaoVazio, Vezes::kUma},
+    RegraDeOpcao{L"--chave-anterior", Valor::kNaoVazio, Vezes::kAteUma},
+    RegraDeOpcao{L"--validade-dias", Valor::kNaoVazio, Vezes::kUma},
 };
 
 constexpr std::array kOpcoesConferir{
@@ -46,14 +68,41 @@ constexpr std::array kOpcoesConferir{
     RegraDeOpcao{L"--amostra", Valor::kNaoVazio, Vezes::kAteUma},
 };
 
+constexpr std::string_view kAjudaPublicar =
+    "Forjal publicar --cliente=PASTA --saida=PASTA --chave=ARQUIVO --seq=N [OPÇÃO]...\n"
+    "  Publica a pasta do cliente: prepara e confere tudo, depois troca de uma vez só o que mudou, a lista assinada\n"
+    "  por último. Quem está baixando pela lista anterior ainda acha o que ela cita.\n"
+    "  --chave=ARQUIVO            a lista.chave\n"
+    "  --chave-anterior=ARQUIVO   a lista.pub com que a lista publicada foi assinada, se não foi com --chave\n"
+    "  --seq=N                    número da publicação, nunca menor que o da anterior\n"
+    "  --versao=TEXTO             versão que a lista anuncia\n"
+    "  --chave-assets=TEXTO       chave dos assets que a lista leva\n"
+    "  --validade-dias=N          por quantos dias a lista vale; sem ela, para sempre\n"
+    "  --partes-mib=N             divide arquivos com mais de N MiB em partes de N MiB (até 999 partes)\n"
+    "  --excluir=PADRÃO           o que não é do cliente, com * e ?; pode ser repetida\n"
+    "  --sem-exclusoes            publica também .git/ .svn/ Thumbs.db desktop.ini .DS_Store *.pdb\n"
+    "  --remover=CAMINHO          arquivo que os jogadores não devem mais ter; pode ser repetida\n"
+    "  --remover-de=ARQUIVO       um texto com um desses caminhos por linha\n"
+    "  --remover-ausentes         também o que a lista publicada cita e o cliente não tem mais\n"
+    "  --muitas-remocoes          aceita que mais de um décimo dos arquivos da lista suma\n"
+    "  --confiar-na-data          não lê o arquivo que tem o tamanho e a data de quando foi publicado\n"
+    "  --simular                  confere e resume tudo sem gravar nada\n"
+    "  --limpar                   apaga da saída o que o Forjal publicou antes e nem a lista nova nem a anterior "
+    "citam\n"
+    "Forjal publicar --continuar --saida=PASTA\n"
+    "  Termina uma publicação interrompida no meio da troca.\n"
+    "Forjal publicar --so-assinar --saida=PASTA --chave=ARQUIVO --validade-dias=N [--chave-anterior=ARQUIVO]\n"
+    "  Renova a validade da lista publicada, sem tocar nos arquivos.";
+
 struct Comando {
     std::wstring_view nome;
     Sintaxe sintaxe;
     int (*rodar)(const Opcoes& opcoes, Saida& saida);
     std::string_view ajuda;
+    std::wstring_view modo = {};  // the option that makes it another command, which comes before the plain one
 };
 
-constexpr std::array<Comando, 5> kComandos{{
+constexpr std::array<Comando, 7> kComandos{{
     {L"chaves",
      {kOpcoesChaves},
      RodarChaves,
@@ -80,20 +129,9 @@ constexpr std::array<Comando, 5> kComandos{{
      RodarAbrir,
      "Forjal abrir --segredo=ARQUIVO ARQUIVO\n"
      "  Mostra o que há num Launcher.emu, ou por que o launcher o recusa."},
-    {L"publicar",
-     {kOpcoesPublicar},
-     RodarPublicar,
-     "Forjal publicar --cliente=PASTA --saida=PASTA --chave=ARQUIVO --seq=N [--versao=TEXTO] "
-     "[--chave-assets=TEXTO]\n"
-     "                [--partes-mib=N] [--remover=CAMINHO]... [--limpar]\n"
-     "  Publica a pasta do cliente: copia para a saída só o que mudou e grava por último a lista assinada.\n"
-     "  --chave=ARQUIVO        a lista.chave\n"
-     "  --seq=N                número da publicação, nunca menor que o da anterior\n"
-     "  --versao=TEXTO         versão que a lista anuncia\n"
-     "  --chave-assets=TEXTO   chave dos assets que a lista leva\n"
-     "  --partes-mib=N         divide arquivos com mais de N MiB em partes de N MiB (até 999 partes)\n"
-     "  --remover=CAMINHO      arquivo que os jogadores não devem mais ter; pode ser repetida\n"
-     "  --limpar               apaga da saída o que o Forjal publicou antes e a lista nova não cita"},
+    {L"publicar", {kOpcoesContinuar}, RodarContinuar, kAjudaPublicar, L"--continuar"},
+    {L"publicar", {kOpcoesSoAssinar}, RodarSoAssinar, kAjudaPublicar, L"--so-assinar"},
+    {L"publicar", {kOpcoesPublicar}, RodarPublicar, kAjudaPublicar},
     {L"conferir",
      {kOpcoesConferir},
      RodarConferir,
@@ -111,7 +149,7 @@ constexpr std::string_view kFimDaAjuda = "Códigos de saída: 0 feito; 1 recusad
 std::string AjudaGeral() {
     std::string texto = "Forjal: chaves, configuração e publicação do ZuLauncher.\n";
     for (const Comando& comando : kComandos)
-        texto += Formatar("\n{}\n", comando.ajuda);
+        if (comando.modo.empty()) texto += Formatar("\n{}\n", comando.ajuda);
     return Formatar("{}\n{}", texto, kFimDaAjuda);
 }
 
@@ -138,7 +176,11 @@ int RodarForjal(std::span<const std::wstring> argumentos, Saida& saida) {
         saida.Linha(AjudaGeral());
         return kFeito;
     }
-    const auto comando = std::ranges::find(kComandos, std::wstring_view(nome), &Comando::nome);
+    const auto pedido = [&](const Comando& comando) {
+        return comando.nome == nome &&
+               (comando.modo.empty() || std::ranges::find(argumentos, comando.modo) != argumentos.end());
+    };
+    const auto comando = std::ranges::find_if(kComandos, pedido);
     if (comando == kComandos.end()) {
         return Falhar(saida, kUsoErrado, Formatar("comando desconhecido: {}\nVeja: Forjal --ajuda", ParaUtf8(nome)));
     }

@@ -7,6 +7,8 @@
 #include "core/arquivo.h"
 #include "core/formato.h"
 #include "tools/forjal/varredura.h"
+#include "update/caminhos.h"
+#include "update/hash_arquivo.h"
 
 namespace zu::launcher::forjal {
 namespace {
@@ -17,10 +19,10 @@ std::span<const std::uint8_t> Bytes(std::string_view texto) {
 
 }  // namespace
 
-bool ProvarLista(std::string_view texto, const UpdateSigningKey& publica, update::UpdateList& lista,
+bool ProvarLista(std::string_view texto, std::span<const UpdateSigningKey> chaves, update::UpdateList& lista,
                  std::string& erro) {
     const update::ListaSeparada separada = update::SepararAssinatura(texto);
-    if (!separada.ok || !VerifyListSignature({&publica, 1}, Bytes(separada.assinados), separada.assinatura)) {
+    if (!separada.ok || !VerifyListSignature(chaves, Bytes(separada.assinados), separada.assinatura)) {
         erro = "UpdateList.txt não tem uma assinatura válida desta chave";
         return false;
     }
@@ -29,32 +31,47 @@ bool ProvarLista(std::string_view texto, const UpdateSigningKey& publica, update
     return false;
 }
 
-bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKey& publica, update::UpdateList& lista,
-                       std::string& erro) {
+bool LerListaPublicada(const std::filesystem::path& pasta, std::span<const UpdateSigningKey> chaves,
+                       update::UpdateList& lista, std::string& erro) {
     std::string texto;
     if (!LerArquivoInteiro(pasta / kNomeDaLista, texto)) {
         erro = Formatar("não foi possível ler UpdateList.txt (erro {})", GetLastError());
         return false;
     }
-    return ProvarLista(texto, publica, lista, erro);
+    return ProvarLista(texto, chaves, lista, erro);
 }
 
-bool GravarListaPublicada(const std::filesystem::path& pasta, const ChaveDaLista& chave,
-                          const update::UpdateList& lista, std::string& erro) {
+bool LerListaAnterior(const std::filesystem::path& pasta, const ChaveDaLista& chave, const UpdateSigningKey& anterior,
+                      update::UpdateList& lista, std::string& erro) {
+    std::vector<UpdateSigningKey> chaves(1);
+    if (!chave.ExportarPublica(chaves.front())) {
+        erro = "o Windows não entregou a chave pública";
+        return false;
+    }
+    if (!anterior.empty()) chaves.push_back(anterior);
+    return LerListaPublicada(pasta, chaves, lista, erro);
+}
+
+bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, std::string& texto, std::string& erro) {
     const std::string assinados = update::EscreverLista(lista);
     std::vector<std::uint8_t> assinatura;
     if (!chave.Assinar(Bytes(assinados), assinatura)) {
         erro = "o Windows não assinou a lista";
         return false;
     }
-    const std::string texto = update::JuntarAssinatura(assinados, assinatura);
-    if (texto.size() > update::kLimiteDaLista) {
-        erro = Formatar("a lista teria {} bytes, o limite do launcher é {}", texto.size(), update::kLimiteDaLista);
-        return false;
-    }
-    if (GravarArquivoAtomico(pasta / kNomeDaLista, texto)) return true;
-    erro = Formatar("não foi possível gravar UpdateList.txt (erro {})", GetLastError());
+    texto = update::JuntarAssinatura(assinados, assinatura);
+    if (texto.size() <= update::kLimiteDaLista) return true;
+    erro = Formatar("a lista teria {} bytes, o limite do launcher é {}", texto.size(), update::kLimiteDaLista);
     return false;
+}
+
+std::vector<std::string> NomesPublicados(const update::ItemLista& item) {
+    const std::string normal = update::NormalizarCaminho(item.caminho);
+    if (item.partes == 0) return {normal};
+    std::vector<std::string> nomes;
+    for (std::uint32_t parte = 1; parte <= item.partes; ++parte)
+        nomes.push_back(normal + SufixoDaParte(parte));
+    return nomes;
 }
 
 }  // namespace zu::launcher::forjal

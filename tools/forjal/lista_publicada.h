@@ -2,8 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/assinatura.h"
 #include "tools/forjal/chave_da_lista.h"
@@ -11,15 +13,23 @@
 
 namespace zu::launcher::forjal {
 
-// Proves the signature of a list's text and reads it. False with the reason in `erro`.
-bool ProvarLista(std::string_view texto, const UpdateSigningKey& publica, update::UpdateList& lista, std::string& erro);
+// Proves the signature of a list's text, which one of the keys must have made, and reads it. False with the reason in
+// `erro`.
+bool ProvarLista(std::string_view texto, std::span<const UpdateSigningKey> chaves, update::UpdateList& lista,
+                 std::string& erro);
 
-// Reads the list and proves its signature. False with the reason in `erro`.
-bool LerListaPublicada(const std::filesystem::path& pasta, const UpdateSigningKey& publica, update::UpdateList& lista,
-                       std::string& erro);
+// The same with the list of a folder.
+bool LerListaPublicada(const std::filesystem::path& pasta, std::span<const UpdateSigningKey> chaves,
+                       update::UpdateList& lista, std::string& erro);
 
-// Signs and writes the list, atomically. False with the reason in `erro`, and the old list as it was.
-bool GravarListaPublicada(const std::filesystem::path& pasta, const ChaveDaLista& chave,
-                          const update::UpdateList& lista, std::string& erro);
+// The same with the key that signs from now on and the one before it, which may be empty.
+bool LerListaAnterior(const std::filesystem::path& pasta, const ChaveDaLista& chave, const UpdateSigningKey& anterior,
+                      update::UpdateList& lista, std::string& erro);
+
+// The whole signed list, as it is published. False with the reason in `erro`, for one that no launcher would fetch too.
+bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, std::string& texto, std::string& erro);
+
+// The files under which one is published: itself or its parts.
+std::vector<std::string> NomesPublicados(const update::ItemLista& item);
 
 }  // namespace zu::launcher::forjal

@@ -48,6 +48,19 @@ void EmParalelo(std::span<const std::uint64_t> tamanhos, const std::function<voi
     aviso();
 }
 
+void EmFatias(std::size_t quantos, const std::function<void(std::size_t)>& trabalho,
+              const std::function<void()>& aviso) {
+    constexpr std::size_t kFatia = 1000;
+    const std::vector<std::uint64_t> fatias(quantos / kFatia + 1);
+    EmParalelo(
+        fatias,
+        [&](std::size_t fatia) {
+            for (std::size_t i = fatia * kFatia; i < std::min(quantos, (fatia + 1) * kFatia); ++i)
+                trabalho(i);
+        },
+        aviso);
+}
+
 void Andamento::Mostrar(Saida& saida, std::string_view verbo) const {
     const std::uint64_t feitos = std::min(bytes.load(), totalDeBytes);
     // In floating point: a hundred times the bytes may not fit. Only empty files: their number tells.

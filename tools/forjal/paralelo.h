@@ -18,6 +18,10 @@ namespace zu::launcher::forjal {
 void EmParalelo(std::span<const std::uint64_t> tamanhos, const std::function<void(std::size_t)>& trabalho,
                 const std::function<void()>& aviso, std::size_t threads = 0);
 
+// The same for many small pieces of work, which are handed out by the thousand.
+void EmFatias(std::size_t quantos, const std::function<void(std::size_t)>& trabalho,
+              const std::function<void()>& aviso);
+
 // The workers add, the main thread shows.
 struct Andamento {
     std::uint64_t totalDeBytes = 0;

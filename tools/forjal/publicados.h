@@ -1,45 +1,76 @@
-// The published folder as Forjal keeps it: which files in it are Forjal's own, and under which letter case
-// they stand.
+// The published folder as Forjal keeps it: which files in it are Forjal's own, what they were made from, and under
+// which letter case they stand.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
+
+#include "core/hash.h"
 
 namespace zu::launcher::forjal {
 
-// What Forjal has put into a published folder and not taken away again. Kept there as "Forjal.publicados":
-// UTF-8, one file a line, CRC-32 in hexadecimal TAB size in bytes TAB path. The folder may hold other files,
-// which are never in it.
+// A file of the client as it was when it was last read.
+struct Leitura {
+    std::uint64_t tamanho = 0;     // bytes
+    std::uint64_t modificado = 0;  // FILETIME
+    std::uint32_t crc = 0;
+    std::uint32_t partes = 0;  // in which it was published
+    Sha256Digest sha256{};
+    bool atual = false;  // the new list names it
+};
+
+// What Forjal has put into a published folder and not taken away again. Kept there as "Forjal.publicados";
+// docs/forjal.md has the format. The folder may hold other files, which are never in it.
 class Publicados {
  public:
     // No file yet is an empty record. False with the reason in `erro` when there is one that cannot be read.
     bool Ler(const std::filesystem::path& pasta, std::string& erro);
-    [[nodiscard]] bool Gravar(const std::filesystem::path& pasta) const;
+    [[nodiscard]] std::string Texto() const;
 
+    // A file that the new list names. Nothing else of its line is kept.
     void Anotar(const std::string& caminho, std::uint32_t crc, std::uint64_t tamanho);
+    // A file that the new list names too and that stays as it is.
+    void Manter(const std::string& caminho);
+    // One that the list before names: whoever is downloading by it may still ask for it.
+    void Conservar(const std::string& caminho);
 
-    // How many recorded files have none of these keys (`ChaveDoNome`).
-    [[nodiscard]] std::size_t Antigos(const std::set<std::wstring>& chaves) const;
+    // What was read of the client file that the list before names. Null: nothing is known of it.
+    [[nodiscard]] const Leitura* Lida(const std::string& caminho) const;
+    // For a file that the new list names.
+    void AnotarLeitura(const std::string& caminho, const Leitura& leitura);
+    // The recorded size of a published file; false when it is not in the record.
+    bool Tamanho(const std::string& caminho, std::uint64_t& tamanho) const;
 
-    // Deletes those files from the folder, and the folders that this leaves empty. A file that no longer
+    struct Antigos {
+        std::size_t livres = 0;       // named neither by the new list nor by the one before
+        std::size_t conservados = 0;  // by that one alone
+    };
+    [[nodiscard]] Antigos ContarAntigos() const;
+
+    // Deletes the free ones from the folder, and the folders that this leaves empty. A file that no longer
     // holds what was published is somebody else's by now: it stays, and the record forgets it. One that
     // cannot be deleted stays in the record. Each of both is named in `avisos`. Returns how many were
     // deleted.
-    std::size_t ApagarAntigos(const std::filesystem::path& pasta, const std::set<std::wstring>& chaves,
-                              std::set<std::string>& avisos);
+    std::size_t ApagarAntigos(const std::filesystem::path& pasta, std::set<std::string>& avisos);
 
  private:
+    enum class Uso : std::uint8_t { kNenhum, kAnterior, kAtual };
     struct Entrada {
         std::string caminho;
         std::uint64_t tamanho = 0;
         std::uint32_t crc = 0;
+        Uso uso = Uso::kNenhum;
     };
-    std::map<std::wstring, Entrada> entradas_;  // by `ChaveDoNome`
+    std::unordered_map<std::string, Entrada> entradas_;  // by `ChaveDoNome`
+    std::unordered_map<std::string, Leitura> leituras_;  // by list path
 };
+
+// The name under which the file or folder stands on the disk; empty when there is none.
+std::wstring NomeNoDisco(const std::filesystem::path& caminho);
 
 // A file or folder whose name on the disk differs from the wanted one in letter case alone.
 struct NomeTrocado {
@@ -51,9 +82,5 @@ struct NomeTrocado {
 // web server may tell letter cases apart where this file system does not.
 bool AcharNomeTrocado(const std::filesystem::path& pasta, const std::string& caminho, std::set<std::string>& certas,
                       NomeTrocado& trocado);
-
-// Renames whatever `AcharNomeTrocado` finds on this path. False with the reason in `erro`.
-bool AcertarCaixa(const std::filesystem::path& pasta, const std::string& caminho, std::set<std::string>& certas,
-                  std::string& erro);
 
 }  // namespace zu::launcher::forjal

@@ -17,15 +17,6 @@ void Diferencas::Diferente(std::string_view nome, std::string_view motivo) {
     linhas.push_back(Formatar("diferente: {} ({})", nome, motivo));
 }
 
-std::vector<std::string> NomesPublicados(const update::ItemLista& item) {
-    const std::string normal = update::NormalizarCaminho(item.caminho);
-    if (item.partes == 0) return {normal};
-    std::vector<std::string> nomes;
-    for (std::uint32_t parte = 1; parte <= item.partes; ++parte)
-        nomes.push_back(normal + SufixoDaParte(parte));
-    return nomes;
-}
-
 std::string NomeInteiro(const update::ItemLista& item) {
     const std::string normal = update::NormalizarCaminho(item.caminho);
     return item.partes > 0 ? Formatar("{} em {} parte(s)", normal, item.partes) : normal;

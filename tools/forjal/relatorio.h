@@ -21,9 +21,6 @@ struct Diferencas {
     void Diferente(std::string_view nome, std::string_view motivo);
 };
 
-// The names under which a file of the list is published: its own, or one a part.
-std::vector<std::string> NomesPublicados(const update::ItemLista& item);
-
 // How a file of the list is called as a whole: its path, and in how many parts it is.
 std::string NomeInteiro(const update::ItemLista& item);
 

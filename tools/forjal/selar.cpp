@@ -49,8 +49,17 @@ class Segredo {
     SegredoSelo segredo_{};
 };
 
-bool EhEndereco(std::string_view texto) {
-    return texto.starts_with("http://") || texto.starts_with("https://");
+// Why a text is no address of a web server; empty: it is one.
+std::string_view RecusaDoEndereco(std::string_view texto) {
+    const std::size_t fim = texto.starts_with("http://") ? 7 : texto.starts_with("https://") ? 8 : 0;
+    if (fim == 0) return "o endereço deve começar com http:// ou https://";
+    if (std::ranges::any_of(texto, [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7F'; })) {
+        return "o endereço não pode ter espaços";
+    }
+    std::string_view servidor = texto.substr(fim);
+    servidor = servidor.substr(0, servidor.find_first_of("/?#\\"));
+    servidor = servidor.substr(servidor.find('@') + 1);  // behind a user's name; the whole without one
+    return servidor.empty() || servidor.front() == ':' ? "falta o servidor no endereço" : "";
 }
 
 bool LerTextos(const Opcoes& opcoes, CamposSelados& campos, std::string& erro) {
@@ -61,13 +70,39 @@ bool LerTextos(const Opcoes& opcoes, CamposSelados& campos, std::string& erro) {
             erro = Formatar("{}: o texto tem {} bytes em UTF-8, o limite é {}", ParaUtf8(opcao), bytes, campo.Limite());
             return false;
         }
-        if (endereco && bytes != 0 && !EhEndereco(campos.*texto)) {
-            erro = Formatar("{}: o endereço deve começar com http:// ou https://", ParaUtf8(opcao));
+        const std::string_view recusa = endereco && bytes != 0 ? RecusaDoEndereco(campos.*texto) : "";
+        if (!recusa.empty()) {
+            erro = Formatar("{}: {}", ParaUtf8(opcao), recusa);
             return false;
         }
     }
     campos.updateAutomatico = !opcoes.Tem(L"--sem-update");
     return true;
+}
+
+// Whatever else stands there is not ours to replace: it may be a key.
+bool PodeSubstituir(const std::filesystem::path& caminho, const SegredoSelo& segredo) {
+    InfoArquivo info;
+    std::string antigo;
+    std::string recusa;
+    CorpoSelado corpo{};
+    return !LerInfoArquivo(caminho, info) ||
+           (!info.Pasta() && info.tamanho == kTamanhoSelado && LerArquivoInteiro(caminho, antigo) &&
+            AbrirSelado(antigo, segredo, corpo, recusa));
+}
+
+// Reads back what has been written, as the launcher will.
+bool AbreComoPedido(const std::filesystem::path& caminho, const CorpoSelado& pedido, const SegredoSelo& segredo,
+                    std::string& recusa) {
+    std::string selado;
+    CorpoSelado corpo{};
+    if (!LerArquivoInteiro(caminho, selado)) {
+        recusa = Formatar("não foi possível ler o que foi gravado (erro {})", GetLastError());
+    } else if (AbrirSelado(selado, segredo, corpo, recusa)) {
+        if (corpo == pedido) return true;
+        recusa = "o que foi gravado não é o que foi pedido";
+    }
+    return false;
 }
 
 }  // namespace
@@ -78,14 +113,21 @@ int RodarSelar(const Opcoes& opcoes, Saida& saida) {
     std::string erro;
     if (!LerTextos(opcoes, campos, erro) || !segredo.Ler(opcoes, erro)) return Falhar(saida, kUsoErrado, erro);
     const std::filesystem::path caminho = opcoes.Texto(L"--saida");
-    if (MesmoArquivo(caminho, opcoes.Texto(L"--segredo"))) {
-        return Falhar(saida, kUsoErrado, "--saida: é o próprio arquivo de --segredo");
+    if (!PodeSubstituir(caminho, segredo.Bytes())) {
+        return Falhar(saida, kRecusado,
+                      Formatar("--saida: {} já existe e não é um arquivo selado com este segredo; não é substituído",
+                               ParaUtf8(caminho.native())));
     }
-    if (!GravarArquivoAtomico(caminho, Selar(MontarCorpo(campos), segredo.Bytes()))) {
+    const CorpoSelado corpo = MontarCorpo(campos);
+    if (!GravarArquivoAtomico(caminho, Selar(corpo, segredo.Bytes()))) {
         return Falhar(
             saida, kRecusado,
             Formatar("--saida: não foi possível gravar {} (erro {})", ParaUtf8(caminho.native()), GetLastError()));
     }
+    if (!AbreComoPedido(caminho, corpo, segredo.Bytes(), erro)) {
+        return Falhar(saida, kRecusado, Formatar("{}: {}", ParaUtf8(caminho.native()), erro));
+    }
+    if (campos.update.empty()) saida.Linha("Aviso: sem --update= o launcher não atualiza o cliente.");
     saida.Linha(Formatar("{}: {} bytes", ParaUtf8(caminho.native()), kTamanhoSelado));
     return kFeito;
 }

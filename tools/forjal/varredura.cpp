@@ -3,66 +3,132 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <map>
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <iterator>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
 
 #include "core/arquivo.h"
 #include "core/formato.h"
 #include "core/pasta.h"
 #include "core/utf16.h"
+#include "tools/forjal/paralelo.h"
+#include "tools/forjal/publicar/trava.h"
+#include "tools/forjal/publicar/troca.h"
 #include "update/caminhos.h"
 #include "update/hash_arquivo.h"
 
 namespace zu::launcher::forjal {
 namespace {
 
+// Of what stands at the top of a published folder.
+constexpr std::array kReservados{kNomeDaLista, kNomeDoRegistro, kNomeDaTrava, kNomeDoDiario, kPastaDosNovos};
+
 bool PastaProtegida(const std::string& caminho) {
     return update::CaminhoProtegido(caminho + "/_");
 }
 
+// The folders still to be listed are shared by the threads; each takes one at a time.
 class Varredor {
  public:
-    Varredor(const std::filesystem::path& cliente, Varredura& varredura) : cliente_(cliente), varredura_(varredura) {}
+    Varredor(const std::filesystem::path& cliente, const Excluido& excluido, Varredura& varredura)
+        : cliente_(cliente), excluido_(excluido), varredura_(varredura) {}
 
-    // `prefixo` is empty or ends in "/".
-    void Pasta(const std::string& prefixo) {
-        if (ListarPasta(cliente_ / DeUtf8(prefixo), [&](const auto& achado) { Achado(prefixo, achado); })) return;
-        Recusar(prefixo, Formatar("não foi possível listar a pasta (erro {})", GetLastError()));
+    void Rodar(const std::function<void(std::size_t)>& aviso) {
+        std::vector<std::jthread> threads;
+        for (unsigned n = std::max(1U, std::thread::hardware_concurrency()); n > 0; --n)
+            threads.emplace_back([this] { Trabalhar(); });
+        std::unique_lock tranca(mutex_);
+        while (!mudou_.wait_for(tranca, kEntreAvisos, [this] { return pendentes_ == 0; })) {
+            const std::size_t ate = varredura_.arquivos.size();
+            tranca.unlock();
+            aviso(ate);
+            tranca.lock();
+        }
     }
 
  private:
-    void Achado(const std::string& prefixo, const WIN32_FIND_DATAW& achado) {
+    void Trabalhar() {
+        std::unique_lock tranca(mutex_);
+        while (true) {
+            mudou_.wait(tranca, [this] { return !pastas_.empty() || pendentes_ == 0; });
+            if (pastas_.empty()) return;
+            const std::string prefixo = std::move(pastas_.back());
+            pastas_.pop_back();
+            tranca.unlock();
+            Listar(prefixo);
+            tranca.lock();
+            if (--pendentes_ == 0) mudou_.notify_all();
+        }
+    }
+
+    // `prefixo` is empty or ends in "/".
+    void Listar(const std::string& prefixo) {
+        Varredura daPasta;
+        std::vector<std::string> dentro;
+        const auto visitar = [&](const WIN32_FIND_DATAW& achado) { Achado(prefixo, achado, daPasta, dentro); };
+        if (!ListarPasta(cliente_ / DeUtf8(prefixo), visitar)) {
+            Recusar(daPasta, prefixo, Formatar("não foi possível listar a pasta (erro {})", GetLastError()));
+        }
+        const std::lock_guard tranca(mutex_);
+        varredura_.arquivos.insert(varredura_.arquivos.end(), std::move_iterator(daPasta.arquivos.begin()),
+                                   std::move_iterator(daPasta.arquivos.end()));
+        varredura_.protegidos += daPasta.protegidos;
+        varredura_.excluidos.merge(daPasta.excluidos);
+        varredura_.recusas.merge(daPasta.recusas);
+        pendentes_ += dentro.size();
+        for (std::string& pasta : dentro)
+            pastas_.push_back(std::move(pasta));
+        mudou_.notify_all();
+    }
+
+    void Achado(const std::string& prefixo, const WIN32_FIND_DATAW& achado, Varredura& daPasta,
+                std::vector<std::string>& dentro) {
         const std::wstring_view nome = achado.cFileName;
-        const std::string caminho = prefixo + ParaUtf8(nome);
+        const std::string visivel = ParaUtf8(nome);
+        const std::string caminho = prefixo + visivel;
         const bool pasta = (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         if (pasta ? PastaProtegida(caminho) : update::CaminhoProtegido(caminho)) {
-            varredura_.protegidos += pasta ? 0 : 1;
-        } else if (DeUtf8(caminho) != DeUtf8(prefixo) + achado.cFileName) {
-            Recusar(caminho, "nome com letras inválidas");
+            daPasta.protegidos += pasta ? 0 : 1;
+        } else if (excluido_(caminho, pasta)) {
+            daPasta.excluidos.insert(caminho + (pasta ? "/" : ""));
+        } else if (DeUtf8(visivel) != nome) {
+            Recusar(daPasta, caminho, "nome com letras inválidas");
         } else if (EhLink(achado)) {
-            Recusar(caminho, "é um link: ponha no cliente o arquivo ou a pasta de verdade");
+            Recusar(daPasta, caminho, "é um link: ponha no cliente o arquivo ou a pasta de verdade");
         } else if (pasta) {
-            Pasta(caminho + "/");
+            dentro.push_back(caminho + "/");
         } else {
-            Arquivo(caminho);
+            Arquivo(caminho, daPasta);
         }
     }
 
     // Asked again: a folder may tell old news of a file that is open or has several names.
-    void Arquivo(const std::string& caminho) {
+    void Arquivo(const std::string& caminho, Varredura& daPasta) {
         InfoArquivo info;
         if (LerInfoArquivo(cliente_ / DeUtf8(caminho), info) && !info.Pasta()) {
-            varredura_.arquivos.push_back({.caminho = caminho, .tamanho = info.tamanho, .modificado = info.modificado});
+            daPasta.arquivos.push_back({.caminho = caminho, .tamanho = info.tamanho, .modificado = info.modificado});
         } else {
-            Recusar(caminho, Formatar("não foi possível abrir (erro {})", GetLastError()));
+            Recusar(daPasta, caminho, Formatar("não foi possível abrir (erro {})", GetLastError()));
         }
     }
 
-    void Recusar(const std::string& caminho, std::string_view motivo) {
-        varredura_.recusas.insert(Formatar("{}: {}", caminho, motivo));
+    static void Recusar(Varredura& daPasta, const std::string& caminho, std::string_view motivo) {
+        daPasta.recusas.insert(Formatar("{}: {}", caminho, motivo));
     }
 
+    static constexpr std::chrono::milliseconds kEntreAvisos{200};
+
     const std::filesystem::path& cliente_;
+    const Excluido& excluido_;
     Varredura& varredura_;
+    std::mutex mutex_;  // of all below, and of `varredura_`
+    std::condition_variable mudou_;
+    std::vector<std::string> pastas_{std::string()};
+    std::size_t pendentes_ = 1;  // folders that wait or are being listed
 };
 
 std::vector<std::string> NomesDe(const ArquivoDoCliente& arquivo) {
@@ -80,9 +146,9 @@ std::string RecusaDoNome(const ArquivoDoCliente& arquivo) {
     if (!update::CaminhoSeguro(caminho) || update::NormalizarCaminho(caminho) != caminho || caminho.front() == ';') {
         return Formatar("{}: a lista não aceita este nome", caminho);
     }
-    const std::wstring chave = ChaveDoNome(caminho);
-    for (const std::wstring_view reservado : {kNomeDaLista, kNomeDoRegistro, kNomeDaTrava}) {
-        if (chave == ChaveDoNome(ParaUtf8(reservado))) return Formatar("{}: nome reservado ao Forjal", caminho);
+    const std::string primeiro = ChaveDoNome(caminho.substr(0, caminho.find('/')));
+    for (const std::wstring_view reservado : kReservados) {
+        if (primeiro == ChaveDoNome(ParaUtf8(reservado))) return Formatar("{}: nome reservado ao Forjal", caminho);
     }
     if (arquivo.partes > kMaisPartes) {
         return Formatar("{}: daria {} partes, o limite é {}; aumente --partes-mib", caminho, arquivo.partes,
@@ -91,28 +157,33 @@ std::string RecusaDoNome(const ArquivoDoCliente& arquivo) {
     return {};
 }
 
-using NomePorChave = std::map<std::wstring, std::string>;
+using NomePorChave = std::unordered_map<std::string, std::string>;
 
 NomePorChave JuntarPastas(std::span<const ArquivoDoCliente> arquivos, std::set<std::string>& recusas) {
     NomePorChave pastas;
-    for (const ArquivoDoCliente& arquivo : arquivos) {
-        for (const std::string& pasta : PastasDe(arquivo.caminho)) {
-            const auto& [chave, antes] = *pastas.emplace(ChaveDoNome(pasta), pasta).first;
-            if (antes == pasta) continue;
-            recusas.insert(Formatar("{} e {}: pastas que só diferem em maiúsculas e minúsculas", antes, pasta));
-        }
-    }
+    VisitarPastas(arquivos, [&](const std::string& pasta) {
+        const auto& [chave, antes] = *pastas.emplace(ChaveDoNome(pasta), pasta).first;
+        if (antes == pasta) return;
+        recusas.insert(Formatar("{} e {}: pastas que só diferem em maiúsculas e minúsculas", antes, pasta));
+    });
     return pastas;
 }
 
 }  // namespace
 
-Varredura VarrerCliente(const std::filesystem::path& cliente) {
+Varredura VarrerCliente(const std::filesystem::path& cliente, const Excluido& excluido,
+                        const std::function<void(std::size_t)>& aviso) {
     Varredura varredura;
-    Varredor(cliente, varredura).Pasta({});
-    std::ranges::sort(varredura.arquivos, {}, [](const ArquivoDoCliente& arquivo) {
-        return std::pair(update::ChaveDoCaminho(arquivo.caminho), arquivo.caminho);
-    });
+    Varredor(cliente, excluido, varredura).Rodar(aviso);
+    std::vector<std::pair<std::string, std::size_t>> ordem;
+    for (const ArquivoDoCliente& arquivo : varredura.arquivos)
+        ordem.emplace_back(update::ChaveDoCaminho(arquivo.caminho) + '\0' + arquivo.caminho, ordem.size());
+    std::ranges::sort(ordem);
+    std::vector<ArquivoDoCliente> arquivos;
+    arquivos.reserve(ordem.size());
+    for (const auto& [chave, i] : ordem)
+        arquivos.push_back(std::move(varredura.arquivos[i]));
+    varredura.arquivos = std::move(arquivos);
     return varredura;
 }
 
@@ -144,26 +215,37 @@ std::vector<std::string> PastasDe(const std::string& caminho) {
     return pastas;
 }
 
-std::wstring ChaveDoNome(std::string_view caminho) {
+std::string ChaveDoNome(std::string_view caminho) {
+    std::string ascii(caminho);
+    if (std::ranges::all_of(caminho, [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+        for (char& c : ascii)
+            c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+        return ascii;
+    }
     // As file systems do it: one letter for one letter, whatever the language.
-    std::wstring chave = DeUtf8(caminho);
-    const std::wstring original = chave;
+    const std::wstring original = DeUtf8(caminho);
+    std::wstring chave = original;
     LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, original.data(), static_cast<int>(original.size()),
                   chave.data(), static_cast<int>(chave.size()), nullptr, nullptr, 0);
-    return chave;
+    return ParaUtf8(chave);
 }
 
-std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos) {
+std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos, const std::function<void()>& aviso) {
     std::set<std::string> recusas;
+    std::vector<std::string> porArquivo(arquivos.size());
+    EmFatias(
+        arquivos.size(), [&](std::size_t i) { porArquivo[i] = RecusaDoNome(arquivos[i]); }, aviso);
     const NomePorChave pastas = JuntarPastas(arquivos, recusas);
     NomePorChave publicados;
-    for (const ArquivoDoCliente& arquivo : arquivos) {
-        if (std::string recusa = RecusaDoNome(arquivo); !recusa.empty()) {
-            recusas.insert(std::move(recusa));
+    publicados.reserve(arquivos.size());
+    for (std::size_t i = 0; i < arquivos.size(); ++i) {
+        const ArquivoDoCliente& arquivo = arquivos[i];
+        if (!porArquivo[i].empty()) {
+            recusas.insert(std::move(porArquivo[i]));
             continue;
         }
         for (const std::string& nome : NomesDe(arquivo)) {
-            const std::wstring chave = ChaveDoNome(nome);
+            const std::string chave = ChaveDoNome(nome);
             const auto [lugar, novo] = publicados.emplace(chave, arquivo.caminho);
             if (!novo) {
                 recusas.insert(Formatar("{} e {}: seriam publicados com o mesmo nome", lugar->second, arquivo.caminho));
@@ -171,23 +253,6 @@ std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos) {
             if (const auto pasta = pastas.find(chave); pasta != pastas.end()) {
                 recusas.insert(Formatar("{} e {}: arquivo e pasta com o mesmo nome", nome, pasta->second));
             }
-        }
-    }
-    return recusas;
-}
-
-std::set<std::string> RecusarRemocoes(std::span<const ArquivoDoCliente> arquivos,
-                                      std::span<const std::string> remover) {
-    std::set<std::wstring> existentes;
-    for (const ArquivoDoCliente& arquivo : arquivos) {
-        existentes.insert(ChaveDoNome(arquivo.caminho));
-        for (const std::string& pasta : PastasDe(arquivo.caminho))
-            existentes.insert(ChaveDoNome(pasta));
-    }
-    std::set<std::string> recusas;
-    for (const std::string& caminho : remover) {
-        if (existentes.contains(ChaveDoNome(caminho))) {
-            recusas.insert(Formatar("--remover={}: o cliente ainda tem este caminho", caminho));
         }
     }
     return recusas;

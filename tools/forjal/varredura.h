@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <span>
 #include <string>
@@ -13,7 +14,6 @@ namespace zu::launcher::forjal {
 
 constexpr std::wstring_view kNomeDaLista = L"UpdateList.txt";
 constexpr std::wstring_view kNomeDoRegistro = L"Forjal.publicados";
-constexpr std::wstring_view kNomeDaTrava = L"Forjal.trava";
 constexpr std::uint64_t kMaisPartes = 999;
 
 // One file to publish.
@@ -34,11 +34,16 @@ struct Trecho {
 struct Varredura {
     std::vector<ArquivoDoCliente> arquivos;  // in the order of the list: by path, ASCII letters in lower case
     std::size_t protegidos = 0;              // files that the launcher never touches, left out
+    std::set<std::string> excluidos;         // left out as well; a folder ends in "/"
     std::set<std::string> recusas;           // why the folder cannot be published, one text a fault
 };
 
-// Lists the folder and everything below it. Links to other places are refused, not followed.
-Varredura VarrerCliente(const std::filesystem::path& cliente);
+// Lists the folder and everything below it, from as many threads as there are cores; `aviso` is called from this one,
+// some times a second, with the number of files so far. What `excluido` knows, by list path and asked from any thread,
+// is left out, a folder with all below it. Links to other places are refused, not followed.
+using Excluido = std::function<bool(const std::string& caminho, bool pasta)>;
+Varredura VarrerCliente(const std::filesystem::path& cliente, const Excluido& excluido,
+                        const std::function<void(std::size_t)>& aviso);
 
 // Gives each file larger than `bytesPorParte` its number of parts; 0 splits none.
 void Dividir(std::span<ArquivoDoCliente> arquivos, std::uint64_t bytesPorParte);
@@ -49,14 +54,26 @@ std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t byt
 // The folders above a path, the outermost first.
 std::vector<std::string> PastasDe(const std::string& caminho);
 
+// Calls `visita` for the folders of the files, where files of one folder stand together only once for all of them.
+template <class Visita>
+void VisitarPastas(std::span<const ArquivoDoCliente> arquivos, const Visita& visita) {
+    std::string_view anterior;
+    for (const ArquivoDoCliente& arquivo : arquivos) {
+        const std::size_t barra = arquivo.caminho.rfind('/');
+        const auto pasta = std::string_view(arquivo.caminho).substr(0, barra == std::string::npos ? 0 : barra);
+        if (pasta == anterior) continue;
+        anterior = pasta;
+        for (std::string& acima : PastasDe(arquivo.caminho))
+            visita(std::move(acima));
+    }
+}
+
 // The key under which Windows takes two names for one: letter case does not count, in any alphabet.
-std::wstring ChaveDoNome(std::string_view caminho);
+std::string ChaveDoNome(std::string_view caminho);
 
 // Why these files cannot be published: names that the list or Windows does not take, too many parts, and
-// names that would meet on the server or in the player's folder. Looks at no disk.
-std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos);
-
-// Why these paths, normalised, cannot be removed: the client still has them.
-std::set<std::string> RecusarRemocoes(std::span<const ArquivoDoCliente> arquivos, std::span<const std::string> remover);
+// names that would meet on the server or in the player's folder. Looks at no disk. `aviso` as in `EmParalelo`.
+std::set<std::string> RecusarNomes(
+    std::span<const ArquivoDoCliente> arquivos, const std::function<void()>& aviso = [] {});
 
 }  // namespace zu::launcher::forjal

@@ -1,4 +1,4 @@
-#include "tools/forjal/copia.h"
+#include "tools/forjal/publicar/copia.h"
 
 #include <windows.h>
 
@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "core/arquivo.h"
 #include "core/crc32.h"
@@ -25,52 +26,11 @@ HandleArquivo AbrirParaLer(const std::filesystem::path& caminho) {
                                      FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
 }
 
-// A file that takes its name only when it is complete.
-class ArquivoEmEscrita {
- public:
-    explicit ArquivoEmEscrita(const std::filesystem::path& destino) : destino_(destino), temporario_(destino) {
-        temporario_ += L".forjal.tmp";
-        if (!CriarPastas(destino.parent_path())) return;
-        arquivo_.Trocar(
-            CreateFileW(temporario_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-        criado_ = static_cast<bool>(arquivo_);
-    }
-    ~ArquivoEmEscrita() {
-        arquivo_.Fechar();
-        if (criado_) DeleteFileW(temporario_.c_str());
-    }
-    ArquivoEmEscrita(const ArquivoEmEscrita&) = delete;
-    ArquivoEmEscrita& operator=(const ArquivoEmEscrita&) = delete;
-
-    // False: it could not be created.
-    explicit operator bool() const { return criado_; }
-
-    bool Escrever(Bloco bloco) {
-        DWORD escritos = 0;
-        return WriteFile(arquivo_.Valor(), bloco.data(), static_cast<DWORD>(bloco.size()), &escritos, nullptr) != 0 &&
-               escritos == bloco.size();
-    }
-
-    bool Concluir() {
-        if (FlushFileBuffers(arquivo_.Valor()) == 0) return false;
-        arquivo_.Fechar();
-        if (!MoverSobre(temporario_, destino_)) return false;
-        criado_ = false;
-        return true;
-    }
-
- private:
-    const std::filesystem::path destino_;
-    std::filesystem::path temporario_;
-    HandleArquivo arquivo_;
-    bool criado_ = false;
-};
-
 class Copia {
  public:
-    Copia(const std::filesystem::path& origem, const std::filesystem::path& saida, std::atomic<std::uint64_t>& bytes,
-          const std::atomic<bool>& parar, ResultadoDaCopia& resultado)
-        : origem_(AbrirParaLer(origem)), saida_(saida), bytes_(bytes), parar_(parar), resultado_(resultado) {}
+    Copia(const std::filesystem::path& origem, const std::filesystem::path& saida, Troca* troca,
+          AndamentoDaCopia andamento, ResultadoDaCopia& resultado)
+        : origem_(AbrirParaLer(origem)), saida_(saida), troca_(troca), andamento_(andamento), resultado_(resultado) {}
 
     void Rodar(std::span<const Trecho> trechos) {
         if (!origem_) {
@@ -81,7 +41,7 @@ class Copia {
             resultado_.erro = "o Windows não oferece SHA-256";
             return;
         }
-        if (!std::ranges::all_of(trechos, [this](const Trecho& trecho) { return Publicar(trecho); })) return;
+        if (!std::ranges::all_of(trechos, [this](const Trecho& trecho) { return Preparar(trecho); })) return;
         DWORD lidos = 0;
         if (ReadFile(origem_.Valor(), bloco_.get(), 1, &lidos, nullptr) == 0 || lidos != 0) {
             resultado_.erro = kMudou;
@@ -92,7 +52,7 @@ class Copia {
     }
 
  private:
-    bool Publicar(const Trecho& trecho) {
+    bool Preparar(const Trecho& trecho) {
         const std::filesystem::path destino = saida_ / DeUtf8(trecho.caminho);
         InfoArquivo info;
         const bool existe = LerInfoArquivo(destino, info);
@@ -103,8 +63,8 @@ class Copia {
         std::uint32_t crc = kCrc32Inicial;
         bool igual = false;
         const bool ok = existe && info.tamanho == trecho.tamanho
-                            ? Comparar(trecho, destino, crc, igual) && (igual || Recopiar(trecho, destino, crc))
-                            : Copiar(trecho, destino, crc);
+                            ? Comparar(trecho, destino, crc, igual) && (igual || Recopiar(trecho, crc))
+                            : Copiar(trecho, crc);
         if (!ok) return false;
         resultado_.crcDosTrechos.push_back(~crc);
         resultado_.copiados += igual ? 0 : 1;
@@ -121,32 +81,29 @@ class Copia {
         });
     }
 
-    bool Copiar(const Trecho& trecho, const std::filesystem::path& destino, std::uint32_t& crc) {
-        ArquivoEmEscrita novo(destino);
-        if (!novo) return FalharNaEscrita(trecho);
-        return Ler(trecho,
-                   [&](Bloco bloco) {
-                       Somar(bloco, crc);
-                       return novo.Escrever(bloco) || FalharNaEscrita(trecho);
-                   }) &&
-               (novo.Concluir() || FalharNaEscrita(trecho));
+    bool Copiar(const Trecho& trecho, std::uint32_t& crc) {
+        return Escrever(trecho, [&](Bloco bloco) { Somar(bloco, crc); });
     }
 
     // The second reading, which must find what the first one hashed.
-    bool Recopiar(const Trecho& trecho, const std::filesystem::path& destino, std::uint32_t crc) {
-        ArquivoEmEscrita novo(destino);
-        if (!novo) return FalharNaEscrita(trecho);
+    bool Recopiar(const Trecho& trecho, std::uint32_t crc) {
+        if (troca_ == nullptr) return true;
         std::uint32_t outro = kCrc32Inicial;
-        const bool lido = Ler(trecho, [&](Bloco bloco) {
-            outro = Crc32Update(outro, bloco.data(), bloco.size());
-            return novo.Escrever(bloco) || FalharNaEscrita(trecho);
-        });
-        if (!lido) return false;
-        if (outro != crc) {
-            resultado_.erro = kMudou;
+        if (!Escrever(trecho, [&](Bloco bloco) { outro = Crc32Update(outro, bloco.data(), bloco.size()); })) {
             return false;
         }
-        return novo.Concluir() || FalharNaEscrita(trecho);
+        if (outro != crc) resultado_.erro = kMudou;
+        return outro == crc;
+    }
+
+    bool Escrever(const Trecho& trecho, const std::function<void(Bloco)>& visita) {
+        std::optional<Troca::Arquivo> novo;
+        if (troca_ != nullptr && !novo.emplace(*troca_, trecho.caminho)) return FalharNaEscrita(trecho);
+        const auto passar = [&](Bloco bloco) {
+            visita(bloco);
+            return !novo || novo->Escrever(bloco) || FalharNaEscrita(trecho);
+        };
+        return Ler(trecho, passar) && (!novo || novo->Concluir() || FalharNaEscrita(trecho));
     }
 
     bool Ler(const Trecho& trecho, const std::function<bool(Bloco)>& visita) {
@@ -155,7 +112,7 @@ class Copia {
         if (SetFilePointerEx(origem_.Valor(), inicio, nullptr, FILE_BEGIN) == 0)
             return FalharNoSistema("erro de leitura");
         for (std::uint64_t restam = trecho.tamanho; restam > 0;) {
-            if (parar_) {
+            if (andamento_.parar) {
                 resultado_.erro = kInterrompido;
                 return false;
             }
@@ -178,7 +135,7 @@ class Copia {
         crcDoTrecho = Crc32Update(crcDoTrecho, bloco.data(), bloco.size());
         crc_ = Crc32Update(crc_, bloco.data(), bloco.size());
         Sha256Feed(sha256_, bloco.data(), bloco.size());
-        bytes_ += bloco.size();
+        andamento_.bytes += bloco.size();
     }
 
     bool ProximoIgual(const HandleArquivo& antigo, Bloco bloco) {
@@ -198,8 +155,8 @@ class Copia {
 
     HandleArquivo origem_;
     const std::filesystem::path& saida_;
-    std::atomic<std::uint64_t>& bytes_;
-    const std::atomic<bool>& parar_;
+    Troca* const troca_;
+    const AndamentoDaCopia andamento_;
     ResultadoDaCopia& resultado_;
     std::unique_ptr<std::uint8_t[]> bloco_ = std::make_unique_for_overwrite<std::uint8_t[]>(kBloco);
     std::unique_ptr<std::uint8_t[]> outro_ = std::make_unique_for_overwrite<std::uint8_t[]>(kBloco);
@@ -209,11 +166,10 @@ class Copia {
 
 }  // namespace
 
-ResultadoDaCopia PublicarArquivo(const std::filesystem::path& origem, std::span<const Trecho> trechos,
-                                 const std::filesystem::path& saida, std::atomic<std::uint64_t>& bytes,
-                                 const std::atomic<bool>& parar) {
+ResultadoDaCopia PrepararArquivo(const std::filesystem::path& origem, std::span<const Trecho> trechos,
+                                 const std::filesystem::path& saida, Troca* troca, AndamentoDaCopia andamento) {
     ResultadoDaCopia resultado;
-    Copia(origem, saida, bytes, parar, resultado).Rodar(trechos);
+    Copia(origem, saida, troca, andamento, resultado).Rodar(trechos);
     return resultado;
 }
 

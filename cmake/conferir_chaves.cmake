@@ -1,0 +1,25 @@
+# What a file with key material must be: conferir_chave(FILE BYTES [MAGIC]), MAGIC being the hexadecimal of its beginning.
+function(conferir_chave arquivo bytes)
+    if(NOT EXISTS "${arquivo}" OR IS_DIRECTORY "${arquivo}")
+        message(FATAL_ERROR "${arquivo}: no such file")
+    endif()
+    file(SIZE "${arquivo}" tamanho)
+    if(NOT tamanho EQUAL bytes)
+        message(FATAL_ERROR "${arquivo}: ${tamanho} bytes, expected ${bytes}")
+    endif()
+    if(ARGC GREATER 2)
+        file(READ "${arquivo}" magia LIMIT 4 HEX)
+        if(NOT magia STREQUAL ARGV2)
+            message(FATAL_ERROR "${arquivo}: not the public key that Forjal makes")
+        endif()
+    endif()
+endfunction()
+
+# A CNG RSAPUBLICBLOB of 3072 bits, "RSA1".
+function(conferir_publica arquivo)
+    conferir_chave("${arquivo}" 411 52534131)
+endfunction()
+
+function(conferir_segredo arquivo)
+    conferir_chave("${arquivo}" 32)
+endfunction()
