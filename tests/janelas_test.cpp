@@ -170,14 +170,15 @@ TEST_F(Janelas, OpcoesNaTela) {
     }
     EXPECT_TRUE(Marcado(h, kOpcaoD3d12) && Marcado(h, kCaixaVsync));
     EXPECT_FALSE(Marcado(h, kOpcaoVulkan) || Marcado(h, kCaixaSemBorda));
-    // Where the two check boxes overlap, the right one is hit.
-    POINT marca{170, 208};
-    ClientToScreen(h, &marca);
-    EXPECT_EQ(GetDlgCtrlID(WindowFromPoint(marca)), kCaixaVsync);
-    for (const int modo : {0, 1}) {
+    for (const int modo : {1, 0}) {
         EscolherItem(h, kListaModo, modo);
         for (const int id : {kListaResolucao, kCaixaSemBorda})
             EXPECT_EQ(Habilitado(h, id), modo == 0) << id;
+    }
+    // Each is hit where it begins, also where two check boxes share their middle.
+    for (HWND filho = GetWindow(h, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
+        const RECT r = Lugar(filho);
+        EXPECT_EQ(WindowFromPoint({r.left + 10, (r.top + r.bottom) / 2}), filho) << GetDlgCtrlID(filho);
     }
     FecharModal(h);
     // Over a main window at the edge, all of the window stays to be seen.
