@@ -349,7 +349,14 @@ TEST_F(Janelas, UmaSobreAOutraEFimPorDentro) {
                         [] { Teclar(Ui().requisitos, VK_RETURN); },
                         [] { Clicar(Ui().requisitos, kBotaoDiagnostico); },
                         soAFrente,
-                        [] { MostrarLauncher(false); },
+                        [] {
+                            MostrarLauncher(false);
+                            // One that the player has closed comes for another start of it, not for a game that does
+                            // not open.
+                            Ui().fechamento = Fechamento::kAdiado;
+                            MostrarLauncher(true);
+                            EXPECT_EQ(IsWindowVisible(Ui().principal), FALSE);
+                        },
                         [] { PostMessageW(Ui().principal, MSG_TRAZER_FRENTE, 0, 0); },
                         [] {
                             for (const HWND janela : {Ui().principal, Ui().opcoes, Ui().requisitos, Ui().diagnostico})
