@@ -45,6 +45,13 @@ bool Marcado(HWND janela, int id) {
 bool Mostra(HWND janela, const std::string& texto) {
     return LerTela(janela).find(texto) != std::string::npos;
 }
+// Whether the screen has what the window would draw now, once it has drawn what it has said it would.
+bool EmDia(HWND janela) {
+    UpdateWindow(janela);
+    const Superficie antes(janela);
+    RedrawWindow(janela, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    return antes.Diferentes(Superficie(janela)) == 0;
+}
 RECT Lugar(HWND janela) {
     RECT r{};
     GetWindowRect(janela, &r);
@@ -167,6 +174,7 @@ TEST_F(Janelas, OpcoesNaTela) {
         Diagnosticar(relatorio);
         EXPECT_TRUE(Bombear(5s, [&] { return Mostra(h, d3d12 + " | " + vulkan); })) << relatorio;
         EXPECT_EQ(LerTela(h), Formatar(kTela, d3d12, vulkan));
+        EXPECT_TRUE(EmDia(GetDlgItem(h, kOpcaoD3d12)));
     }
     EXPECT_TRUE(Marcado(h, kOpcaoD3d12) && Marcado(h, kCaixaVsync));
     EXPECT_FALSE(Marcado(h, kOpcaoVulkan) || Marcado(h, kCaixaSemBorda));
@@ -334,6 +342,7 @@ TEST_F(Janelas, CopiaComCrLfEVoltaALegenda) {
     CloseClipboard();
     EXPECT_FALSE(Bombear(1500ms, [d] { return !Mostra(d, "\nCopiado! | Fechar"); }));
     EXPECT_TRUE(Bombear(5s, [d] { return Mostra(d, "\nCopiar relatório | Fechar"); }));
+    EXPECT_TRUE(EmDia(GetDlgItem(d, kBotaoCopiar)));
 }
 
 // Faults: a window closes under another; a launcher that is hidden and asked to the front stays hidden, or comes with
