@@ -145,14 +145,18 @@ TEST_F(Fim, ASessaoAcabaDeDentroDeCadaLaco) {
          }},
         {"arrasto",
          [](const Interface& ui) {
-             POINT tira{200, 10};
-             ClientToScreen(ui.Janela(), &tira);
-             SetCursorPos(tira.x, tira.y);
-             mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
-             mouse_event(MOUSEEVENTF_MOVE, 30, 20, 0, 0);
-             return Esperar(5s, [thread = GetWindowThreadProcessId(ui.Janela(), nullptr)] {
-                 GUITHREADINFO info{.cbSize = sizeof info};
-                 return GetGUIThreadInfo(thread, &info) != 0 && (info.flags & GUI_INMOVESIZE) != 0;
+             // Again where the click comes before the window is on the screen.
+             return Esperar(10s, [&] {
+                 POINT tira{200, 10};
+                 ClientToScreen(ui.Janela(), &tira);
+                 mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+                 SetCursorPos(tira.x, tira.y);
+                 mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+                 mouse_event(MOUSEEVENTF_MOVE, 30, 20, 0, 0);
+                 return Esperar(1s, [thread = GetWindowThreadProcessId(ui.Janela(), nullptr)] {
+                     GUITHREADINFO info{.cbSize = sizeof info};
+                     return GetGUIThreadInfo(thread, &info) != 0 && (info.flags & GUI_INMOVESIZE) != 0;
+                 });
              });
          }},
         {"caixa", [](const Interface&) { return Esperar(20s, [] { return CaixaDeMensagem() != nullptr; }); }},

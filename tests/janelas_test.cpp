@@ -45,6 +45,13 @@ bool Marcado(HWND janela, int id) {
 bool Mostra(HWND janela, const std::string& texto) {
     return LerTela(janela).find(texto) != std::string::npos;
 }
+// Whether the screen has what the window would draw now, once it has drawn what it has said it would.
+bool EmDia(HWND janela) {
+    UpdateWindow(janela);
+    const Superficie antes(janela);
+    RedrawWindow(janela, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    return antes.Diferentes(Superficie(janela)) == 0;
+}
 RECT Lugar(HWND janela) {
     RECT r{};
     GetWindowRect(janela, &r);
@@ -167,17 +174,19 @@ TEST_F(Janelas, OpcoesNaTela) {
         Diagnosticar(relatorio);
         EXPECT_TRUE(Bombear(5s, [&] { return Mostra(h, d3d12 + " | " + vulkan); })) << relatorio;
         EXPECT_EQ(LerTela(h), Formatar(kTela, d3d12, vulkan));
+        EXPECT_TRUE(EmDia(GetDlgItem(h, kOpcaoD3d12)));
     }
     EXPECT_TRUE(Marcado(h, kOpcaoD3d12) && Marcado(h, kCaixaVsync));
     EXPECT_FALSE(Marcado(h, kOpcaoVulkan) || Marcado(h, kCaixaSemBorda));
-    // Where the two check boxes overlap, the right one is hit.
-    POINT marca{170, 208};
-    ClientToScreen(h, &marca);
-    EXPECT_EQ(GetDlgCtrlID(WindowFromPoint(marca)), kCaixaVsync);
-    for (const int modo : {0, 1}) {
+    for (const int modo : {1, 0}) {
         EscolherItem(h, kListaModo, modo);
         for (const int id : {kListaResolucao, kCaixaSemBorda})
             EXPECT_EQ(Habilitado(h, id), modo == 0) << id;
+    }
+    // Each is hit where it begins, also where two check boxes share their middle.
+    for (HWND filho = GetWindow(h, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
+        const RECT r = Lugar(filho);
+        EXPECT_EQ(WindowFromPoint({r.left + 10, (r.top + r.bottom) / 2}), filho) << GetDlgCtrlID(filho);
     }
     FecharModal(h);
     // Over a main window at the edge, all of the window stays to be seen.
@@ -333,6 +342,7 @@ TEST_F(Janelas, CopiaComCrLfEVoltaALegenda) {
     CloseClipboard();
     EXPECT_FALSE(Bombear(1500ms, [d] { return !Mostra(d, "\nCopiado! | Fechar"); }));
     EXPECT_TRUE(Bombear(5s, [d] { return Mostra(d, "\nCopiar relatório | Fechar"); }));
+    EXPECT_TRUE(EmDia(GetDlgItem(d, kBotaoCopiar)));
 }
 
 // Faults: a window closes under another; a launcher that is hidden and asked to the front stays hidden, or comes with
@@ -348,7 +358,14 @@ TEST_F(Janelas, UmaSobreAOutraEFimPorDentro) {
                         [] { Teclar(Ui().requisitos, VK_RETURN); },
                         [] { Clicar(Ui().requisitos, kBotaoDiagnostico); },
                         soAFrente,
-                        [] { MostrarLauncher(false); },
+                        [] {
+                            MostrarLauncher(false);
+                            // One that the player has closed comes for another start of it, not for a game that does
+                            // not open.
+                            Ui().fechamento = Fechamento::kAdiado;
+                            MostrarLauncher(true);
+                            EXPECT_EQ(IsWindowVisible(Ui().principal), FALSE);
+                        },
                         [] { PostMessageW(Ui().principal, MSG_TRAZER_FRENTE, 0, 0); },
                         [] {
                             for (const HWND janela : {Ui().principal, Ui().opcoes, Ui().requisitos, Ui().diagnostico})

@@ -55,13 +55,14 @@ TEST_F(Pintura, BarraDeProgressoEmCadaValor) {
 TEST_F(Pintura, JanelaPrincipal) {
     const std::string emVolta =
         "300,20=FBFBFB 300,43=CFCFCF 300,44=969696~0 6,46=606060~0 447,384=606060~0 7,47=FFFFFF~0 446,383=FFFFFF~0 "
-        "8,48=FFFFFF~0 445,382=FFFFFF~0 5,45=D4D4D4~0 448,385=D4D4D4~0 9,49=080406~0 444,381=080406~0 18,58=080406~0 "
-        "435,352=080406~0 226,387=D4D4D4~0 2,388=606060~0 440,389=A6A6A6 440,514=D2D2D2 226,450=E2E2E2~0 "
+        "8,48=FFFFFF~0 445,382=FFFFFF~0 5,45=D4D4D4~0 448,385=D4D4D4~0 9,49=080406~0 444,381=080406~0 18,111=080406~0 "
+        "435,299=080406~0 226,387=D4D4D4~0 2,388=606060~0 440,389=A6A6A6 440,514=D2D2D2 226,450=E2E2E2~0 "
         "226,396=FAFAFA~12 54,397=A9A9A9 226,459=BEBEBE~9 110,486=E2E2E2~0 1,200=404040~30 200,1=404040~30 ";
     const FontesDaPrincipal proprias;
-    const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF20A040U)});
-    for (const auto& [centro, noCentro] : {std::pair(CentroDaPrincipal::kLogo, "19,59=20A040 434,351=20A040"),
-                                           {CentroDaPrincipal::kSite, "19,59=080406~0 200,200=080406~0"}}) {
+    const LogoEncaixado logo({440, 200, std::vector<std::uint32_t>(440 * 200, 0xFF20A040U)});
+    for (const auto& [centro, noCentro] :
+         {std::pair(CentroDaPrincipal::kLogo, "19,111=20A040 434,299=20A040 19,110=080406~0 434,300=080406~0"),
+          {CentroDaPrincipal::kSite, "19,111=080406~0 200,200=080406~0"}}) {
         const Superficie s({kLarguraPrincipal, kAlturaPrincipal});
         PintarPrincipal(s.Dc(), {L"Zu", true, CaixaDaTira::kNenhuma, centro, 75, 50}, logo, FontesDaInterface(),
                         proprias);

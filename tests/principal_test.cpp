@@ -189,6 +189,8 @@ TEST_F(Principal, CapturaQueNaoGravaAcabaComCodigo1) {
     pasta_.Escrever("fotos", "um arquivo onde devia haver uma pasta");
     ComSite(pasta_.Caminho(), (pasta_ / "fotos").native());
     Interface ui;
+    // The windows are given their time, though there is nothing to wait for.
+    EXPECT_FALSE(Esperar(2s, [&] { return Logou("Captura"); }));
     EXPECT_EQ(ui.EsperarFim(30s), 1);
     EXPECT_TRUE(Logou("Captura principal.png: FALHOU"));
 }
