@@ -5,6 +5,7 @@
 namespace zu::launcher {
 namespace {
 
+using namespace std::chrono_literals;
 using namespace teste;
 
 constexpr int kId = 77;

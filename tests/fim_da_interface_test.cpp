@@ -5,6 +5,7 @@
 namespace zu::launcher {
 namespace {
 
+using namespace std::chrono_literals;
 using namespace teste;
 
 // The program, serving the folder that it lies in. Its name there is the one for which the tests' Wine is told that

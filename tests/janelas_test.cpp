@@ -5,6 +5,7 @@
 namespace zu::launcher {
 namespace {
 
+using namespace std::chrono_literals;
 using namespace teste;
 
 using Passo = std::function<void()>;
@@ -237,7 +238,7 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
         {"sessenta", "", "\nItem 20 | valor | nenhum | OK\n"},
         {"copiar", "\nPlaca de vídeo | não informado\nDirectX 12 | Não roda neste PC\nVulkan 1.3 | Roda neste PC\n",
          "\nO relatório do jogo não traz itens.",
-         "24,42=269440 24,82=828282 24,86=E8E8E8 24,90=DEDEDE 24,122=C2241A 24,142=269440"},
+         "24,42=269440 24,82=828282 24,86=E8E8E8 24,90=DEDEDE 24,122=C2241A 24,142=269440 24,236=606060 24,251=E2E2E2"},
         {"nenhum", "", "\nCopiar relatório | Fechar"},
     };
     pasta_.Escrever("jogo_falso.json", R"({"d3d12": false})");

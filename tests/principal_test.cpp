@@ -4,6 +4,7 @@
 namespace zu::launcher {
 namespace {
 
+using namespace std::chrono_literals;
 using namespace teste;
 
 class Principal : public ComServidor {

@@ -9,6 +9,9 @@
 #include "ui/modal.h"
 
 namespace zu::launcher::teste {
+
+using namespace std::chrono_literals;
+
 namespace {
 
 struct Escrito {

@@ -35,8 +35,6 @@
 
 namespace zu::launcher::teste {
 
-using namespace std::chrono_literals;
-
 // A visible popup of 500 x 300 whose messages go to `espiao` too, of the last one alone.
 HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao);
 
