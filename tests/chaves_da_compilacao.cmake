@@ -11,7 +11,9 @@ function(configurar lista segredo palavras)
                 -DCMAKE_TOOLCHAIN_FILE=${RAIZ}/cmake/mingw-w64.cmake -DCMAKE_BUILD_TYPE=Release
                 "-DZU_CHAVE_LISTA=${lista}" "-DZU_SEGREDO_SELO=${segredo}"
         RESULT_VARIABLE codigo OUTPUT_VARIABLE saida ERROR_VARIABLE saida)
-    string(FIND "${saida}" "${palavras}" onde)
+    # The tool breaks its lines by their length, which depends on the folder.
+    string(REGEX REPLACE "[ \n]+" " " corrida "${saida}")
+    string(FIND "${corrida}" "${palavras}" onde)
     if(onde EQUAL -1 OR (palavras STREQUAL "" AND NOT codigo EQUAL 0) OR (NOT palavras STREQUAL "" AND codigo EQUAL 0))
         message(FATAL_ERROR "\"${lista}\" \"${segredo}\": ${codigo}\n${saida}")
     endif()
