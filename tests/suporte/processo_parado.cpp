@@ -6,7 +6,8 @@
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR argumentos, int) {
     constexpr DWORD kUmMinuto = 60'000;
-    const DWORD pedido = std::wcstoul(argumentos, nullptr, 10);
+    // Who starts it may write quotes around the number.
+    const DWORD pedido = std::wcstoul(argumentos + std::wcsspn(argumentos, L"\""), nullptr, 10);
     GetDesktopWindow();  // under Wine this starts the desktop, which then stays
     Sleep(pedido == 0 ? kUmMinuto : pedido);
     return 0;
