@@ -25,11 +25,6 @@ bool EscreverTudo(HANDLE arquivo, std::string_view bytes) {
            escritos == bytes.size() && FlushFileBuffers(arquivo) != 0;
 }
 
-// What a holder answers with. A scanner that reads a fresh file makes it "access denied" as often as "in use".
-bool PodePassar(DWORD erro) {
-    return erro == ERROR_ACCESS_DENIED || erro == ERROR_SHARING_VIOLATION || erro == ERROR_LOCK_VIOLATION;
-}
-
 // Whether the file itself can be moved away now.
 bool Livre(const std::filesystem::path& origem) {
     const HandleArquivo arquivo(
@@ -88,6 +83,11 @@ std::wstring CaminhoFinal(HANDLE arquivo) {
 }
 
 }  // namespace
+
+// A scanner that reads a fresh file makes it "access denied" as often as "in use".
+bool PodePassar(std::uint32_t erro) {
+    return erro == ERROR_ACCESS_DENIED || erro == ERROR_SHARING_VIOLATION || erro == ERROR_LOCK_VIOLATION;
+}
 
 bool Paciencia::Esperar(std::chrono::milliseconds passo) const {
     if (cancelar_ != nullptr && cancelar_->load()) return false;

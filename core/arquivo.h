@@ -66,6 +66,9 @@ std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* su
 // Makes the folder and every missing one above it. True when the folder exists afterwards.
 bool CriarPastas(const std::filesystem::path& pasta);
 
+// Whether a refused operation may work in a moment: `erro` is what the system answers while somebody holds a file.
+bool PodePassar(std::uint32_t erro);
+
 // Moves a file over `destino`, replacing it, and returns once the move is on the disk. One try; a target that has the
 // read-only mark loses it, and has it again when the move failed all the same.
 bool MoverUmaVez(const std::filesystem::path& origem, const std::filesystem::path& destino);

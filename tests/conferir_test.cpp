@@ -6,8 +6,8 @@
 #include <functional>
 
 #include "core/formato.h"
+#include "tests/suporte/oficina.h"
 #include "tests/suporte/publicacao.h"
-#include "tools/forjal/forjal.h"
 #include "update/transferencia.h"
 #include "update/url.h"
 
@@ -16,15 +16,6 @@ namespace {
 
 using teste::Pedido;
 using teste::Resposta;
-
-class SaidaEmTexto final : public Saida {
- public:
-    void Linha(std::string_view linha) override { texto += std::string(linha) + "\n"; }
-    void Erro(std::string_view linha) override { Linha(linha); }
-    void Progresso(unsigned, std::string_view) override {}
-
-    std::string texto;
-};
 
 class Conferir : public testing::Test {
  protected:
@@ -44,7 +35,8 @@ class Conferir : public testing::Test {
                                              DeUtf8("--url=" + servidor_.Url())};
         for (const std::string& um : mais)
             argumentos.push_back(DeUtf8(um));
-        saida_.texto.clear();
+        saida_.linhas.clear();
+        saida_.erros.clear();
         return RodarForjal(argumentos, saida_);
     }
     // Lets `mentira` spoil every good answer for this path.
@@ -62,19 +54,19 @@ class Conferir : public testing::Test {
 
     teste::Publicacao publicacao_;
     teste::Servidor servidor_;
-    SaidaEmTexto saida_;
+    SaidaDeTeste saida_;
 };
 
 TEST_F(Conferir, PerguntaComoOLauncher) {
     for (const std::vector<std::string>& opcoes : {std::vector<std::string>{}, {"--completo"}, {"--amostra=9"}}) {
-        EXPECT_EQ(Rodar(opcoes), kFeito) << saida_.texto;
-        EXPECT_NE(saida_.texto.find(": seq 1, 6 de 6 arquivo(s)"), std::string::npos) << saida_.texto;
+        EXPECT_EQ(Rodar(opcoes), kFeito) << saida_.Tudo();
+        EXPECT_NE(saida_.Tudo().find(": seq 1, 6 de 6 arquivo(s)"), std::string::npos) << saida_.Tudo();
     }
-    EXPECT_EQ(Rodar({"--amostra=2"}), kFeito) << saida_.texto;
-    EXPECT_NE(saida_.texto.find(": seq 1, 2 de 6 arquivo(s)"), std::string::npos) << saida_.texto;
+    EXPECT_EQ(Rodar({"--amostra=2"}), kFeito) << saida_.Tudo();
+    EXPECT_NE(saida_.Tudo().find(": seq 1, 2 de 6 arquivo(s)"), std::string::npos) << saida_.Tudo();
 
     servidor_.EsquecerPedidos();
-    ASSERT_EQ(Rodar(), kFeito) << saida_.texto;
+    ASSERT_EQ(Rodar(), kFeito) << saida_.Tudo();
     teste::Configurar("", servidor_.Url());
     const std::vector<std::pair<std::string, std::string>> faixas{{"", "bytes=8999-"},    {"", "bytes=4999-"},
                                                                   {".p002", "bytes=0-0"}, {"", "bytes=0-"},
@@ -179,8 +171,8 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
         EXPECT_EQ(Rodar(opcoes), kRecusado) << linha;
         const std::size_t corte = linha.find("…");
         const std::string parte = corte == std::string::npos ? linha + "\n" : linha.substr(0, corte);
-        EXPECT_NE(("\n" + saida_.texto).find("\n" + parte), std::string::npos) << linha << "\n" << saida_.texto;
-        EXPECT_EQ(std::ranges::count(saida_.texto, '\n'), linha.starts_with("Update") ? 1 : 2) << saida_.texto;
+        EXPECT_NE(("\n" + saida_.Tudo()).find("\n" + parte), std::string::npos) << linha << "\n" << saida_.Tudo();
+        EXPECT_EQ(std::ranges::count(saida_.Tudo(), '\n'), linha.starts_with("Update") ? 1 : 2) << saida_.Tudo();
     }
 }
 
@@ -188,7 +180,7 @@ TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
     Mentir("Zu.exe", publicacao_.arquivos["Zu.exe"], [vez = std::make_shared<std::atomic<int>>(0)](auto&, Resposta& r) {
         if (++*vez == 1) r = {.status = 503};
     });
-    EXPECT_EQ(Rodar(), kFeito) << saida_.texto;
+    EXPECT_EQ(Rodar(), kFeito) << saida_.Tudo();
 
     for (int i = 0; i < 200; ++i)
         publicacao_.arquivos[std::to_string(i)] = teste::Bytes(1);
@@ -198,7 +190,7 @@ TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
                [](auto&, Resposta& r) { r.fim = teste::Fim::kDerrubar, r.corpo = "", r.anunciado = 1; });
     servidor_.EsquecerPedidos();
     EXPECT_EQ(Rodar(), kRecusado);
-    EXPECT_NE(saida_.texto.find("o servidor parou de atender"), std::string::npos) << saida_.texto;
+    EXPECT_NE(saida_.Tudo().find("o servidor parou de atender"), std::string::npos) << saida_.Tudo();
     EXPECT_LT(servidor_.QuantosPedidos(), 200U);
 }
 
@@ -212,8 +204,8 @@ TEST_F(Conferir, PastaEServidorTemAMesmaLista) {
             pasta.Escrever(caminho, conteudo);
         pasta.Escrever("UpdateList.txt", teste::Assinar(update::EscreverLista(publicacao_.Lista()) + nova));
         EXPECT_EQ(Rodar({"--publicado=" + ParaUtf8(pasta.Caminho().native())}), nova.empty() ? kFeito : kRecusado);
-        const bool difere = saida_.texto.find("(no servidor seq 1, na pasta seq 1") != std::string::npos;
-        EXPECT_EQ(difere, !nova.empty()) << saida_.texto;
+        const bool difere = saida_.Tudo().find("(no servidor seq 1, na pasta seq 1") != std::string::npos;
+        EXPECT_EQ(difere, !nova.empty()) << saida_.Tudo();
     }
 }
 
@@ -222,7 +214,7 @@ TEST_F(Conferir, UsoErrado) {
         {{"--amostra=0"}, "--amostra"}, {{"--url=http://a/"}, "--url"}, {{"--publicado=@nada"}, "--publicado"}};
     for (const auto& [opcoes, parte] : casos) {
         EXPECT_EQ(Rodar(opcoes), kUsoErrado);
-        EXPECT_NE(saida_.texto.find(parte), std::string::npos) << saida_.texto;
+        EXPECT_NE(saida_.Tudo().find(parte), std::string::npos) << saida_.Tudo();
     }
     EXPECT_EQ(servidor_.QuantosPedidos(), 0U);
 }

@@ -23,6 +23,8 @@ class SaidaDeTeste final : public Saida {
         if (aoProgredir) aoProgredir();
     }
 
+    [[nodiscard]] std::string Tudo() const { return linhas + erros; }
+
     std::string linhas;
     std::string erros;
     std::function<void()> aoProgredir;

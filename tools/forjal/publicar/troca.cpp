@@ -34,15 +34,11 @@ bool Existe(const std::filesystem::path& caminho) {
     return LerInfoArquivo(caminho, info);
 }
 
-bool PorHolder(DWORD erro) {
-    return erro == ERROR_ACCESS_DENIED || erro == ERROR_SHARING_VIOLATION || erro == ERROR_LOCK_VIOLATION;
-}
-
 // Tries until it works, fails for another reason than a holder, or `paciencia` is at its end.
 bool Insistir(Paciencia& paciencia, const std::function<bool()>& tentar) {
     while (!tentar()) {
         const DWORD erro = GetLastError();
-        const bool insistir = PorHolder(erro) && paciencia.Gastar(kPasso);
+        const bool insistir = PodePassar(erro) && paciencia.Gastar(kPasso);
         SetLastError(erro);
         if (!insistir) return false;
     }
