@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "core/arquivo.h"
 #include "core/formato.h"
@@ -17,17 +18,6 @@ namespace {
 
 constexpr std::string_view kMarcaLeitura = "lido\t";
 
-// The same content is the same text.
-template <class Mapa>
-std::vector<const typename Mapa::value_type*> EmOrdem(const Mapa& mapa) {
-    std::vector<const typename Mapa::value_type*> pares;
-    pares.reserve(mapa.size());
-    for (const auto& par : mapa)
-        pares.push_back(&par);
-    std::ranges::sort(pares, {}, [](const auto* par) -> const std::string& { return par->first; });
-    return pares;
-}
-
 void ApagarPastasVazias(const std::filesystem::path& raiz, std::filesystem::path pasta) {
     // A folder that still holds something cannot be removed, and ends it.
     while (pasta != raiz && RemoveDirectoryW(pasta.c_str()) != 0)
@@ -35,16 +25,17 @@ void ApagarPastasVazias(const std::filesystem::path& raiz, std::filesystem::path
 }
 
 // "SHA256 TAB CRC TAB SIZE TAB TIME TAB PARTS TAB PATH", behind the mark of such a line.
-bool LerLeitura(std::string_view linha, std::string& caminho, Leitura& leitura) {
+bool LerLeitura(std::string_view linha, Leitura& leitura) {
     const std::string_view sha256 = TomarAte(linha, '\t');
     bool certa = sha256.size() == 2 * leitura.sha256.size();
     for (std::size_t i = 0; certa && i < leitura.sha256.size(); ++i)
         certa = LerNumeroInteiro(sha256.substr(2 * i, 2), leitura.sha256[i], 16);
-    caminho = std::string(linha.substr(std::min(linha.rfind('\t') + 1, linha.size())));
-    return certa && LerNumeroInteiro(TomarAte(linha, '\t'), leitura.crc, 16) &&
-           LerNumeroInteiro(TomarAte(linha, '\t'), leitura.tamanho) &&
-           LerNumeroInteiro(TomarAte(linha, '\t'), leitura.modificado) &&
-           LerNumeroInteiro(TomarAte(linha, '\t'), leitura.partes);
+    certa = certa && LerNumeroInteiro(TomarAte(linha, '\t'), leitura.crc, 16) &&
+            LerNumeroInteiro(TomarAte(linha, '\t'), leitura.tamanho) &&
+            LerNumeroInteiro(TomarAte(linha, '\t'), leitura.modificado) &&
+            LerNumeroInteiro(TomarAte(linha, '\t'), leitura.partes);
+    leitura.caminho = linha;
+    return certa;
 }
 
 }  // namespace
@@ -58,8 +49,8 @@ std::wstring NomeNoDisco(const std::filesystem::path& caminho) {
 }
 
 bool Publicados::Ler(const std::filesystem::path& pasta, std::string& erro) {
-    entradas_.clear();
-    leituras_.clear();
+    entradas_ = {};
+    leituras_ = {};
     const std::filesystem::path arquivo = pasta / kNomeDoRegistro;
     InfoArquivo info;
     if (!LerInfoArquivo(arquivo, info)) return true;
@@ -68,12 +59,13 @@ bool Publicados::Ler(const std::filesystem::path& pasta, std::string& erro) {
         erro = Formatar("não foi possível ler {} (erro {})", ParaUtf8(arquivo.native()), GetLastError());
         return false;
     }
+    std::vector<Entrada> entradas;
+    std::vector<Leitura> leituras;
     for (std::string_view resto = texto; !resto.empty();) {
         std::string_view linha = TomarAte(resto, '\n');
         if (linha.starts_with(kMarcaLeitura)) {
-            std::string caminho;
             Leitura leitura;
-            if (LerLeitura(linha.substr(kMarcaLeitura.size()), caminho, leitura)) leituras_[caminho] = leitura;
+            if (LerLeitura(linha.substr(kMarcaLeitura.size()), leitura)) leituras.push_back(std::move(leitura));
             continue;
         }
         Entrada entrada;
@@ -82,62 +74,62 @@ bool Publicados::Ler(const std::filesystem::path& pasta, std::string& erro) {
         // A line that somebody has tampered with must not lead out of the folder.
         if (!certa || !update::CaminhoSeguro(linha)) continue;
         entrada.caminho = update::NormalizarCaminho(linha);
-        std::string chave = ChaveDoNome(entrada.caminho);
-        entradas_.insert_or_assign(std::move(chave), std::move(entrada));
+        entradas.push_back(std::move(entrada));
     }
+    entradas_.Juntar(std::move(entradas));
+    leituras_.Juntar(std::move(leituras));
     return true;
 }
 
-std::string Publicados::Texto() const {
+std::string Publicados::Texto() {
+    entradas_.Juntar(std::exchange(novas_, {}));
+    leituras_.Juntar(std::exchange(novasLeituras_, {}));
     std::string texto;
-    for (const auto* par : EmOrdem(entradas_)) {
-        const Entrada& entrada = par->second;
+    for (const Entrada& entrada : entradas_.Itens())
         texto += Formatar("{:08X}\t{}\t{}\n", entrada.crc, entrada.tamanho, entrada.caminho);
-    }
-    for (const auto* par : EmOrdem(leituras_)) {
-        const auto& [caminho, leitura] = *par;
+    for (const Leitura& leitura : leituras_.Itens()) {
         if (!leitura.atual) continue;
         texto += Formatar("{}{}\t{:08X}\t{}\t{}\t{}\t{}\n", kMarcaLeitura, ParaHex(leitura.sha256), leitura.crc,
-                          leitura.tamanho, leitura.modificado, leitura.partes, caminho);
+                          leitura.tamanho, leitura.modificado, leitura.partes, leitura.caminho);
     }
     return texto;
 }
 
 void Publicados::Anotar(const std::string& caminho, std::uint32_t crc, std::uint64_t tamanho) {
-    entradas_.insert_or_assign(ChaveDoNome(caminho),
-                               Entrada{.caminho = caminho, .tamanho = tamanho, .crc = crc, .uso = Uso::kAtual});
+    Entrada* const antes = entradas_.Achar(caminho);
+    (antes != nullptr ? *antes : novas_.emplace_back()) = {
+        .caminho = caminho, .tamanho = tamanho, .crc = crc, .uso = Uso::kAtual};
 }
 
 void Publicados::Manter(const std::string& caminho) {
-    if (const auto achada = entradas_.find(ChaveDoNome(caminho)); achada != entradas_.end()) {
-        achada->second.uso = Uso::kAtual;
-    }
+    if (Entrada* const entrada = entradas_.Achar(caminho)) entrada->uso = Uso::kAtual;
 }
 
 void Publicados::Conservar(const std::string& caminho) {
-    const auto achada = entradas_.find(ChaveDoNome(caminho));
-    if (achada != entradas_.end() && achada->second.uso == Uso::kNenhum) achada->second.uso = Uso::kAnterior;
+    Entrada* const entrada = entradas_.Achar(caminho);
+    if (entrada != nullptr && entrada->uso == Uso::kNenhum) entrada->uso = Uso::kAnterior;
 }
 
-const Leitura* Publicados::Lida(const std::string& caminho) const {
-    const auto achada = leituras_.find(caminho);
-    return achada != leituras_.end() ? &achada->second : nullptr;
+const Leitura* Publicados::Lida(const std::string& caminho) {
+    const Leitura* const leitura = leituras_.Achar(caminho);
+    return leitura != nullptr && leitura->caminho == caminho ? leitura : nullptr;
 }
 
-void Publicados::AnotarLeitura(const std::string& caminho, const Leitura& leitura) {
-    leituras_.insert_or_assign(caminho, leitura).first->second.atual = true;
+void Publicados::AnotarLeitura(Leitura leitura) {
+    leitura.atual = true;
+    Leitura* const antes = leituras_.Achar(leitura.caminho);
+    (antes != nullptr ? *antes : novasLeituras_.emplace_back()) = std::move(leitura);
 }
 
-bool Publicados::Tamanho(const std::string& caminho, std::uint64_t& tamanho) const {
-    const auto achada = entradas_.find(ChaveDoNome(caminho));
-    if (achada == entradas_.end()) return false;
-    tamanho = achada->second.tamanho;
-    return true;
+bool Publicados::Tamanho(const std::string& caminho, std::uint64_t& tamanho) {
+    const Entrada* const entrada = entradas_.Achar(caminho);
+    if (entrada != nullptr) tamanho = entrada->tamanho;
+    return entrada != nullptr;
 }
 
 Publicados::Antigos Publicados::ContarAntigos() const {
     Antigos antigos;
-    for (const auto& [chave, entrada] : entradas_) {
+    for (const Entrada& entrada : entradas_.Itens()) {
         antigos.livres += entrada.uso == Uso::kNenhum ? 1 : 0;
         antigos.conservados += entrada.uso == Uso::kAnterior ? 1 : 0;
     }
@@ -146,8 +138,7 @@ Publicados::Antigos Publicados::ContarAntigos() const {
 
 std::size_t Publicados::ApagarAntigos(const std::filesystem::path& pasta, std::set<std::string>& avisos) {
     std::size_t apagados = 0;
-    std::erase_if(entradas_, [&](const auto& par) {
-        const Entrada& entrada = par.second;
+    entradas_.TirarSe([&](const Entrada& entrada) {
         const std::filesystem::path alvo = pasta / DeUtf8(entrada.caminho);
         InfoArquivo info;
         if (entrada.uso != Uso::kNenhum) return false;
@@ -170,19 +161,19 @@ std::size_t Publicados::ApagarAntigos(const std::filesystem::path& pasta, std::s
 
 bool AcharNomeTrocado(const std::filesystem::path& pasta, const std::string& caminho, std::set<std::string>& certas,
                       NomeTrocado& trocado) {
-    std::vector<std::string> partes = PastasDe(caminho);
+    std::vector<std::string_view> partes = PastasDe(caminho);
     partes.push_back(caminho);
-    for (const std::string& parte : partes) {
-        if (certas.contains(parte)) continue;
+    for (const std::string_view parte : partes) {
+        if (certas.contains(std::string(parte))) continue;
         const std::filesystem::path certo = pasta / DeUtf8(parte);
         const std::wstring nome = NomeNoDisco(certo);
         // A search also answers to the short names of long ones: those are other files.
         if (certo.filename() != nome &&
             ChaveDoNome(ParaUtf8(nome)) == ChaveDoNome(ParaUtf8(certo.filename().native()))) {
-            trocado = {.caminho = parte, .noDisco = nome};
+            trocado = {.caminho = std::string(parte), .noDisco = nome};
             return true;
         }
-        if (parte.size() < caminho.size()) certas.insert(parte);
+        if (parte.size() < caminho.size()) certas.emplace(parte);
     }
     return false;
 }

@@ -6,15 +6,16 @@
 #include <filesystem>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "core/hash.h"
+#include "tools/forjal/fileira.h"
 
 namespace zu::launcher::forjal {
 
 // A file of the client as it was when it was last read.
 struct Leitura {
+    std::string caminho;           // in the list
     std::uint64_t tamanho = 0;     // bytes
     std::uint64_t modificado = 0;  // FILETIME
     std::uint32_t crc = 0;
@@ -29,7 +30,7 @@ class Publicados {
  public:
     // No file yet is an empty record. False with the reason in `erro` when there is one that cannot be read.
     bool Ler(const std::filesystem::path& pasta, std::string& erro);
-    [[nodiscard]] std::string Texto() const;
+    std::string Texto();
 
     // A file that the new list names. Nothing else of its line is kept.
     void Anotar(const std::string& caminho, std::uint32_t crc, std::uint64_t tamanho);
@@ -38,12 +39,13 @@ class Publicados {
     // One that the list before names: whoever is downloading by it may still ask for it.
     void Conservar(const std::string& caminho);
 
-    // What was read of the client file that the list before names. Null: nothing is known of it.
-    [[nodiscard]] const Leitura* Lida(const std::string& caminho) const;
-    // For a file that the new list names.
-    void AnotarLeitura(const std::string& caminho, const Leitura& leitura);
+    // What was read of the client file that the list before names. Null: nothing is known of it. The pointer is good
+    // until the next reading is noted.
+    const Leitura* Lida(const std::string& caminho);
+    // For a file that the new list names; `atual` is set here.
+    void AnotarLeitura(Leitura leitura);
     // The recorded size of a published file; false when it is not in the record.
-    bool Tamanho(const std::string& caminho, std::uint64_t& tamanho) const;
+    bool Tamanho(const std::string& caminho, std::uint64_t& tamanho);
 
     struct Antigos {
         std::size_t livres = 0;       // named neither by the new list nor by the one before
@@ -65,8 +67,11 @@ class Publicados {
         std::uint32_t crc = 0;
         Uso uso = Uso::kNenhum;
     };
-    std::unordered_map<std::string, Entrada> entradas_;  // by `ChaveDoNome`
-    std::unordered_map<std::string, Leitura> leituras_;  // by list path
+    Fileira<Entrada> entradas_;
+    Fileira<Leitura> leituras_;
+    // Not in the rows yet.
+    std::vector<Entrada> novas_;
+    std::vector<Leitura> novasLeituras_;
 };
 
 // The name under which the file or folder stands on the disk; empty when there is none.

@@ -14,6 +14,7 @@
 #include "core/arquivo.h"
 #include "core/formato.h"
 #include "core/pasta.h"
+#include "core/texto.h"
 #include "core/utf16.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicar/trava.h"
@@ -157,11 +158,11 @@ std::string RecusaDoNome(const ArquivoDoCliente& arquivo) {
     return {};
 }
 
-using NomePorChave = std::unordered_map<std::string, std::string>;
+using NomePorChave = std::unordered_map<std::string, std::string_view>;
 
 NomePorChave JuntarPastas(std::span<const ArquivoDoCliente> arquivos, std::set<std::string>& recusas) {
     NomePorChave pastas;
-    VisitarPastas(arquivos, [&](const std::string& pasta) {
+    VisitarPastas(arquivos, [&](std::string_view pasta) {
         const auto& [chave, antes] = *pastas.emplace(ChaveDoNome(pasta), pasta).first;
         if (antes == pasta) return;
         recusas.insert(Formatar("{} e {}: pastas que só diferem em maiúsculas e minúsculas", antes, pasta));
@@ -207,8 +208,8 @@ std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t byt
     return trechos;
 }
 
-std::vector<std::string> PastasDe(const std::string& caminho) {
-    std::vector<std::string> pastas;
+std::vector<std::string_view> PastasDe(std::string_view caminho) {
+    std::vector<std::string_view> pastas;
     for (std::size_t barra = caminho.find('/'); barra != std::string::npos; barra = caminho.find('/', barra + 1)) {
         pastas.push_back(caminho.substr(0, barra));
     }
@@ -216,18 +217,15 @@ std::vector<std::string> PastasDe(const std::string& caminho) {
 }
 
 std::string ChaveDoNome(std::string_view caminho) {
-    std::string ascii(caminho);
     if (std::ranges::all_of(caminho, [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
-        for (char& c : ascii)
-            c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-        return ascii;
+        return MinusculasAscii(std::string(caminho));
     }
     // As file systems do it: one letter for one letter, whatever the language.
     const std::wstring original = DeUtf8(caminho);
     std::wstring chave = original;
     LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, original.data(), static_cast<int>(original.size()),
                   chave.data(), static_cast<int>(chave.size()), nullptr, nullptr, 0);
-    return ParaUtf8(chave);
+    return MinusculasAscii(ParaUtf8(chave));
 }
 
 std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos, const std::function<void()>& aviso) {
@@ -245,12 +243,11 @@ std::set<std::string> RecusarNomes(std::span<const ArquivoDoCliente> arquivos, c
             continue;
         }
         for (const std::string& nome : NomesDe(arquivo)) {
-            const std::string chave = ChaveDoNome(nome);
-            const auto [lugar, novo] = publicados.emplace(chave, arquivo.caminho);
+            const auto [lugar, novo] = publicados.emplace(ChaveDoNome(nome), arquivo.caminho);
             if (!novo) {
                 recusas.insert(Formatar("{} e {}: seriam publicados com o mesmo nome", lugar->second, arquivo.caminho));
             }
-            if (const auto pasta = pastas.find(chave); pasta != pastas.end()) {
+            if (const auto pasta = pastas.find(lugar->first); pasta != pastas.end()) {
                 recusas.insert(Formatar("{} e {}: arquivo e pasta com o mesmo nome", nome, pasta->second));
             }
         }

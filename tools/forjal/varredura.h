@@ -51,10 +51,11 @@ void Dividir(std::span<ArquivoDoCliente> arquivos, std::uint64_t bytesPorParte);
 // The files under which one is published.
 std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t bytesPorParte);
 
-// The folders above a path, the outermost first.
-std::vector<std::string> PastasDe(const std::string& caminho);
+// The folders above a path, the outermost first: pieces of it.
+std::vector<std::string_view> PastasDe(std::string_view caminho);
 
-// Calls `visita` for the folders of the files, where files of one folder stand together only once for all of them.
+// Calls `visita` for the folders of the files, as pieces of their paths, where files of one folder stand together only
+// once for all of them.
 template <class Visita>
 void VisitarPastas(std::span<const ArquivoDoCliente> arquivos, const Visita& visita) {
     std::string_view anterior;
@@ -63,12 +64,13 @@ void VisitarPastas(std::span<const ArquivoDoCliente> arquivos, const Visita& vis
         const auto pasta = std::string_view(arquivo.caminho).substr(0, barra == std::string::npos ? 0 : barra);
         if (pasta == anterior) continue;
         anterior = pasta;
-        for (std::string& acima : PastasDe(arquivo.caminho))
-            visita(std::move(acima));
+        for (const std::string_view acima : PastasDe(arquivo.caminho))
+            visita(acima);
     }
 }
 
-// The key under which Windows takes two names for one: letter case does not count, in any alphabet.
+// The key under which Windows takes two names for one: letter case does not count, in any alphabet. ASCII letters are
+// small in it, so names stand in the order of the list.
 std::string ChaveDoNome(std::string_view caminho);
 
 // Why these files cannot be published: names that the list or Windows does not take, too many parts, and

@@ -17,7 +17,7 @@ constexpr std::size_t kTamanhoDoSegredo = SegredoSelo{}.size();
 
 bool NomeDeChave(const std::string& caminho) {
     const std::string chave = ChaveDoNome(caminho);
-    return chave.ends_with(".CHAVE") || chave.ends_with(".SEGREDO");
+    return chave.ends_with(".chave") || chave.ends_with(".segredo");
 }
 
 bool Iguais(BytesSecretos& a, BytesSecretos& b) {

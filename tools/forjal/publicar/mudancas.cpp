@@ -1,10 +1,8 @@
 #include "tools/forjal/publicar/mudancas.h"
 
-#include <unordered_map>
-
 #include "core/formato.h"
+#include "tools/forjal/fileira.h"
 #include "tools/forjal/paralelo.h"
-#include "update/caminhos.h"
 
 namespace zu::launcher::forjal {
 
@@ -14,29 +12,25 @@ std::string Mudancas::Texto() const {
         mudados, sumidos, bytes, static_cast<double>(bytes) / static_cast<double>(kMiB));
 }
 
-Mudancas Comparar(const update::UpdateList& publicada, const update::UpdateList& nova) {
-    std::unordered_map<std::string, const update::ItemLista*> antigos;
-    antigos.reserve(publicada.itens.size());
-    for (const update::ItemLista& item : publicada.itens)
-        antigos.insert_or_assign(update::ChaveDoCaminho(item.caminho), &item);
+Mudancas Comparar(update::UpdateList publicada, const update::UpdateList& nova) {
+    Fileira<update::ItemLista> antigos(std::move(publicada.itens));
     Mudancas mudancas;
     std::size_t continuam = 0;
     for (const update::ItemLista& item : nova.itens) {
-        const auto antigo = antigos.find(update::ChaveDoCaminho(item.caminho));
-        if (antigo == antigos.end()) {
+        const update::ItemLista* const antes = antigos.Achar(item.caminho);
+        if (antes == nullptr) {
             ++mudancas.novos;
         } else {
             ++continuam;
-            const update::ItemLista& antes = *antigo->second;
-            if (antes.tamanho == item.tamanho && antes.crc == item.crc &&
-                (antes.sha256.empty() || antes.sha256 == item.sha256)) {
+            if (antes->tamanho == item.tamanho && antes->crc == item.crc &&
+                (antes->sha256.empty() || antes->sha256 == item.sha256)) {
                 continue;
             }
             ++mudancas.mudados;
         }
         mudancas.bytes += item.tamanho;
     }
-    mudancas.sumidos = antigos.size() - continuam;
+    mudancas.sumidos = antigos.Itens().size() - continuam;
     return mudancas;
 }
 

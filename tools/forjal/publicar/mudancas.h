@@ -18,6 +18,6 @@ struct Mudancas {
     [[nodiscard]] std::string Texto() const;
 };
 
-Mudancas Comparar(const update::UpdateList& publicada, const update::UpdateList& nova);
+Mudancas Comparar(update::UpdateList publicada, const update::UpdateList& nova);
 
 }  // namespace zu::launcher::forjal

@@ -5,7 +5,10 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+
+#include "tools/forjal/fileira.h"
 
 namespace zu::launcher::forjal {
 
@@ -22,13 +25,16 @@ class NaSaida {
     bool Ler(const std::filesystem::path& saida, const std::set<std::string>& pastas, std::string& erro);
 
     // In any letter case; null: nothing stands there.
-    [[nodiscard]] const Entrada* Achar(const std::string& caminho) const;
+    const Entrada* Achar(std::string_view caminho);
 
     // Whether the file or folder at this path stands there under another letter case.
-    [[nodiscard]] bool OutraCaixa(const std::string& caminho) const;
+    bool OutraCaixa(std::string_view caminho);
 
  private:
-    std::unordered_map<std::string, Entrada> entradas_;  // by `ChaveDoNome`
+    using Pasta = Fileira<Entrada, &Entrada::nome>;
+    std::unordered_map<std::string, Pasta> pastas_;  // by `ChaveDoNome`
+    std::string daUltima_;                           // the folder that was asked for last
+    Pasta* ultima_ = nullptr;                        // null: it is not there
 };
 
 }  // namespace zu::launcher::forjal

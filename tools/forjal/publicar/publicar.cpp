@@ -90,6 +90,8 @@ class Publicacao {
         if (!LerListaAnterior(pedido_.saida, chave_, pedido_.chaveAnterior, anterior_, erro)) {
             return Recusar("--saida: já há uma lista publicada que não confere com --chave: {}", erro);
         }
+        for (update::ItemLista& item : anterior_.itens)
+            item.caminho = update::NormalizarCaminho(item.caminho);
         if (pedido_.lista.seq >= anterior_.seq) return true;
         return Recusar("--seq: {} é menor que o já publicado, {}", pedido_.lista.seq, anterior_.seq);
     }
@@ -108,7 +110,7 @@ class Publicacao {
     // What stands there under another letter case is part of the change, the folders first.
     bool OlharSaida() {
         std::set<std::string> pastas{std::string()};
-        VisitarPastas(arquivos_, [&](std::string pasta) { pastas.insert(std::move(pasta)); });
+        VisitarPastas(arquivos_, [&](std::string_view pasta) { pastas.emplace(pasta); });
         std::string erro;
         if (!naSaida_.Ler(pedido_.saida, pastas, erro)) return Recusar("--saida: {}", erro);
         for (const std::string& pasta : pastas) {
@@ -207,8 +209,7 @@ class Publicacao {
                                            .partes = arquivos_[i].partes});
         }
         resultados_ = {};
-        mudancas_ = Comparar(anterior_, pedido_.lista);
-        anterior_ = {};
+        mudancas_ = Comparar(std::exchange(anterior_, {}), pedido_.lista);
         std::string erro;
         std::string lista;
         return (AssinarLista(chave_, pedido_.lista, lista, erro) &&
@@ -228,11 +229,12 @@ class Publicacao {
                     publicados_.Anotar(trechos[t].caminho, resultado.crcDosTrechos[t], trechos[t].tamanho);
                 }
             }
-            publicados_.AnotarLeitura(arquivo.caminho, {.tamanho = arquivo.tamanho,
-                                                        .modificado = arquivo.modificado,
-                                                        .crc = resultado.crc,
-                                                        .partes = arquivo.partes,
-                                                        .sha256 = resultado.sha256});
+            publicados_.AnotarLeitura({.caminho = arquivo.caminho,
+                                       .tamanho = arquivo.tamanho,
+                                       .modificado = arquivo.modificado,
+                                       .crc = resultado.crc,
+                                       .partes = arquivo.partes,
+                                       .sha256 = resultado.sha256});
         }
         for (const update::ItemLista& item : anterior_.itens) {
             for (const std::string& nome : NomesPublicados(item))

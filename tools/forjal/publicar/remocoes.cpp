@@ -3,20 +3,34 @@
 #include <unordered_set>
 
 #include "core/formato.h"
+#include "tools/forjal/fileira.h"
 #include "update/caminhos.h"
 
 namespace zu::launcher::forjal {
 namespace {
 
-// Files and folders of the client, by `ChaveDoNome`.
-std::unordered_set<std::string> ChavesDoCliente(std::span<const ArquivoDoCliente> arquivos) {
-    std::unordered_set<std::string> chaves;
-    for (const ArquivoDoCliente& arquivo : arquivos) {
-        chaves.insert(ChaveDoNome(arquivo.caminho));
+class CaminhosDoCliente {
+ public:
+    explicit CaminhosDoCliente(std::span<const ArquivoDoCliente> arquivos) {
+        std::vector<Arquivo> todos;
+        todos.reserve(arquivos.size());
+        for (const ArquivoDoCliente& arquivo : arquivos)
+            todos.push_back({.caminho = arquivo.caminho});
+        arquivos_.Juntar(std::move(todos));
+        VisitarPastas(arquivos, [&](std::string_view pasta) { pastas_.insert(ChaveDoNome(pasta)); });
     }
-    VisitarPastas(arquivos, [&](const std::string& pasta) { chaves.insert(ChaveDoNome(pasta)); });
-    return chaves;
-}
+
+    bool Tem(const std::string& caminho) {
+        return arquivos_.Achar(caminho) != nullptr || pastas_.contains(ChaveDoNome(caminho));
+    }
+
+ private:
+    struct Arquivo {
+        std::string_view caminho;
+    };
+    Fileira<Arquivo> arquivos_;
+    std::unordered_set<std::string> pastas_;  // by `ChaveDoNome`
+};
 
 }  // namespace
 
@@ -24,9 +38,9 @@ std::set<std::string> RecusarRemocoes(std::span<const ArquivoDoCliente> arquivos
                                       std::span<const std::string> remover) {
     std::set<std::string> recusas;
     if (remover.empty()) return recusas;
-    const std::unordered_set<std::string> existentes = ChavesDoCliente(arquivos);
+    CaminhosDoCliente doCliente(arquivos);
     for (const std::string& caminho : remover) {
-        if (existentes.contains(ChaveDoNome(caminho))) {
+        if (doCliente.Tem(caminho)) {
             recusas.insert(Formatar("--remover={}: o cliente ainda tem este caminho", caminho));
         }
     }
@@ -36,10 +50,10 @@ std::set<std::string> RecusarRemocoes(std::span<const ArquivoDoCliente> arquivos
 Ausentes AcharAusentes(const update::UpdateList& publicada, std::span<const ArquivoDoCliente> arquivos) {
     Ausentes ausentes;
     if (publicada.itens.empty()) return ausentes;
-    const std::unordered_set<std::string> existentes = ChavesDoCliente(arquivos);
+    CaminhosDoCliente doCliente(arquivos);
     const auto achar = [&](const std::string& caminho) {
         std::string normal = update::NormalizarCaminho(caminho);
-        if (existentes.contains(ChaveDoNome(normal)) || update::CaminhoProtegido(normal)) return;
+        if (doCliente.Tem(normal) || update::CaminhoProtegido(normal)) return;
         ausentes.caminhos.push_back(std::move(normal));
     };
     for (const update::ItemLista& item : publicada.itens)

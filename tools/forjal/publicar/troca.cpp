@@ -204,8 +204,8 @@ bool Troca::GravarTexto(std::wstring_view nome, std::string_view texto, std::str
 bool Troca::CriarPastasDosDestinos(std::string& erro) {
     std::set<std::string> prontas;
     for (const PassoDaTroca& passo : passos_) {
-        for (const std::string& pasta : PastasDe(passo.caminho)) {
-            if (!prontas.insert(pasta).second) continue;
+        for (const std::string_view pasta : PastasDe(passo.caminho)) {
+            if (!prontas.emplace(pasta).second) continue;
             const std::filesystem::path caminho = saida_ / DeUtf8(pasta);
             InfoArquivo info;
             if (CreateDirectoryW(caminho.c_str(), nullptr) != 0) {
