@@ -90,6 +90,9 @@ class ControladorLauncher {
     // when there is nothing, as there is not where no update was to be had. Handed out once.
     std::string TomarMensagemFinal();
 
+    // The report has come and the game's options have been corrected by it, where that was called for.
+    [[nodiscard]] bool ApiConferida() const { return apiConferida_; }
+
     // Tells the update run to stop; returns at once.
     void Cancelar() { atualizador_.Cancelar(); }
     // Before the process ends: cancels the update run, waits a moment for it, saves the file cache and logs the exit

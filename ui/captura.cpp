@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <span>
 #include <vector>
@@ -35,6 +36,7 @@ constexpr int kTentativas = 20;
 constexpr DWORD kPausa = 100;  // ms
 // Share of the pixels where the page lies that must differ from the plain drawing, at least.
 constexpr std::size_t kPorcentoDiferente = 1;
+constexpr int kDiferencaVisivel = 24;  // of a colour's channel, 0 to 255
 
 constexpr UINT kRenderizarTudo = 2;  // PW_RENDERFULLCONTENT
 
@@ -102,14 +104,22 @@ class Quadro {
     std::span<std::uint32_t> pixels_;
 };
 
+// Of red, green and blue, whichever differs the most. Two drawings of one thing differ by a little.
+bool OutraCor(std::uint32_t a, std::uint32_t b) {
+    for (int canal = 0; canal < 24; canal += 8) {
+        if (std::abs(static_cast<int>(a >> canal & 0xFF) - static_cast<int>(b >> canal & 0xFF)) >= kDiferencaVisivel)
+            return true;
+    }
+    return false;
+}
+
 // Whether the page shows in the frame: where it lies, enough looks other than in the plain drawing.
 bool MostraPagina(Quadro& quadro, const std::vector<std::uint32_t>& semPagina) {
-    constexpr std::uint32_t kSemAlfa = 0xFFFFFF;
     std::size_t diferentes = 0;
     for (int y = kCentro.top; y < kCentro.bottom; ++y) {
         for (int x = kCentro.left; x < kCentro.right; ++x) {
             const auto lugar = static_cast<std::size_t>(y * quadro.Tamanho().cx + x);
-            if (((quadro.Pixels()[lugar] ^ semPagina[lugar]) & kSemAlfa) != 0) ++diferentes;
+            if (OutraCor(quadro.Pixels()[lugar], semPagina[lugar])) ++diferentes;
         }
     }
     constexpr auto kArea = std::size_t{kCentro.right - kCentro.left} * std::size_t{kCentro.bottom - kCentro.top};
@@ -169,12 +179,16 @@ bool GravarPng(Quadro& quadro, const std::filesystem::path& arquivo) {
 }  // namespace
 
 bool CapturarJanela(HWND janela, const std::filesystem::path& arquivo, bool comSite) {
+    // A minimised window is a title bar's size, far off the screen.
+    if (IsIconic(janela)) ShowWindow(janela, SW_SHOWNOACTIVATE);
     RECT r{};
     GetWindowRect(janela, &r);
     Quadro quadro({r.right - r.left, r.bottom - r.top});
+    // The page's place is known at the main window's full size alone.
+    const bool inteira = quadro.Tamanho().cx == kLarguraPrincipal && quadro.Tamanho().cy == kAlturaPrincipal;
     bool gravou = quadro.Desenhar(janela, 0);
     if (gravou) {
-        if (comSite) DesenharComPagina(janela, quadro);
+        if (comSite && inteira) DesenharComPagina(janela, quadro);
         AplicarRegiao(janela, quadro);
         gravou = GravarPng(quadro, arquivo);
         if (!gravou) DeleteFileW(arquivo.c_str());

@@ -247,6 +247,7 @@ HWND CriarLista(HWND pai, int id, int y, std::vector<std::wstring> items, std::i
     estado.selected = std::max(0, std::min(selected, ultimo));
     estado.items = std::move(items);
     estado.fill = kCorDaLista;
+    estado.fundo = kCorDaJanela;
     return lista;
 }
 

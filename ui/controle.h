@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "ui/moldura.h"
+
 namespace zu::launcher {
 
 constexpr wchar_t kClasseDoControle[] = L"ZuLauncherControle";
@@ -36,7 +38,8 @@ struct EstadoControle {
     bool pressed = false;  // the left button went down on it and is still held
     bool checked = false;
     std::int32_t selected = 0;           // the item of a list
-    COLORREF fill = RGB(226, 226, 226);  // what the face is shaded around, and the colour beyond its corners
+    COLORREF fill = RGB(226, 226, 226);  // what the face is shaded around
+    COLORREF fundo = kCorDoPainel;       // what the control stands on, seen beyond the face's corners
     float hover_level = 0;               // the glow, 0 to 1
     float flash = -1;                    // -1: idle, else runs from 0 to 1
     float phase = 0;                     // of the primary button's pulse, radians
@@ -54,7 +57,7 @@ struct Lugar {
     int h = 0;
 };
 
-// The control's window, visible, or null. The record lives and dies with the window.
+// The control's window, visible, or null with the reason in GetLastError. The record lives and dies with the window.
 HWND CriarControle(HWND pai, TipoControle kind, int id, const wchar_t* texto, const Lugar& lugar);
 
 // A list in the windows' column of lists. `selected` is brought into the items' range.

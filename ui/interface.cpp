@@ -39,7 +39,7 @@ class ObservadorDaInterface final : public ObservadorLauncher {
 };
 
 void Preparar(HINSTANCE modulo) {
-    IniciarDesenho();
+    if (!IniciarDesenho()) LogLinha("Interface: o GDI+ não iniciou; as janelas ficam sem formas nem sombras");
     AbrirEstadoDaInterface();
     EstadoInterface& ui = ObterInterface();
     ui.opcoesDoJogo = LerOpcoesJogo();

@@ -86,7 +86,7 @@ class JanelaDiagnostico final : public JanelaModal {
           aparencia_(std::move(aparencia)) {}
 
  private:
-    void Montar() override;
+    bool Montar() override;
     void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
         PintarDiagnostico(dc, moldura, aparencia_, FontesDaInterface());
     }
@@ -108,15 +108,18 @@ class JanelaDiagnostico final : public JanelaModal {
     int pegada_ = 0;           // where the pointer holds the thumb, from its top
 };
 
-void JanelaDiagnostico::Montar() {
+bool JanelaDiagnostico::Montar() {
     const std::wstring acao = DeUtf8(resultado_.acaoTexto);
     std::vector<BotaoDaFila> botoes{{TipoControle::Botao, kBotaoCopiar, kCopiar},
                                     {TipoControle::Botao, kBotaoFecharDiagnostico, L"Fechar"}};
     if (!resultado_.acaoEndereco.empty()) {
         botoes.push_back({TipoControle::BotaoPrincipal, kBotaoAcao, acao.c_str()});
     }
-    aparencia_.botoes = CriarFila(botoes);
+    const std::optional<Trecho> fila = CriarFila(botoes);
+    if (!fila) return false;
+    aparencia_.botoes = *fila;
     Habilitar(Filho(kBotaoCopiar), !resultado_.relatorio.empty());
+    return true;
 }
 
 void JanelaDiagnostico::AoComando(int id) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/controlador.h"
 #include "core/utf16.h"
 #include "game/requisitos.h"
 #include "game/veredito.h"
@@ -81,7 +82,7 @@ class JanelaOpcoes final : public JanelaModal {
     JanelaOpcoes() : JanelaModal(kMolde, kTamanhoDasOpcoes) {}
 
  private:
-    void Montar() override;
+    bool Montar() override;
     void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
         PintarOpcoes(dc, moldura, FontesDaInterface());
     }
@@ -99,25 +100,28 @@ class JanelaOpcoes final : public JanelaModal {
     bool relatorioVisto_ = false;
 };
 
-void JanelaOpcoes::Montar() {
+bool JanelaOpcoes::Montar() {
     const OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
     for (const ControleDasOpcoes& c : kControles) {
         const HWND controle = CriarControle(Janela(), c.kind, c.id, c.texto, c.lugar);
+        if (controle == nullptr) return false;
         EstadoControle& estado = EstadoDo(controle);
-        // Buttons lie on the panel, whose colour they have already.
-        if (c.kind == TipoControle::Caixa || c.kind == TipoControle::Opcao) estado.fill = kCorDaJanela;
+        // Buttons stand on the panel.
+        if (c.kind == TipoControle::Caixa || c.kind == TipoControle::Opcao) estado.fundo = kCorDaJanela;
         if (c.campo != nullptr) estado.checked = opcoes.*c.campo != 0;
     }
     SetWindowRgn(Filho(kCaixaSemBorda), CreateRectRgnIndirect(&kRegiaoDaSemBorda), FALSE);
     for (const ListaDasOpcoes& l : kListas) {
         const std::int32_t modo = opcoes.windowMode != 0 ? 0 : 1;
-        CriarLista(Janela(), l.id, l.y, {l.rotulos.begin(), l.rotulos.end()},
-                   l.campo == nullptr ? modo : opcoes.*l.campo);
+        if (CriarLista(Janela(), l.id, l.y, {l.rotulos.begin(), l.rotulos.end()},
+                       l.campo == nullptr ? modo : opcoes.*l.campo) == nullptr) {
+            return false;
+        }
     }
     Escolher(opcoes.api == "vulkan");
-    relatorioVisto_ = ObterRequisitos().relatorioLido;
+    relatorioVisto_ = ObterControlador().ApiConferida();
     Atualizar();
-    SetTimer(Janela(), kRelogio, kIntervalo, nullptr);
+    return SetTimer(Janela(), kRelogio, kIntervalo, nullptr) != 0;
 }
 
 void JanelaOpcoes::AoComando(int id) {

@@ -221,8 +221,7 @@ void MostrarMensagensFinais() {
         const std::wstring mensagem = DeUtf8(ObterControlador().TomarMensagemFinal());
         if (mensagem.empty()) return;
         if (ModoCaptura()) continue;
-        MessageBoxW(ObterInterface().principal, mensagem.c_str(), TituloDoLauncher().c_str(),
-                    MB_OK | MB_ICONEXCLAMATION);
+        MessageBoxW(JanelaDaFrente(), mensagem.c_str(), TituloDoLauncher().c_str(), MB_OK | MB_ICONEXCLAMATION);
     }
 }
 
@@ -249,8 +248,13 @@ HWND CriarPrincipal(HINSTANCE modulo) {
                                         kLarguraPrincipal, kAlturaPrincipal, nullptr, nullptr, modulo, nullptr);
     if (janela == nullptr) return nullptr;
     ArredondarJanela(janela, {kLarguraPrincipal, kAlturaPrincipal});
-    for (const BotaoDaPrincipal& b : kBotoes)
-        CriarControle(janela, b.kind, b.id, b.texto, b.lugar);
+    for (const BotaoDaPrincipal& b : kBotoes) {
+        if (CriarControle(janela, b.kind, b.id, b.texto, b.lugar) != nullptr) continue;
+        const DWORD erro = GetLastError();
+        DestroyWindow(janela);
+        SetLastError(erro);
+        return nullptr;
+    }
     // Nobody is helped by seeing the windows of a capture run.
     if (!ModoCaptura()) AnunciarInstancia(janela, ObterConfig().pastaJogo);
     return janela;

@@ -61,10 +61,12 @@ class JanelaRequisitos final : public JanelaModal {
     JanelaRequisitos() : JanelaModal(kMolde, kTamanhoDosRequisitos) {}
 
  private:
-    void Montar() override {
-        fila_ = CriarFila(kBotoes);
+    bool Montar() override {
+        const std::optional<Trecho> fila = CriarFila(kBotoes);
+        if (!fila) return false;
+        fila_ = *fila;
         Atualizar();
-        SetTimer(Janela(), kRelogio, kIntervalo, nullptr);
+        return SetTimer(Janela(), kRelogio, kIntervalo, nullptr) != 0;
     }
     void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
         PintarRequisitos(dc, moldura, aparencia_, FontesDaInterface());

@@ -34,12 +34,12 @@ HWND JanelaModal::Abrir(std::unique_ptr<JanelaModal> registro, POINT lugar) {
     const HWND janela = CreateWindowExW(molde.estendido | (ModoCaptura() ? WS_EX_NOACTIVATE : 0), molde.classe,
                                         molde.titulo, WS_POPUP | WS_CLIPCHILDREN, lugar.x, lugar.y, tamanho.cx,
                                         tamanho.cy, dona, nullptr, GetModuleHandleW(nullptr), &registro);
-    if (janela == nullptr) {
+    if (janela == nullptr || !De(janela)->Montar()) {
         LogLinha("Interface: CreateWindow falhou ({})", GetLastError());
+        DestroyWindow(janela);
         return nullptr;
     }
     ArredondarJanela(janela, tamanho);
-    De(janela)->Montar();
     EnableWindow(dona, FALSE);
     MostrarJanela(janela);
     return janela;
@@ -176,7 +176,7 @@ POINT NaAreaDeTrabalho(POINT lugar, SIZE tamanho) {
     return {Encaixar(lugar.x, tamanho.cx, area.left, area.right), Encaixar(lugar.y, tamanho.cy, area.top, area.bottom)};
 }
 
-Trecho JanelaModal::CriarFila(std::span<const BotaoDaFila> botoes) const {
+std::optional<Trecho> JanelaModal::CriarFila(std::span<const BotaoDaFila> botoes) const {
     const HFONT fonte = Fontes::De(FontesDaInterface().negrito);
     std::vector<int> larguras;
     int total = -kEntreBotoes;
@@ -187,11 +187,11 @@ Trecho JanelaModal::CriarFila(std::span<const BotaoDaFila> botoes) const {
     const int inicio = (tamanho_.cx - total) / 2;
     int x = inicio;
     for (std::size_t i = 0; i < botoes.size(); ++i) {
-        CriarControle(janela_, botoes[i].kind, botoes[i].id, botoes[i].texto,
-                      {x, tamanho_.cy - kBotoesDoFim, larguras[i], kAlturaDoBotao});
+        const Lugar lugar{x, tamanho_.cy - kBotoesDoFim, larguras[i], kAlturaDoBotao};
+        if (CriarControle(janela_, botoes[i].kind, botoes[i].id, botoes[i].texto, lugar) == nullptr) return {};
         x += larguras[i] + kEntreBotoes;
     }
-    return {inicio, inicio + total};
+    return Trecho{inicio, inicio + total};
 }
 
 }  // namespace zu::launcher

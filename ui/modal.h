@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "ui/controle.h"
@@ -49,13 +50,13 @@ class JanelaModal {
     [[nodiscard]] HWND Filho(int id) const { return GetDlgItem(janela_, id); }
     [[nodiscard]] SIZE Medidas() const { return tamanho_; }
     // Makes the buttons in a row in the middle of the window's foot, each as wide as its caption asks for. Returns
-    // where the row begins and ends.
-    Trecho CriarFila(std::span<const BotaoDaFila> botoes) const;
+    // where the row begins and ends; nothing when a button could not be made.
+    [[nodiscard]] std::optional<Trecho> CriarFila(std::span<const BotaoDaFila> botoes) const;
     // Asks for the end: `RodarModal` returns.
     void Fechar();
 
-    // The window is made and not yet shown: its controls and timers.
-    virtual void Montar() = 0;
+    // The window is made and not yet shown: its controls and timers. False when they could not be made.
+    virtual bool Montar() = 0;
     virtual void Pintar(HDC dc, const AparenciaMoldura& moldura) const = 0;
     virtual void AoComando(int id) = 0;
     virtual void AoRelogio(UINT_PTR relogio) = 0;

@@ -162,8 +162,7 @@ void PintarLista(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
     {
         const bool aceso = estado.hover || estado.pressed;
         Tela tela(dc);
-        PintarFace(tela, AreaDe(r, 0.5F), kRaioDaLista, a, Clarear(estado.fill, 16),
-                   aceso ? kContornoMarcado : kContorno);
+        PintarFace(tela, AreaDe(r, 0.5F), kRaioDaLista, a, estado.fill, aceso ? kContornoMarcado : kContorno);
         const REAL x = static_cast<REAL>(r.right) - static_cast<REAL>(kLarguraDoSinal) / 2 - 1;
         const REAL y = static_cast<REAL>(r.top + r.bottom) / 2;
         const std::array sinal{Gdiplus::PointF(x - 5, y - 2.5F), Gdiplus::PointF(x, y - 1),
@@ -207,7 +206,7 @@ void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
 }  // namespace
 
 void PintarControle(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
-    PreencherRetangulo(dc, r, a.estado.fill);
+    PreencherRetangulo(dc, r, a.estado.fundo);
     switch (a.estado.kind) {
         case TipoControle::Botao:
         case TipoControle::BotaoPrincipal:

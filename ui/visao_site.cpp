@@ -3,6 +3,7 @@
 // after windows.h
 #include <objbase.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <system_error>
@@ -33,6 +34,9 @@ std::wstring EnderecoDe(Evento& evento) {
     CoTaskMemFree(texto);
     return endereco;
 }
+
+// Of an address in the log: the page may make one of any length.
+constexpr std::size_t kMaiorEsquema = 32;
 
 std::uint32_t Codigo(HRESULT resultado) {
     return static_cast<std::uint32_t>(resultado);
@@ -192,7 +196,11 @@ void VisaoSite::ProcessoCaiu(ICoreWebView2ProcessFailedEventArgs& evento) {
 
 // The address comes from the page: the shell would also start programs and open files.
 void VisaoSite::AbrirFora(const std::wstring& endereco) {
-    if (endereco.starts_with(L"http://") || endereco.starts_with(L"https://")) ambiente_.abrir(endereco);
+    if (endereco.starts_with(L"http://") || endereco.starts_with(L"https://"))
+        ambiente_.abrir(endereco);
+    else
+        LogLinha("Site: esquema recusado: {}",
+                 ParaUtf8(endereco.substr(0, std::min(endereco.find(L':'), kMaiorEsquema))));
 }
 
 void VisaoSite::DefinirVisivel(bool visivel) {

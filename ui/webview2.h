@@ -18,6 +18,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "core/excecao.h"
+#include "core/log.h"
 #include "ui/com.h"
 
 namespace zu::launcher {
@@ -208,8 +210,13 @@ class Tratador<Interface, void(Argumentos...)> final : public Interface {
         return restam;
     }
     HRESULT STDMETHODCALLTYPE Invoke(Argumentos... argumentos) override {
-        funcao_(argumentos...);
-        return S_OK;
+        try {
+            funcao_(argumentos...);
+            return S_OK;
+        } catch (const std::exception& falha) {
+            LogLinha("WebView2: {}", TextoDaExcecao(falha));
+            return E_FAIL;
+        }
     }
 
  private:
