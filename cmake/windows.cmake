@@ -65,28 +65,28 @@ add_library(zu_app STATIC
 target_link_libraries(zu_app PUBLIC zu_update zu_game shell32 ole32)
 
 add_library(zu_ui STATIC
-    ui/captura.cpp
-    ui/controle.cpp
-    ui/desenho.cpp
-    ui/estado_interface.cpp
-    ui/fim_da_interface.cpp
-    ui/fontes.cpp
+    ui/captura/captura.cpp
+    ui/controles/controle.cpp
+    ui/controles/pintor_controle.cpp
+    ui/desenho/desenho.cpp
+    ui/desenho/fontes.cpp
+    ui/desenho/moldura.cpp
     ui/interface.cpp
-    ui/janela_diagnostico.cpp
-    ui/janela_opcoes.cpp
-    ui/janela_principal.cpp
-    ui/janela_requisitos.cpp
-    ui/modal.cpp
-    ui/molde.cpp
-    ui/moldura.cpp
-    ui/pintor_controle.cpp
-    ui/pintor_diagnostico.cpp
-    ui/pintor_modal.cpp
-    ui/pintor_opcoes.cpp
-    ui/pintor_principal.cpp
-    ui/pintor_requisitos.cpp
-    ui/runtime_site.cpp
-    ui/visao_site.cpp)
+    ui/janelas/diagnostico.cpp
+    ui/janelas/estado_interface.cpp
+    ui/janelas/fim_da_interface.cpp
+    ui/janelas/modal.cpp
+    ui/janelas/molde.cpp
+    ui/janelas/opcoes.cpp
+    ui/janelas/pintor_diagnostico.cpp
+    ui/janelas/pintor_modal.cpp
+    ui/janelas/pintor_opcoes.cpp
+    ui/janelas/pintor_principal.cpp
+    ui/janelas/pintor_requisitos.cpp
+    ui/janelas/principal.cpp
+    ui/janelas/requisitos.cpp
+    ui/site/runtime_site.cpp
+    ui/site/visao_site.cpp)
 target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi gdi32 user32 ole32 uuid)
 
 add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)

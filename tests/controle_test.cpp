@@ -1,6 +1,6 @@
 // The controls through their real window procedure.
 #include "tests/suporte/janelas.h"
-#include "ui/molde.h"
+#include "ui/janelas/molde.h"
 
 namespace zu::launcher {
 namespace {

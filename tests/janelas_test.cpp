@@ -1,6 +1,6 @@
 // Options, requirements and diagnostics in their own loops, driven by messages as the player sends them.
 #include "tests/suporte/janelas.h"
-#include "ui/modal.h"
+#include "ui/janelas/modal.h"
 
 namespace zu::launcher {
 namespace {

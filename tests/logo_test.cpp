@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "ui/logo.h"
+#include "ui/desenho/logo.h"
 
 namespace zu::launcher {
 namespace {

@@ -6,7 +6,7 @@ pasta=$RAIZ/build/pagina-site
 trap 'encerrar_nginx "$pasta/nginx"; rm -rf "$pasta"' EXIT
 rm -rf "$pasta"
 mkdir -p "$pasta/www"
-"${CXX:-clang++}" -std=c++20 -I"$RAIZ" "$RAIZ/tests/pagina_site/imprimir.cpp" "$RAIZ/ui/script_site.cpp" \
+"${CXX:-clang++}" -std=c++20 -I"$RAIZ" "$RAIZ/tests/pagina_site/imprimir.cpp" "$RAIZ/ui/site/script_site.cpp" \
     -o "$pasta/imprimir"
 iniciar_nginx "$pasta/nginx" "$pasta/www"
 PYTHONDONTWRITEBYTECODE=1 python3 "$RAIZ/tests/pagina_site/paginas.py" "$pasta/imprimir" "$(command -v chromium)" \

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "tests/suporte/janelas.h"
-#include "ui/pintor_controle.h"
-#include "ui/pintor_principal.h"
+#include "ui/controles/pintor_controle.h"
+#include "ui/janelas/pintor_principal.h"
 
 namespace zu::launcher {
 namespace {

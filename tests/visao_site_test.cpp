@@ -1,11 +1,11 @@
 // The view against the stand-in for its runtime, which delivers what it owes when the test says so.
-#include "ui/visao_site.h"
+#include "ui/site/visao_site.h"
 
 #include <optional>
 
 #include "tests/suporte/janelas.h"
-#include "ui/runtime_site.h"
-#include "ui/script_site.h"
+#include "ui/site/runtime_site.h"
+#include "ui/site/script_site.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Prints the launcher's page script for the selector given as the argument.
 #include <cstdio>
 
-#include "ui/script_site.h"
+#include "ui/site/script_site.h"
 
 int main(int quantos, char** argumentos) {
     if (quantos != 2) return 2;

@@ -6,7 +6,7 @@
 #include <bit>
 
 #include "ui/interface.h"
-#include "ui/modal.h"
+#include "ui/janelas/modal.h"
 
 namespace zu::launcher::teste {
 

@@ -25,13 +25,13 @@
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/superficie.h"
-#include "ui/controle.h"
-#include "ui/estado_interface.h"
-#include "ui/fim_da_interface.h"
-#include "ui/janela_diagnostico.h"
-#include "ui/janela_opcoes.h"
-#include "ui/janela_principal.h"
-#include "ui/janela_requisitos.h"
+#include "ui/controles/controle.h"
+#include "ui/janelas/diagnostico.h"
+#include "ui/janelas/estado_interface.h"
+#include "ui/janelas/fim_da_interface.h"
+#include "ui/janelas/opcoes.h"
+#include "ui/janelas/principal.h"
+#include "ui/janelas/requisitos.h"
 
 namespace zu::launcher::teste {
 

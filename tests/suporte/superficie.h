@@ -11,7 +11,7 @@
 #include <string>
 
 #include "core/formato.h"
-#include "ui/desenho.h"
+#include "ui/desenho/desenho.h"
 
 namespace zu::launcher::teste {
 

@@ -1,0 +1,279 @@
+#include "ui/controles/controle.h"
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "core/handle.h"
+#include "ui/controles/pintor_controle.h"
+#include "ui/janelas/molde.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr UINT_PTR kAnimacao = 1;
+constexpr UINT kPassoRapido = 15;  // ms, while something moves
+constexpr UINT kPassoLento = 30;   // ms, the primary button's steady pulse
+
+constexpr float kSubida = 0.12F;
+constexpr float kDescida = 0.08F;
+constexpr float kPassoDoClarao = 0.035F;
+constexpr float kPassoDaFase = 0.09F;
+constexpr float kVolta = 6.2832F;
+
+constexpr Lugar kLista{160, 0, 266, 22};
+constexpr COLORREF kCorDaLista = RGB(212, 212, 212);
+
+struct TracosMenu {
+    using Tipo = HMENU;
+    static Tipo Nulo() noexcept { return nullptr; }
+    static void Fechar(Tipo menu) noexcept { DestroyMenu(menu); }
+};
+
+bool TemClarao(TipoControle kind) {
+    return kind == TipoControle::Botao || kind == TipoControle::BotaoPrincipal;
+}
+bool Anima(TipoControle kind) {
+    return TemClarao(kind) || kind == TipoControle::Opcao;
+}
+
+void Repintar(HWND controle) {
+    InvalidateRect(controle, nullptr, FALSE);
+}
+
+bool Dentro(HWND controle, LPARAM lParam) {
+    RECT r{};
+    GetClientRect(controle, &r);
+    return PtInRect(&r, PontoDe(lParam)) != FALSE;
+}
+
+void Notificar(HWND controle, WORD codigo) {
+    const auto id = static_cast<WORD>(GetDlgCtrlID(controle));
+    SendMessageW(GetParent(controle), WM_COMMAND, MAKEWPARAM(id, codigo), reinterpret_cast<LPARAM>(controle));
+}
+
+void MudarHover(HWND controle, EstadoControle& estado, bool hover) {
+    estado.hover = hover;
+    if (hover) {
+        PedirSaidaDoMouse(controle);
+        if (TemClarao(estado.kind)) estado.flash = 0;
+    }
+    if (Anima(estado.kind)) SetTimer(controle, kAnimacao, kPassoRapido, nullptr);
+    Repintar(controle);
+}
+
+// A pressed control holds the mouse, so moves come from outside it too.
+void AoMover(HWND controle, EstadoControle& estado, LPARAM lParam) {
+    const bool hover = !estado.pressed || Dentro(controle, lParam);
+    if (hover != estado.hover) MudarHover(controle, estado, hover);
+}
+
+// The item that the player chose, or -1.
+int EscolherNoMenu(HWND controle, const EstadoControle& estado) {
+    const Handle<TracosMenu> menu(CreatePopupMenu());
+    for (std::size_t i = 0; i < estado.items.size(); ++i) {
+        const UINT marca = std::cmp_equal(i, estado.selected) ? MF_CHECKED : MF_UNCHECKED;
+        AppendMenuW(menu.Valor(), MF_STRING | marca, i + 1, estado.items[i].c_str());
+    }
+    RECT r{};
+    GetWindowRect(controle, &r);
+    return TrackPopupMenu(menu.Valor(), TPM_RETURNCMD | TPM_NONOTIFY, r.left, r.bottom, 0, controle, nullptr) - 1;
+}
+
+void AbrirLista(HWND controle, EstadoControle& estado) {
+    Repintar(controle);
+    const int escolha = EscolherNoMenu(controle, estado);
+    if (!IsWindow(controle)) return;
+    // A click on the open list closes it; the system leaves that click to be handled once more.
+    MSG clique{};
+    if (escolha < 0) PeekMessageW(&clique, controle, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE);
+    estado.hover = false;
+    estado.pressed = false;
+    Repintar(controle);
+    if (escolha < 0 || escolha == estado.selected) return;
+    estado.selected = escolha;
+    Notificar(controle, kCodigoSelecao);
+}
+
+void AoPressionar(HWND controle, EstadoControle& estado) {
+    estado.pressed = true;
+    if (estado.kind == TipoControle::Lista) {
+        AbrirLista(controle, estado);
+        return;
+    }
+    SetCapture(controle);
+    Repintar(controle);
+}
+
+void AoSoltar(HWND controle, EstadoControle& estado, LPARAM lParam) {
+    if (!estado.pressed) return;
+    estado.pressed = false;
+    ReleaseCapture();
+    Repintar(controle);
+    if (!Dentro(controle, lParam)) {
+        if (estado.hover) MudarHover(controle, estado, false);
+        return;
+    }
+    if (estado.kind == TipoControle::DoDono) return;
+    if (estado.kind == TipoControle::Caixa) estado.checked = !estado.checked;
+    if (estado.kind == TipoControle::Opcao) estado.checked = true;
+    // Last: the parent may destroy the control.
+    Notificar(controle, kCodigoClique);
+}
+
+// Another window took the mouse while the button was held: no click comes of it.
+void AoPerderCaptura(HWND controle, EstadoControle& estado) {
+    if (!estado.pressed || estado.kind == TipoControle::Lista) return;
+    estado.pressed = false;
+    MudarHover(controle, estado, false);
+}
+
+// A disabled window gets no word of the pointer leaving it.
+void AoHabilitar(HWND controle, EstadoControle& estado, bool habilitado) {
+    if (!habilitado && estado.hover) MudarHover(controle, estado, false);
+    Repintar(controle);
+}
+
+void AvancarAnimacao(HWND controle, EstadoControle& estado) {
+    const float alvo = estado.hover ? 1.0F : 0.0F;
+    if (estado.hover_level < alvo) estado.hover_level = std::min(estado.hover_level + kSubida, alvo);
+    if (estado.hover_level > alvo) estado.hover_level = std::max(estado.hover_level - kDescida, alvo);
+    if (estado.flash >= 0) estado.flash += kPassoDoClarao;
+    if (estado.flash > 1) estado.flash = -1;
+    const bool move = estado.hover_level != alvo || estado.flash >= 0;
+    if (estado.kind == TipoControle::BotaoPrincipal) {
+        estado.phase += kPassoDaFase;
+        if (estado.phase > kVolta) estado.phase -= kVolta;
+        SetTimer(controle, kAnimacao, move ? kPassoRapido : kPassoLento, nullptr);
+    } else if (!move) {
+        KillTimer(controle, kAnimacao);
+    }
+    Repintar(controle);
+}
+
+void Pintar(HWND controle, const EstadoControle& estado, HDC dc) {
+    std::wstring legenda(static_cast<std::size_t>(GetWindowTextLengthW(controle)), L'\0');
+    GetWindowTextW(controle, legenda.data(), static_cast<int>(legenda.size()) + 1);
+    RECT r{};
+    GetClientRect(controle, &r);
+    PintarControle(dc, r, {estado, legenda, IsWindowEnabled(controle) != FALSE}, FontesDaInterface());
+}
+
+// The record comes with the window's creation, in a `unique_ptr` that is emptied once the window owns it.
+void Adotar(HWND controle, LPARAM lParam) {
+    const auto* criacao = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    auto& estado = *static_cast<std::unique_ptr<EstadoControle>*>(criacao->lpCreateParams);
+    SetWindowLongPtrW(controle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(estado.release()));
+}
+
+void Abandonar(HWND controle) {
+    const std::unique_ptr<EstadoControle> estado(&EstadoDo(controle));
+    SetWindowLongPtrW(controle, GWLP_USERDATA, 0);
+}
+
+// True when the message is done with, answered with 0.
+bool Tratar(HWND controle, EstadoControle& estado, UINT mensagem, WPARAM wParam, LPARAM lParam) {
+    switch (mensagem) {
+        case WM_MOUSEMOVE:
+            AoMover(controle, estado, lParam);
+            return true;
+        case WM_MOUSELEAVE:
+            if (!estado.pressed) MudarHover(controle, estado, false);
+            return true;
+        case WM_LBUTTONDOWN:
+            AoPressionar(controle, estado);
+            return true;
+        case WM_LBUTTONUP:
+            AoSoltar(controle, estado, lParam);
+            return true;
+        case WM_CAPTURECHANGED:
+            AoPerderCaptura(controle, estado);
+            return true;
+        case WM_ENABLE:
+            AoHabilitar(controle, estado, wParam != FALSE);
+            return true;
+        case WM_TIMER:
+            if (wParam == kAnimacao) AvancarAnimacao(controle, estado);
+            return true;
+        case WM_PAINT:
+            PintarJanela(controle, [&](HDC dc) { Pintar(controle, estado, dc); });
+            return true;
+        case WM_PRINTCLIENT:
+            Pintar(controle, estado, reinterpret_cast<HDC>(wParam));
+            return true;
+        default:
+            return false;
+    }
+}
+
+LRESULT CALLBACK ProcedimentoDoControle(HWND controle, UINT mensagem, WPARAM wParam, LPARAM lParam) {
+    if (mensagem == WM_NCCREATE) Adotar(controle, lParam);
+    if (GetWindowLongPtrW(controle, GWLP_USERDATA) == 0) return DefWindowProcW(controle, mensagem, wParam, lParam);
+    if (mensagem == WM_ERASEBKGND) return 1;
+    if (mensagem == WM_NCDESTROY)
+        Abandonar(controle);
+    else if (Tratar(controle, EstadoDo(controle), mensagem, wParam, lParam))
+        return 0;
+    const LRESULT resultado = DefWindowProcW(controle, mensagem, wParam, lParam);
+    if (mensagem == WM_SETTEXT) Repintar(controle);
+    return resultado;
+}
+
+}  // namespace
+
+void RegistrarControle(HINSTANCE modulo) {
+    RegistrarClasse(modulo, kClasseDoControle, ProcedimentoDoControle);
+}
+
+HWND CriarControle(HWND pai, TipoControle kind, int id, const wchar_t* texto, const Lugar& lugar) {
+    auto estado = std::make_unique<EstadoControle>();
+    estado->kind = kind;
+    const HWND controle =
+        CreateWindowExW(0, kClasseDoControle, texto, WS_CHILD | WS_VISIBLE, lugar.x, lugar.y, lugar.w, lugar.h, pai,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), &estado);
+    if (controle != nullptr && kind == TipoControle::BotaoPrincipal) {
+        SetTimer(controle, kAnimacao, kPassoLento, nullptr);
+    }
+    return controle;
+}
+
+HWND CriarLista(HWND pai, int id, int y, std::vector<std::wstring> items, std::int32_t selected) {
+    const HWND lista = CriarControle(pai, TipoControle::Lista, id, L"", {kLista.x, y, kLista.w, kLista.h});
+    if (lista == nullptr) return nullptr;
+    EstadoControle& estado = EstadoDo(lista);
+    const auto ultimo = static_cast<std::int32_t>(items.size()) - 1;
+    estado.selected = std::max(0, std::min(selected, ultimo));
+    estado.items = std::move(items);
+    estado.fill = kCorDaLista;
+    estado.fundo = kCorDaJanela;
+    return lista;
+}
+
+bool EhControle(HWND janela) {
+    wchar_t classe[64];
+    const int tamanho = GetClassNameW(janela, classe, static_cast<int>(std::size(classe)));
+    return std::wstring_view(classe, static_cast<std::size_t>(tamanho)) == kClasseDoControle;
+}
+
+EstadoControle& EstadoDo(HWND controle) {
+    return *reinterpret_cast<EstadoControle*>(GetWindowLongPtrW(controle, GWLP_USERDATA));
+}
+
+void Marcar(HWND controle, bool checked) {
+    if (std::exchange(EstadoDo(controle).checked, checked) != checked) Repintar(controle);
+}
+
+void Habilitar(HWND controle, bool habilitado) {
+    if ((IsWindowEnabled(controle) != FALSE) != habilitado) EnableWindow(controle, habilitado ? TRUE : FALSE);
+}
+
+void DefinirTexto(HWND controle, const std::wstring& text) {
+    EstadoControle& estado = EstadoDo(controle);
+    if (estado.text == text) return;
+    estado.text = text;
+    Repintar(controle);
+}
+
+}  // namespace zu::launcher

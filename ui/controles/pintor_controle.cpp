@@ -1,0 +1,230 @@
+#include "ui/controles/pintor_controle.h"
+
+#include <array>
+#include <cmath>
+#include <numbers>
+
+namespace zu::launcher {
+namespace {
+
+constexpr COLORREF kTexto = RGB(0, 0, 0);
+constexpr COLORREF kTextoDesligado = RGB(128, 128, 128);
+constexpr COLORREF kTextoMenor = RGB(80, 80, 80);
+
+constexpr float kAlfaDoBrilho = 90;
+constexpr REAL kLarguraDoBrilho = 2;
+constexpr float kAlfaDoTom = 36;  // the face takes on some of the glow's colour
+
+constexpr REAL kLarguraDoPulso = 1.6F;
+constexpr float kPulsoMinimo = 40;
+constexpr float kPulsoAmplitude = 70;
+
+// How far the face's gradient goes from the fill colour, up to white and down to black.
+struct Relevo {
+    int alto;
+    int meio;
+    int baixo;
+};
+constexpr Relevo kEmPe{24, 2, -40};
+constexpr Relevo kPressionada{-58, -34, -12};
+constexpr Relevo kDesligada{6, 0, -12};
+constexpr REAL kLugarDoMeio = 0.5F;
+
+constexpr ARGB kContorno = Argb(255, 104, 104, 104);
+constexpr ARGB kContornoDesligado = Argb(255, 168, 168, 168);
+constexpr ARGB kContornoMarcado = Argb(255, 40, 96, 190);
+constexpr ARGB kLustroAlto = Argb(190, 255, 255, 255);
+constexpr ARGB kLustroBaixo = Argb(40, 255, 255, 255);
+constexpr ARGB kFioClaro = Argb(120, 255, 255, 255);
+constexpr float kAlfaDoClarao = 120;
+constexpr REAL kLarguraDoClarao = 26;
+
+constexpr REAL kRaioDaLista = 4;
+constexpr REAL kRaioDaOpcao = 7;
+constexpr int kRecuoDaLista = 8;
+constexpr int kLarguraDoSinal = 22;  // the drop-down sign's place at the right end
+
+constexpr REAL kLadoDaMarca = 14;
+constexpr int kRecuoDaMarca = 20;         // from a check box's left edge to its caption
+constexpr int kRecuoDaMarcaNaOpcao = 12;  // from a tile's left edge to its mark
+constexpr int kRecuoDaLegenda = 34;       // from a tile's left edge to its texts
+
+unsigned Alfa(float valor) {
+    return static_cast<unsigned>(std::lround(valor));
+}
+
+// The hover glow's colour.
+ARGB Azul(float alfa) {
+    return Argb(Alfa(alfa), 90, 150, 255);
+}
+
+bool Afundado(const AparenciaControle& a) {
+    return a.estado.pressed && a.estado.hover;
+}
+
+const Relevo& RelevoDe(const AparenciaControle& a) {
+    if (!a.habilitado) return kDesligada;
+    const bool afundada = a.estado.kind == TipoControle::Lista ? a.estado.pressed : Afundado(a);
+    return afundada ? kPressionada : kEmPe;
+}
+
+// A diagonal sheen that crosses the face once.
+void PintarClarao(Tela& tela, const Area& face, float flash) {
+    const REAL x = face.x - kLarguraDoClarao + (face.largura + kLarguraDoClarao) * flash;
+    const REAL inclinacao = face.altura / 2;
+    const std::array pontos{Gdiplus::PointF(x + inclinacao, face.y),
+                            Gdiplus::PointF(x + inclinacao + kLarguraDoClarao, face.y),
+                            Gdiplus::PointF(x + kLarguraDoClarao - inclinacao, face.y + face.altura),
+                            Gdiplus::PointF(x - inclinacao, face.y + face.altura)};
+    const float forca = std::sin(flash * std::numbers::pi_v<float>);
+    tela.Poligono(pontos, Argb(Alfa(forca * kAlfaDoClarao), 255, 255, 255));
+}
+
+// The body that all faces share: gradient, highlight, sheen, glow and outline.
+void PintarFace(Tela& tela, const Area& face, REAL raio, const AparenciaControle& a, COLORREF cor, ARGB contorno) {
+    const EstadoControle& estado = a.estado;
+    const Relevo& relevo = RelevoDe(a);
+    const Caminho figura(face, raio);
+    tela.Preencher(figura, face, Opaca(Clarear(cor, relevo.alto)), Opaca(Clarear(cor, relevo.meio)),
+                   Opaca(Clarear(cor, relevo.baixo)), kLugarDoMeio);
+    tela.Recortar(figura);
+    if (&relevo == &kEmPe) {
+        const Area lustro{face.x + 2, face.y + 1, face.largura - 4, face.altura * 0.46F};
+        tela.Preencher(Caminho(lustro, raio - 1), lustro, kLustroAlto, kLustroBaixo);
+    }
+    if (estado.hover_level > 0) tela.Preencher(figura, Azul(estado.hover_level * kAlfaDoTom));
+    if (estado.flash >= 0) PintarClarao(tela, face, estado.flash);
+    tela.SemRecorte();
+    if (&relevo != &kPressionada) {
+        tela.Contornar(Caminho({face.x + 1, face.y + 1, face.largura - 2, face.altura - 2}, raio - 1), kFioClaro, 1);
+    }
+    tela.Contornar(figura, a.habilitado ? contorno : kContornoDesligado, 1);
+    if (estado.hover_level > 0) {
+        tela.Contornar(figura, Azul(estado.hover_level * kAlfaDoBrilho), kLarguraDoBrilho);
+    }
+}
+
+void PintarBotao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
+    const Area face = AreaDe(r, 1.5F);
+    const REAL raio = face.altura / 2;
+    {
+        Tela tela(dc);
+        PintarFace(tela, face, raio, a, a.estado.fill, kContorno);
+        if (a.estado.kind == TipoControle::BotaoPrincipal) {
+            const float alfa = (std::sin(a.estado.phase) * 0.5F + 0.5F) * kPulsoAmplitude + kPulsoMinimo;
+            tela.Contornar(Caminho(face, raio), Argb(Alfa(alfa), 255, 190, 60), kLarguraDoPulso);
+        }
+    }
+    RECT texto = r;
+    InflateRect(&texto, -6, 0);
+    if (Afundado(a)) OffsetRect(&texto, 1, 1);
+    Escrever(dc, a.legenda, texto, Fontes::De(fontes.negrito), a.habilitado ? kTexto : kTextoDesligado,
+             kUmaLinha | DT_CENTER);
+}
+
+// A sunken circle of two half arcs, dark above and light below, with a dot when checked.
+void PintarMarca(Tela& tela, const Area& circulo, const AparenciaControle& a) {
+    const EstadoControle& estado = a.estado;
+    const bool aceso = a.habilitado && (estado.hover || estado.pressed);
+    tela.Elipse(circulo, Opaca(!a.habilitado ? RGB(218, 218, 218)
+                               : Afundado(a) ? RGB(214, 224, 240)
+                                             : RGB(250, 250, 250)));
+    const ARGB sombra = !a.habilitado ? kContornoDesligado : aceso ? kContornoMarcado : Argb(255, 90, 90, 90);
+    const ARGB luz = !a.habilitado ? Argb(255, 196, 196, 196)
+                     : aceso       ? Argb(255, 120, 165, 235)
+                                   : Argb(255, 160, 160, 160);
+    tela.Arco(circulo, 180, 180, sombra, 1.4F);
+    tela.Arco(circulo, 0, 180, luz, 1.4F);
+    if (!estado.checked) return;
+    const Area ponto{circulo.x + 3.5F, circulo.y + 3.5F, circulo.largura - 7, circulo.altura - 7};
+    const Caminho figura(ponto, ponto.altura / 2);
+    if (a.habilitado) {
+        tela.Preencher(figura, ponto, Argb(255, 96, 156, 246), Argb(255, 22, 70, 165));
+    } else {
+        tela.Preencher(figura, Argb(255, 150, 150, 150));
+    }
+}
+
+void PintarCaixa(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
+    {
+        Tela tela(dc);
+        const REAL topo = (static_cast<REAL>(r.bottom + r.top) - kLadoDaMarca) / 2;
+        PintarMarca(tela, {static_cast<REAL>(r.left) + 1, topo, kLadoDaMarca, kLadoDaMarca}, a);
+    }
+    RECT texto = r;
+    texto.left += kRecuoDaMarca;
+    Escrever(dc, a.legenda, texto, Fontes::De(fontes.normal), a.habilitado ? kTexto : kTextoDesligado, kUmaLinha);
+}
+
+void PintarLista(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
+    const EstadoControle& estado = a.estado;
+    const COLORREF cor = a.habilitado ? kTexto : kTextoDesligado;
+    {
+        const bool aceso = estado.hover || estado.pressed;
+        Tela tela(dc);
+        PintarFace(tela, AreaDe(r, 0.5F), kRaioDaLista, a, estado.fill, aceso ? kContornoMarcado : kContorno);
+        const REAL x = static_cast<REAL>(r.right) - static_cast<REAL>(kLarguraDoSinal) / 2 - 1;
+        const REAL y = static_cast<REAL>(r.top + r.bottom) / 2;
+        const std::array sinal{Gdiplus::PointF(x - 5, y - 2.5F), Gdiplus::PointF(x, y - 1),
+                               Gdiplus::PointF(x + 5, y - 2.5F), Gdiplus::PointF(x, y + 3.5F)};
+        tela.Poligono(sinal, Opaca(a.habilitado ? RGB(50, 50, 50) : kTextoDesligado));
+    }
+    if (estado.selected < 0 || static_cast<std::size_t>(estado.selected) >= estado.items.size()) return;
+    RECT texto = r;
+    texto.left += kRecuoDaLista;
+    texto.right -= kLarguraDoSinal;
+    Escrever(dc, estado.items[static_cast<std::size_t>(estado.selected)], texto, Fontes::De(fontes.normal), cor,
+             kUmaLinha);
+}
+
+void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
+    const EstadoControle& estado = a.estado;
+    const COLORREF cor = estado.checked ? RGB(206, 220, 242) : estado.fill;
+    {
+        Tela tela(dc);
+        const Area face = AreaDe(r, 1.5F);
+        PintarFace(tela, face, kRaioDaOpcao, a, cor, estado.checked ? kContornoMarcado : kContorno);
+        const REAL x = static_cast<REAL>(r.left + kRecuoDaMarcaNaOpcao);
+        PintarMarca(tela, {x, (static_cast<REAL>(r.top + r.bottom) - kLadoDaMarca) / 2, kLadoDaMarca, kLadoDaMarca}, a);
+    }
+    RECT texto{r.left + kRecuoDaLegenda, r.top, r.right - kRecuoDaLista, r.bottom};
+    if (Afundado(a)) OffsetRect(&texto, 1, 1);
+    const int meio = (texto.top + texto.bottom) / 2;
+    RECT legenda = texto;
+    if (!estado.text.empty()) {
+        const HFONT pequena = Fontes::De(fontes.pequena);
+        const bool cabe = LarguraDoTexto(estado.text, pequena) <= texto.right - texto.left;
+        legenda.top = meio - (cabe ? 18 : 24);
+        legenda.bottom = legenda.top + 19;
+        const RECT menor{texto.left, legenda.bottom, texto.right, legenda.bottom + (cabe ? 17 : 28)};
+        Escrever(dc, estado.text, menor, pequena, a.habilitado ? kTextoMenor : kTextoDesligado,
+                 cabe ? kUmaLinha : kVariasLinhas);
+    }
+    Escrever(dc, a.legenda, legenda, Fontes::De(fontes.negrito), a.habilitado ? kTexto : kTextoDesligado, kUmaLinha);
+}
+
+}  // namespace
+
+void PintarControle(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
+    PreencherRetangulo(dc, r, a.estado.fundo);
+    switch (a.estado.kind) {
+        case TipoControle::Botao:
+        case TipoControle::BotaoPrincipal:
+            PintarBotao(dc, r, a, fontes);
+            break;
+        case TipoControle::Caixa:
+            PintarCaixa(dc, r, a, fontes);
+            break;
+        case TipoControle::Lista:
+            PintarLista(dc, r, a, fontes);
+            break;
+        case TipoControle::Opcao:
+            PintarOpcao(dc, r, a, fontes);
+            break;
+        case TipoControle::DoDono:
+            if (a.estado.pintor) a.estado.pintor(dc, r, a.estado);
+            break;
+    }
+}
+
+}  // namespace zu::launcher

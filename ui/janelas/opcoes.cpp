@@ -1,0 +1,199 @@
+#include "ui/janelas/opcoes.h"
+
+#include <array>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/controlador.h"
+#include "core/utf16.h"
+#include "game/requisitos.h"
+#include "game/veredito.h"
+#include "ui/janelas/modal.h"
+#include "ui/janelas/pintor_opcoes.h"
+#include "ui/janelas/requisitos.h"
+
+namespace zu::launcher {
+namespace {
+
+constexpr UINT_PTR kRelogio = 8;
+constexpr UINT kIntervalo = 250;  // ms
+
+constexpr MoldeModal kMolde{kClasseDasOpcoes, L"Opções", 0, &EstadoInterface::opcoes, &EstadoInterface::principal,
+                            kBotaoOk};
+
+struct ControleDasOpcoes {
+    TipoControle kind;
+    int id;
+    const wchar_t* texto;
+    Lugar lugar;
+    std::int32_t OpcoesJogo::*campo;  // of a check box
+};
+// The box of "Janela sem borda" reaches over the check box beside it, which keeps its own place.
+constexpr RECT kRegiaoDaSemBorda{0, 0, 146, 20};
+
+constexpr std::array<ControleDasOpcoes, 8> kControles{{
+    {TipoControle::Opcao, kOpcaoD3d12, L"DirectX 12", {14, 52, 201, 60}, nullptr},
+    {TipoControle::Opcao, kOpcaoVulkan, L"Vulkan", {225, 52, 201, 60}, nullptr},
+    {TipoControle::Caixa, kCaixaSemBorda, L"Janela sem borda", {14, 198, 190, 20}, &OpcoesJogo::borderless},
+    {TipoControle::Caixa, kCaixaVsync, L"Sincronia vertical (VSync)", {160, 198, 266, 20}, &OpcoesJogo::vsync},
+    {TipoControle::Caixa,
+     kCaixaFecharAoJogar,
+     L"Fechar o launcher ao jogar",
+     {14, 366, 260, 20},
+     &OpcoesJogo::fecharAoJogar},
+    {TipoControle::Botao, kBotaoRequisitos, L"Requisitos", {98, 446, 92, 28}, nullptr},
+    {TipoControle::BotaoPrincipal, kBotaoOk, L"OK", {200, 446, 68, 28}, nullptr},
+    {TipoControle::Botao, kBotaoCancelar, L"Cancelar", {278, 446, 78, 28}, nullptr},
+}};
+
+// The first item is stored as 1, the other as 0.
+constexpr std::array<std::wstring_view, 2> kRotulosModo{L"Janela", L"Tela cheia"};
+constexpr std::array<std::wstring_view, 1> kRotulosIdioma{L"Português (Brasil)"};
+
+struct ListaDasOpcoes {
+    int id;
+    int y;
+    std::span<const std::wstring_view> rotulos;
+    std::int32_t OpcoesJogo::*campo;  // an index into the labels; null: the list has no field of this kind
+};
+constexpr std::array<ListaDasOpcoes, 6> kListas{{
+    {kListaModo, kYModo, kRotulosModo, nullptr},
+    {kListaResolucao, kYResolucao, kRotulosResolucao, &OpcoesJogo::resolution},
+    {kListaLimiteFps, kYLimiteFps, kRotulosLimiteFps, &OpcoesJogo::fpsLimit},
+    {kListaEfeitos, kYEfeitos, kRotulosVolume, &OpcoesJogo::soundLevel},
+    {kListaMusica, kYMusica, kRotulosVolume, &OpcoesJogo::musicLevel},
+    {kListaIdioma, kYIdioma, kRotulosIdioma, nullptr},
+}};
+
+// A tile's second line.
+std::wstring SentencaDaApi(const ResultadoRequisitos& r, bool roda, const std::string& detalhe) {
+    if (!r.concluido) return L"Verificando o computador...";
+    if (!r.relatorioLido) return L"Sem diagnóstico (Zu.exe não respondeu)";
+    if (roda) return L"Roda neste PC";
+    return detalhe.empty() ? L"Não roda neste PC" : DeUtf8(detalhe);
+}
+
+class JanelaOpcoes final : public JanelaModal {
+ public:
+    JanelaOpcoes() : JanelaModal(kMolde, kTamanhoDasOpcoes) {}
+
+ private:
+    bool Montar() override;
+    void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
+        PintarOpcoes(dc, moldura, FontesDaInterface());
+    }
+    void AoComando(int id) override;
+    void AoRelogio(UINT_PTR relogio) override {
+        if (relogio == kRelogio) Atualizar();
+    }
+
+    void Escolher(bool vulkan) const;
+    void Atualizar();
+    void TomarApiCorrigida(const ResultadoRequisitos& r);
+    [[nodiscard]] bool EmJanela() const { return EstadoDo(Filho(kListaModo)).selected == 0; }
+    [[nodiscard]] OpcoesJogo Escolhidas() const;
+
+    bool relatorioVisto_ = false;
+};
+
+bool JanelaOpcoes::Montar() {
+    const OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
+    for (const ControleDasOpcoes& c : kControles) {
+        const HWND controle = CriarControle(Janela(), c.kind, c.id, c.texto, c.lugar);
+        if (controle == nullptr) return false;
+        EstadoControle& estado = EstadoDo(controle);
+        // Buttons stand on the panel.
+        if (c.kind == TipoControle::Caixa || c.kind == TipoControle::Opcao) estado.fundo = kCorDaJanela;
+        if (c.campo != nullptr) estado.checked = opcoes.*c.campo != 0;
+    }
+    SetWindowRgn(Filho(kCaixaSemBorda), CreateRectRgnIndirect(&kRegiaoDaSemBorda), FALSE);
+    for (const ListaDasOpcoes& l : kListas) {
+        const std::int32_t modo = opcoes.windowMode != 0 ? 0 : 1;
+        if (CriarLista(Janela(), l.id, l.y, {l.rotulos.begin(), l.rotulos.end()},
+                       l.campo == nullptr ? modo : opcoes.*l.campo) == nullptr) {
+            return false;
+        }
+    }
+    Escolher(opcoes.api == "vulkan");
+    relatorioVisto_ = ObterControlador().ApiConferida();
+    Atualizar();
+    return SetTimer(Janela(), kRelogio, kIntervalo, nullptr) != 0;
+}
+
+void JanelaOpcoes::AoComando(int id) {
+    switch (id) {
+        case kOpcaoD3d12:
+        case kOpcaoVulkan:
+            Escolher(id == kOpcaoVulkan);
+            break;
+        case kListaModo:
+            Atualizar();
+            break;
+        case kBotaoRequisitos:
+            RodarModal(AbrirRequisitos());
+            break;
+        case kBotaoOk:
+            ObterInterface().opcoesDoJogo = Escolhidas();
+            GravarOpcoesJogo(ObterInterface().opcoesDoJogo);
+            Fechar();
+            break;
+        case kBotaoCancelar:
+            Fechar();
+            break;
+        default:
+            break;
+    }
+}
+
+void JanelaOpcoes::Escolher(bool vulkan) const {
+    Marcar(Filho(kOpcaoD3d12), !vulkan);
+    Marcar(Filho(kOpcaoVulkan), vulkan);
+}
+
+// The controller corrects the file when the report arrives. A window that was opened before must not undo that with
+// "OK", unless the player has chosen otherwise in it.
+void JanelaOpcoes::TomarApiCorrigida(const ResultadoRequisitos& r) {
+    if (!r.relatorioLido || std::exchange(relatorioVisto_, true)) return;
+    const std::string& aberta = ObterInterface().opcoesDoJogo.api;
+    if (Escolhidas().api == aberta) Escolher(ApiQueRoda(aberta, r) == "vulkan");
+}
+
+void JanelaOpcoes::Atualizar() {
+    Habilitar(Filho(kListaResolucao), EmJanela());
+    Habilitar(Filho(kCaixaSemBorda), EmJanela());
+    const ResultadoRequisitos r = ObterRequisitos();
+    TomarApiCorrigida(r);
+    DefinirTexto(Filho(kOpcaoD3d12), SentencaDaApi(r, r.d3d12, r.d3d12Detalhe));
+    DefinirTexto(Filho(kOpcaoVulkan), SentencaDaApi(r, r.vulkan, r.vulkanDetalhe));
+}
+
+OpcoesJogo JanelaOpcoes::Escolhidas() const {
+    OpcoesJogo opcoes = ObterInterface().opcoesDoJogo;
+    opcoes.api = EstadoDo(Filho(kOpcaoVulkan)).checked ? "vulkan" : "d3d12";
+    opcoes.windowMode = EmJanela() ? 1 : 0;
+    for (const ControleDasOpcoes& c : kControles) {
+        if (c.campo != nullptr) opcoes.*c.campo = EstadoDo(Filho(c.id)).checked ? 1 : 0;
+    }
+    for (const ListaDasOpcoes& l : kListas) {
+        if (l.campo != nullptr) opcoes.*l.campo = EstadoDo(Filho(l.id)).selected;
+    }
+    return opcoes;
+}
+
+}  // namespace
+
+HWND AbrirOpcoes() {
+    EstadoInterface& ui = ObterInterface();
+    if (ui.opcoes != nullptr) return ui.opcoes;
+    ui.opcoesDoJogo = LerOpcoesJogo();
+    const RECT principal = LugarDaJanelaPrincipal();
+    const POINT centro{(principal.left + principal.right - kTamanhoDasOpcoes.cx) / 2,
+                       (principal.top + principal.bottom - kTamanhoDasOpcoes.cy) / 2};
+    return JanelaModal::Abrir(std::make_unique<JanelaOpcoes>(), NaAreaDeTrabalho(centro, kTamanhoDasOpcoes));
+}
+
+}  // namespace zu::launcher

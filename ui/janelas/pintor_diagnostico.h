@@ -1,0 +1,53 @@
+// What the diagnostics window looks like: a table that scrolls when it is higher than the screen allows.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "ui/desenho/fontes.h"
+#include "ui/desenho/moldura.h"
+#include "ui/janelas/pintor_modal.h"
+
+namespace zu::launcher {
+
+constexpr int kLarguraDoDiagnostico = 780;
+
+struct LinhaDiagnostico {
+    std::wstring nome;
+    std::wstring valor;
+    std::wstring minimo;
+    std::wstring situacao;
+    std::wstring conselho;
+    Situacao estado;  // none: the row is no item, it has an advice alone
+};
+
+struct AparenciaDiagnostico {
+    std::vector<LinhaDiagnostico> linhas;
+    std::wstring semLinhas;    // stands in the table when it has no rows
+    std::vector<int> alturas;  // of the rows, as measured; pixels
+    int rolagem = 0;           // pixels of the rows that are above the table's edge
+    Trecho botoes;
+};
+
+void MedirDiagnostico(AparenciaDiagnostico& aparencia, const Fontes& fontes);
+
+// The height that the window needs to show every measured row.
+int AlturaDoDiagnostico(const AparenciaDiagnostico& aparencia);
+
+// Where a window of this height shows the rows.
+RECT AreaDasLinhas(int altura);
+
+// How far the rows can be scrolled in a window of this height; 0: all are seen.
+int LimiteDaRolagem(const AparenciaDiagnostico& aparencia, int altura);
+
+// The scroll bar's track, at the right of the rows, and the thumb in it.
+RECT TrilhoDaRolagem(int altura);
+RECT PolegarDaRolagem(const AparenciaDiagnostico& aparencia, int altura);
+
+// All but the controls and the border.
+void PintarDiagnostico(HDC dc, const AparenciaMoldura& moldura, const AparenciaDiagnostico& aparencia,
+                       const Fontes& fontes);
+
+}  // namespace zu::launcher
