@@ -75,6 +75,7 @@ add_library(zu_ui STATIC
     ui/janelas/diagnostico.cpp
     ui/janelas/estado_interface.cpp
     ui/janelas/fim_da_interface.cpp
+    ui/janelas/janela.cpp
     ui/janelas/modal.cpp
     ui/janelas/molde.cpp
     ui/janelas/opcoes.cpp

@@ -64,7 +64,7 @@ class Janelas : public ComDesenho {
     Janelas() {
         Configurar(pasta_.Caminho(), "");
         AbrirEstadoDaInterface();
-        Ui().principal = CriarPrincipal(GetModuleHandleW(nullptr));
+        Ui().principal = CriarPrincipal();
         ShowWindow(Ui().principal, SW_SHOW);
         Bombear(20ms);
     }

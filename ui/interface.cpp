@@ -41,41 +41,22 @@ class ObservadorDaInterface final : public ObservadorLauncher {
 void Preparar(HINSTANCE modulo) {
     if (!IniciarDesenho()) LogLinha("Interface: o GDI+ não iniciou; as janelas ficam sem formas nem sombras");
     AbrirEstadoDaInterface();
-    EstadoInterface& ui = ObterInterface();
-    ui.opcoesDoJogo = LerOpcoesJogo();
-    ui.logo = LogoEncaixado(CarregarLogo(modulo));
+    ObterInterface().opcoesDoJogo = LerOpcoesJogo();
     RegistrarControle(modulo);
     for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
-        RegistrarModal(modulo, classe);
+        Janela::Registrar(modulo, classe);
     RegistrarPrincipal(modulo);
 }
 
-bool JanelaNossa(HWND janela) {
-    return janela == ObterInterface().principal || EhControle(janela);
-}
-
-// Enter plays and Escape closes, whichever control has the keyboard.
-bool TeclaNossa(const MSG& mensagem) {
-    if (mensagem.message != WM_KEYDOWN || !JanelaNossa(mensagem.hwnd)) return false;
-    if (mensagem.wParam != VK_RETURN && mensagem.wParam != VK_ESCAPE) return false;
-    // A key that is still held down was meant for the window that it has just closed.
-    if ((HIWORD(mensagem.lParam) & KF_REPEAT) != 0) return true;
-    if (mensagem.wParam == VK_RETURN)
-        JogarAgora();
-    else
-        FecharLauncher();
-    return true;
-}
-
 void RodarMensagens() {
-    EstadoInterface& ui = ObterInterface();
+    const EstadoInterface& ui = ObterInterface();
     MSG mensagem{};
     while (!ui.quit) {
         if (GetMessageW(&mensagem, nullptr, 0, 0) <= 0) {
             CancelarEPedirFim();
             return;
         }
-        if (TeclaNossa(mensagem)) continue;
+        if (Janela::TomarTecla(mensagem)) continue;
         TranslateMessage(&mensagem);
         DispatchMessageW(&mensagem);
     }
@@ -95,8 +76,8 @@ void DesmontarPrincipal() {
 int RodarInterface() {
     const HINSTANCE modulo = GetModuleHandleW(nullptr);
     Preparar(modulo);
-    EstadoInterface& ui = ObterInterface();
-    ui.principal = CriarPrincipal(modulo);
+    const EstadoInterface& ui = ObterInterface();
+    CriarPrincipal(LogoEncaixado(CarregarLogo(modulo)));
     int codigo = kCodigoFim;
     if (ui.principal == nullptr) {
         LogLinha("Interface: CreateWindow falhou ({})", GetLastError());
@@ -107,7 +88,7 @@ int RodarInterface() {
         controlador.DefinirObservador(&observador);
         controlador.DefinirSaida(PedirFim);
         MostrarJanela(ui.principal);
-        ui.site.WebCreate(ui.principal);
+        Principal().Site().WebCreate(ui.principal);
         Habilitar(GetDlgItem(ui.principal, kBotaoOpcoes), false);
         Habilitar(GetDlgItem(ui.principal, kBotaoConectar), false);
         PostMessageW(ui.principal, MSG_INICIAR, 0, 0);
@@ -117,7 +98,7 @@ int RodarInterface() {
         if (captura.Falhou()) codigo = kCodigoFalha;
         controlador.DefinirObservador(nullptr);
         controlador.DefinirSaida({});
-        ui.site.Liberar();
+        Principal().Site().Liberar();
         DesmontarPrincipal();
     }
     FecharEstadoDaInterface();

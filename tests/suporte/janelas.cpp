@@ -124,7 +124,7 @@ ComDesenho::ComDesenho() {
     RegistrarControle(modulo);
     RegistrarPrincipal(modulo);
     for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
-        RegistrarModal(modulo, classe);
+        Janela::Registrar(modulo, classe);
 }
 
 ComDesenho::~ComDesenho() {

@@ -22,6 +22,7 @@
 #include "ui/janelas/fim_da_interface.h"
 #include "ui/janelas/modal.h"
 #include "ui/janelas/opcoes.h"
+#include "ui/janelas/principal.h"
 #include "ui/janelas/requisitos.h"
 #include "ui/site/com.h"
 
@@ -218,7 +219,7 @@ void CALLBACK SessaoDeCaptura::AoRelogio(HWND, UINT, UINT_PTR, DWORD) {
 bool SessaoDeCaptura::Assentou() const {
     const ULONGLONG passado = GetTickCount64() - inicio_;
     if (passado >= kEsperaMaxima) return true;
-    return passado >= kEsperaMinima && !ObterControlador().Ocupado() && ObterInterface().site.Assentou() &&
+    return passado >= kEsperaMinima && !ObterControlador().Ocupado() && Principal().Site().Assentou() &&
            ObterRequisitos().concluido;
 }
 
@@ -238,7 +239,7 @@ void SessaoDeCaptura::Avancar() {
     for (const auto abrir : foto.abrir)
         if (abrir != nullptr) abertas.push_back(abrir());
     const HWND janela = abertas.empty() ? ui.principal : abertas.back();
-    Capturar(janela, foto.nome, janela == ui.principal && ui.site.Presente());
+    Capturar(janela, foto.nome, janela == ui.principal && Principal().Site().Presente());
     for (auto aberta = abertas.rbegin(); aberta != abertas.rend(); ++aberta)
         FecharModal(*aberta);
 }

@@ -9,6 +9,7 @@
 #include "core/utf16.h"
 #include "game/requisitos.h"
 #include "ui/janelas/modal.h"
+#include "ui/janelas/molde.h"
 
 namespace zu::launcher {
 namespace {
@@ -87,7 +88,7 @@ class JanelaDiagnostico final : public JanelaModal {
 
  private:
     bool Montar() override;
-    void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
+    void PintarConteudo(HDC dc, const AparenciaMoldura& moldura) const override {
         PintarDiagnostico(dc, moldura, aparencia_, FontesDaInterface());
     }
     void AoComando(int id) override;
@@ -126,8 +127,8 @@ void JanelaDiagnostico::AoComando(int id) {
     switch (id) {
         case kBotaoCopiar:
             SetWindowTextW(Filho(kBotaoCopiar),
-                           Copiar(Janela(), TextoParaCopiar(resultado_)) ? L"Copiado!" : L"Não copiou");
-            SetTimer(Janela(), kRelogioDaCopia, kTempoDaCopia, nullptr);
+                           Copiar(Handle(), TextoParaCopiar(resultado_)) ? L"Copiado!" : L"Não copiou");
+            SetTimer(Handle(), kRelogioDaCopia, kTempoDaCopia, nullptr);
             break;
         case kBotaoFecharDiagnostico:
             Fechar();
@@ -142,7 +143,7 @@ void JanelaDiagnostico::AoComando(int id) {
 
 void JanelaDiagnostico::AoRelogio(UINT_PTR relogio) {
     if (relogio != kRelogioDaCopia) return;
-    KillTimer(Janela(), kRelogioDaCopia);
+    KillTimer(Handle(), kRelogioDaCopia);
     SetWindowTextW(Filho(kBotaoCopiar), kCopiar);
 }
 
@@ -214,7 +215,7 @@ bool JanelaDiagnostico::AoPressionar(POINT ponto) {
     const RECT polegar = PolegarDaRolagem(aparencia_, Altura());
     pegada_ = PtInRect(&polegar, ponto) ? ponto.y - polegar.top : (polegar.bottom - polegar.top) / 2;
     arrastando_ = true;
-    SetCapture(Janela());
+    SetCapture(Handle());
     Arrastar(ponto.y);
     return true;
 }
@@ -230,7 +231,7 @@ void JanelaDiagnostico::RolarAte(int rolagem) {
     const int nova = std::clamp(rolagem, 0, LimiteDaRolagem(aparencia_, Altura()));
     if (std::exchange(aparencia_.rolagem, nova) == nova) return;
     const RECT area = AreaDasLinhas(Altura());
-    InvalidateRect(Janela(), &area, FALSE);
+    InvalidateRect(Handle(), &area, FALSE);
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "ui/janelas/estado_interface.h"
 
-#include <algorithm>
+#include <memory>
 
 #include "core/config.h"
-#include "core/utf16.h"
+#include "ui/desenho/fontes.h"
 
 namespace zu::launcher {
 namespace {
@@ -19,28 +19,6 @@ std::unique_ptr<EstadoInterface>& Instancia() {
 
 EstadoInterface& ObterInterface() {
     return *Instancia();
-}
-
-AmbienteSite AmbienteDaInterface() {
-    const ConfigLauncher& config = ObterConfig();
-    AmbienteSite ambiente;
-    // Older shortcuts ask for a launcher without the site.
-    const bool semSite = std::ranges::find(config.argumentos, L"--sem-cef") != config.argumentos.end();
-    if (!semSite) ambiente.endereco = DeUtf8(config.urlSite);
-    ambiente.seletor = config.seletor;
-    ambiente.terminando = [] { return ObterInterface().quit; };
-    ambiente.repintarCentro = [] {
-        RECT centro = kCentro;
-        InflateRect(&centro, 1, 1);
-        InvalidateRect(ObterInterface().principal, &centro, FALSE);
-    };
-    // Not at once: the shell may handle messages, and the view calls this from inside a callback of its own.
-    ambiente.abrir = [](const std::wstring& endereco) {
-        EstadoInterface& ui = ObterInterface();
-        ui.enderecosPorAbrir.push_back(ParaUtf8(endereco));
-        PostMessageW(ui.principal, MSG_ABRIR_ENDERECOS, 0, 0);
-    };
-    return ambiente;
 }
 
 void AbrirEstadoDaInterface() {

@@ -1,5 +1,5 @@
-// A window that stands over the one it was opened from: frame, painting, keys, and the way it opens and closes. Each
-// such window derives from `JanelaModal`; the record lives and dies with its window. UI thread only.
+// A window that stands over the one it was opened from: the way it looks, opens and closes. Each such window derives
+// from `JanelaModal`. UI thread only.
 #pragma once
 
 #include <windows.h>
@@ -9,8 +9,7 @@
 #include <span>
 
 #include "ui/controles/controle.h"
-#include "ui/desenho/moldura.h"
-#include "ui/janelas/estado_interface.h"
+#include "ui/janelas/janela.h"
 #include "ui/janelas/pintor_modal.h"
 
 namespace zu::launcher {
@@ -25,61 +24,41 @@ struct MoldeModal {
     int principal;                  // the button that Enter presses, where there is one; 0: none
 };
 
-// Once for each class, before the first window.
-void RegistrarModal(HINSTANCE modulo, const wchar_t* classe);
-
 struct BotaoDaFila {
     TipoControle kind;
     int id;
     const wchar_t* texto;
 };
 
-class JanelaModal {
+class JanelaModal : public Janela {
  public:
-    JanelaModal(const MoldeModal& molde, SIZE tamanho);
-    JanelaModal(const JanelaModal&) = delete;
-    JanelaModal& operator=(const JanelaModal&) = delete;
-    virtual ~JanelaModal() = default;
+    JanelaModal(const MoldeModal& molde, SIZE tamanho) : Janela(molde.janela, tamanho, false), molde_(molde) {}
 
     // Makes the window with its controls, disables the one under it and shows it; returns at once. `lugar` is on the
     // screen. Null, and a line in the log, when there is none; the window that is open already, when there is one.
     static HWND Abrir(std::unique_ptr<JanelaModal> registro, POINT lugar);
 
  protected:
-    [[nodiscard]] HWND Janela() const { return janela_; }
-    [[nodiscard]] HWND Filho(int id) const { return GetDlgItem(janela_, id); }
-    [[nodiscard]] SIZE Medidas() const { return tamanho_; }
     // Makes the buttons in a row in the middle of the window's foot, each as wide as its caption asks for. Returns
     // where the row begins and ends; nothing when a button could not be made.
     [[nodiscard]] std::optional<Trecho> CriarFila(std::span<const BotaoDaFila> botoes) const;
     // Asks for the end: `RodarModal` returns.
     void Fechar();
 
-    // The window is made and not yet shown: its controls and timers. False when they could not be made.
-    virtual bool Montar() = 0;
-    virtual void Pintar(HDC dc, const AparenciaMoldura& moldura) const = 0;
-    virtual void AoComando(int id) = 0;
-    virtual void AoRelogio(UINT_PTR relogio) = 0;
-    // Sees every other message before the frame does. True: done with.
-    virtual bool Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam);
+    // All but the border.
+    virtual void PintarConteudo(HDC dc, const AparenciaMoldura& moldura) const = 0;
+    bool Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) override;
 
  private:
-    friend void RegistrarModal(HINSTANCE modulo, const wchar_t* classe);
     friend void RodarModal(HWND janela);
     friend void FecharModal(HWND janela);
 
-    static LRESULT CALLBACK Procedimento(HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam);
-    static JanelaModal* De(HWND janela);
-
-    LRESULT Responder(UINT mensagem, WPARAM wParam, LPARAM lParam);
-    void PintarTudo(HDC dc) const;
-    bool TomarTecla(const MSG& mensagem);
+    void Pintar(HDC dc) const final;
+    void AoConfirmar() final;
+    void AoFechar() final;
 
     MoldeModal molde_;
-    SIZE tamanho_;
-    HWND janela_ = nullptr;
     bool aberta_ = true;
-    CaixaDaTira sobre_ = CaixaDaTira::kNenhuma;
 };
 
 // Handles messages until the player closes the window or the interface ends, then `FecharModal`. Does nothing for null.

@@ -83,7 +83,7 @@ class JanelaOpcoes final : public JanelaModal {
 
  private:
     bool Montar() override;
-    void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
+    void PintarConteudo(HDC dc, const AparenciaMoldura& moldura) const override {
         PintarOpcoes(dc, moldura, FontesDaInterface());
     }
     void AoComando(int id) override;
@@ -103,7 +103,7 @@ class JanelaOpcoes final : public JanelaModal {
 bool JanelaOpcoes::Montar() {
     const OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
     for (const ControleDasOpcoes& c : kControles) {
-        const HWND controle = CriarControle(Janela(), c.kind, c.id, c.texto, c.lugar);
+        const HWND controle = CriarControle(Handle(), c.kind, c.id, c.texto, c.lugar);
         if (controle == nullptr) return false;
         EstadoControle& estado = EstadoDo(controle);
         // Buttons stand on the panel.
@@ -113,7 +113,7 @@ bool JanelaOpcoes::Montar() {
     SetWindowRgn(Filho(kCaixaSemBorda), CreateRectRgnIndirect(&kRegiaoDaSemBorda), FALSE);
     for (const ListaDasOpcoes& l : kListas) {
         const std::int32_t modo = opcoes.windowMode != 0 ? 0 : 1;
-        if (CriarLista(Janela(), l.id, l.y, {l.rotulos.begin(), l.rotulos.end()},
+        if (CriarLista(Handle(), l.id, l.y, {l.rotulos.begin(), l.rotulos.end()},
                        l.campo == nullptr ? modo : opcoes.*l.campo) == nullptr) {
             return false;
         }
@@ -121,7 +121,7 @@ bool JanelaOpcoes::Montar() {
     Escolher(opcoes.api == "vulkan");
     relatorioVisto_ = ObterControlador().ApiConferida();
     Atualizar();
-    return SetTimer(Janela(), kRelogio, kIntervalo, nullptr) != 0;
+    return SetTimer(Handle(), kRelogio, kIntervalo, nullptr) != 0;
 }
 
 void JanelaOpcoes::AoComando(int id) {

@@ -1,8 +1,10 @@
 #include "ui/janelas/principal.h"
 
+#include <algorithm>
 #include <array>
 #include <exception>
-#include <string>
+#include <memory>
+#include <tuple>
 #include <utility>
 
 #include "app/controlador.h"
@@ -40,129 +42,6 @@ constexpr std::array<BotaoDaPrincipal, 4> kBotoes{{
     {kBotaoFechar, L"Fechar", TipoControle::Botao, {282, 472, 68, 28}},
 }};
 
-HWND Botao(int id) {
-    return GetDlgItem(ObterInterface().principal, id);
-}
-
-CentroDaPrincipal Centro() {
-    const VisaoSite& site = ObterInterface().site;
-    if (site.Presente()) return CentroDaPrincipal::kSite;
-    return site.site_failed() ? CentroDaPrincipal::kFalhaDoSite : CentroDaPrincipal::kLogo;
-}
-
-AparenciaPrincipal Aparencia(HWND janela) {
-    const EstadoInterface& ui = ObterInterface();
-    return {TituloDoLauncher(), GetActiveWindow() == janela, ui.sobre, Centro(), ui.superior, ui.inferior};
-}
-
-void Pintar(HWND janela, HDC dc) {
-    const EstadoInterface& ui = ObterInterface();
-    PintarPrincipal(dc, Aparencia(janela), ui.logo, FontesDaInterface(), ui.fontesDaPrincipal);
-}
-
-void AoClicarNaTira(HWND janela, POINT ponto) {
-    switch (CaixaNoPonto(ponto, kLarguraPrincipal, true)) {
-        case CaixaDaTira::kFechar:
-            FecharLauncher();
-            break;
-        case CaixaDaTira::kMinimizar:
-            ShowWindow(janela, SW_MINIMIZE);
-            break;
-        case CaixaDaTira::kNenhuma:
-            break;
-    }
-}
-
-void AoComando(int id) {
-    switch (id) {
-        case kBotaoRegistrar:
-            ObterControlador().Acao("registrar");
-            break;
-        case kBotaoOpcoes:
-            RodarModal(AbrirOpcoes());
-            break;
-        case kBotaoConectar:
-            JogarAgora();
-            break;
-        case kBotaoFechar:
-            FecharLauncher();
-            break;
-        default:
-            break;
-    }
-}
-
-void AbrirEnderecosPedidos() {
-    for (const std::string& endereco : std::exchange(ObterInterface().enderecosPorAbrir, {}))
-        AbrirEndereco(endereco);
-}
-
-void Iniciar(HWND janela) {
-    ObterControlador().Iniciar();
-    SetTimer(janela, kRelogioDaPrincipal, kIntervalo, nullptr);
-    AtualizarTela();
-}
-
-LRESULT CALLBACK ProcedimentoDaPrincipal(HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam) {
-    bool tratada = false;
-    const LRESULT resultado =
-        MoldeJanela(janela, mensagem, lParam, kLarguraPrincipal, true, ObterInterface().sobre, tratada);
-    if (tratada) return resultado;
-    switch (mensagem) {
-        case WM_PAINT:
-            PintarJanela(janela, [&](HDC dc) { Pintar(janela, dc); });
-            return 0;
-        case WM_PRINTCLIENT:
-            Pintar(janela, reinterpret_cast<HDC>(wParam));
-            return 0;
-        case WM_ERASEBKGND:
-            return 1;
-        case WM_ACTIVATE:
-            RepintarTira(janela, kLarguraPrincipal);
-            break;
-        case WM_LBUTTONUP:
-            AoClicarNaTira(janela, PontoDe(lParam));
-            return 0;
-        case WM_CLOSE:
-            FecharLauncher();
-            return 0;
-        case WM_TIMER:
-            if (wParam == kRelogioDaPrincipal) AtualizarTela();
-            return 0;
-        case WM_SIZE:
-            ObterInterface().site.DefinirVisivel(wParam != SIZE_MINIMIZED);
-            break;
-        case WM_SHOWWINDOW:
-            ObterInterface().site.DefinirVisivel(wParam != FALSE && !IsIconic(janela));
-            break;
-        case WM_MOVE:
-            ObterInterface().site.JanelaMoveu();
-            break;
-        case WM_COMMAND:
-            AoComando(LOWORD(wParam));
-            return 0;
-        case MSG_INICIAR:
-            Iniciar(janela);
-            return 0;
-        case MSG_TRAZER_FRENTE:
-            AtenderOutraInstancia();
-            return 0;
-        case MSG_ABRIR_ENDERECOS:
-            AbrirEnderecosPedidos();
-            return 0;
-        case WM_ENDSESSION:
-            if (wParam != FALSE) EncerrarComASessao();
-            return 0;
-        case WM_DESTROY:
-            RecolherInstancia(janela, ObterConfig().pastaJogo);
-            PostQuitMessage(0);
-            return 0;
-        default:
-            break;
-    }
-    return DefWindowProcW(janela, mensagem, wParam, lParam);
-}
-
 POINT LugarDaPrincipal() {
     if (ModoCaptura() && GetSystemMetrics(SM_REMOTESESSION) == 0) {
         return {GetSystemMetrics(SM_XVIRTUALSCREEN) - kForaDaTela, GetSystemMetrics(SM_YVIRTUALSCREEN)};
@@ -194,19 +73,6 @@ std::pair<int, int> Progresso(const EstadoAtualizacao& estado, bool atualizando)
     return fim ? std::pair{100, 100} : std::pair{0, 0};
 }
 
-void MostrarProgresso() {
-    EstadoInterface& ui = ObterInterface();
-    // In this order: a run that ends in between counts as ended.
-    const EstadoAtualizacao estado = ObterControlador().Estado();
-    const auto [superior, inferior] = Progresso(estado, ObterControlador().Atualizando());
-    if (superior == ui.superior && inferior == ui.inferior) return;
-    ui.superior = superior;
-    ui.inferior = inferior;
-    RECT area = kAreaDoProgresso;
-    InflateRect(&area, 1, 2);
-    InvalidateRect(ui.principal, &area, FALSE);
-}
-
 // Not over a launcher that is hidden or ends, nor over one that is about to start the game by itself.
 bool PodeMostrarMensagem() {
     const EstadoInterface& ui = ObterInterface();
@@ -236,50 +102,162 @@ void TrocarApiQueNaoRoda() {
 
 }  // namespace
 
-void RegistrarPrincipal(HINSTANCE modulo) {
-    RegistrarClasse(modulo, kClasseDaJanela, ProcedimentoDaPrincipal, LoadIconW(modulo, MAKEINTRESOURCEW(kIcone)));
+JanelaPrincipal::JanelaPrincipal(LogoEncaixado logo)
+    : Janela(&EstadoInterface::principal, {kLarguraPrincipal, kAlturaPrincipal}, true),
+      logo_(std::move(logo)),
+      site_(AmbienteDoSite()) {}
+
+AmbienteSite JanelaPrincipal::AmbienteDoSite() {
+    const ConfigLauncher& config = ObterConfig();
+    AmbienteSite ambiente;
+    // Older shortcuts ask for a launcher without the site.
+    const bool semSite = std::ranges::find(config.argumentos, L"--sem-cef") != config.argumentos.end();
+    if (!semSite) ambiente.endereco = DeUtf8(config.urlSite);
+    ambiente.seletor = config.seletor;
+    ambiente.terminando = [] { return ObterInterface().quit; };
+    ambiente.repintarCentro = [this] {
+        AparenciaPrincipal nova = vista_;
+        nova.centro = Centro();
+        Mostrar(nova);
+    };
+    // Not at once: the shell may handle messages, and the view calls this from inside a callback of its own.
+    ambiente.abrir = [this](const std::wstring& endereco) {
+        enderecosPorAbrir_.push_back(ParaUtf8(endereco));
+        PostMessageW(Handle(), MSG_ABRIR_ENDERECOS, 0, 0);
+    };
+    return ambiente;
 }
 
-HWND CriarPrincipal(HINSTANCE modulo) {
-    const POINT lugar = LugarDaPrincipal();
-    const DWORD estendido = WS_EX_APPWINDOW | (ModoCaptura() ? WS_EX_NOACTIVATE : 0);
-    const HWND janela = CreateWindowExW(estendido, kClasseDaJanela, TituloDoLauncher().c_str(),
-                                        WS_POPUP | WS_CLIPCHILDREN | WS_SYSMENU | WS_MINIMIZEBOX, lugar.x, lugar.y,
-                                        kLarguraPrincipal, kAlturaPrincipal, nullptr, nullptr, modulo, nullptr);
-    if (janela == nullptr) return nullptr;
-    ArredondarJanela(janela, {kLarguraPrincipal, kAlturaPrincipal});
+bool JanelaPrincipal::Montar() {
+    vista_.titulo = TituloDoLauncher();
+    vista_.centro = Centro();
     for (const BotaoDaPrincipal& b : kBotoes) {
-        if (CriarControle(janela, b.kind, b.id, b.texto, b.lugar) != nullptr) continue;
-        const DWORD erro = GetLastError();
-        DestroyWindow(janela);
-        SetLastError(erro);
-        return nullptr;
+        if (CriarControle(Handle(), b.kind, b.id, b.texto, b.lugar) == nullptr) return false;
     }
     // Nobody is helped by seeing the windows of a capture run.
-    if (!ModoCaptura()) AnunciarInstancia(janela, ObterConfig().pastaJogo);
-    return janela;
+    if (!ModoCaptura()) AnunciarInstancia(Handle(), ObterConfig().pastaJogo);
+    return true;
 }
 
-void AtualizarTela() {
-    EstadoInterface& ui = ObterInterface();
+CentroDaPrincipal JanelaPrincipal::Centro() const {
+    if (site_.Presente()) return CentroDaPrincipal::kSite;
+    return site_.site_failed() ? CentroDaPrincipal::kFalhaDoSite : CentroDaPrincipal::kLogo;
+}
+
+void JanelaPrincipal::Pintar(HDC dc) const {
+    AparenciaPrincipal agora = vista_;
+    agora.ativa = Ativa();
+    agora.sobre = Sobre();
+    PintarPrincipal(dc, agora, logo_, FontesDaInterface(), fontes_);
+}
+
+void JanelaPrincipal::Mostrar(const AparenciaPrincipal& nova) {
+    const auto repintar = [this](RECT area, int dx, int dy) {
+        InflateRect(&area, dx, dy);
+        InvalidateRect(Handle(), &area, FALSE);
+    };
+    if (nova.centro != vista_.centro) repintar(kCentro, 1, 1);
+    if (nova.superior != vista_.superior || nova.inferior != vista_.inferior) repintar(kAreaDoProgresso, 1, 2);
+    vista_ = nova;
+}
+
+void JanelaPrincipal::AoComando(int id) {
+    switch (id) {
+        case kBotaoRegistrar:
+            ObterControlador().Acao("registrar");
+            break;
+        case kBotaoOpcoes:
+            RodarModal(AbrirOpcoes());
+            break;
+        case kBotaoConectar:
+            JogarAgora();
+            break;
+        case kBotaoFechar:
+            AoFechar();
+            break;
+        default:
+            break;
+    }
+}
+
+void JanelaPrincipal::AoRelogio(UINT_PTR relogio) {
+    if (relogio == kRelogioDaPrincipal) AtualizarTela();
+}
+
+void JanelaPrincipal::AoFechar() {
+    FecharLauncher();
+}
+
+bool JanelaPrincipal::Tratar(UINT mensagem, WPARAM wParam, LPARAM /*lParam*/) {
+    switch (mensagem) {
+        case WM_SIZE:
+            site_.DefinirVisivel(wParam != SIZE_MINIMIZED);
+            return false;
+        case WM_SHOWWINDOW:
+            site_.DefinirVisivel(wParam != FALSE && !IsIconic(Handle()));
+            return false;
+        case WM_MOVE:
+            site_.JanelaMoveu();
+            return false;
+        case MSG_INICIAR:
+            Iniciar();
+            return true;
+        case MSG_TRAZER_FRENTE:
+            AtenderOutraInstancia();
+            return true;
+        case MSG_ABRIR_ENDERECOS:
+            AbrirEnderecosPedidos();
+            return true;
+        case WM_ENDSESSION:
+            if (wParam != FALSE) EncerrarComASessao();
+            return true;
+        case WM_DESTROY:
+            RecolherInstancia(Handle(), ObterConfig().pastaJogo);
+            PostQuitMessage(0);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void JanelaPrincipal::Iniciar() {
+    ObterControlador().Iniciar();
+    SetTimer(Handle(), kRelogioDaPrincipal, kIntervalo, nullptr);
+    AtualizarTela();
+}
+
+void JanelaPrincipal::AbrirEnderecosPedidos() {
+    for (const std::string& endereco : std::exchange(enderecosPorAbrir_, {}))
+        AbrirEndereco(endereco);
+}
+
+void JanelaPrincipal::AtualizarTela() {
+    const EstadoInterface& ui = ObterInterface();
     ControladorLauncher& controlador = ObterControlador();
-    const auto terminando = [&] { return ui.quit || ui.principal == nullptr; };
-    if (terminando()) return;
+    if (ui.quit) return;
     controlador.Tick();
     ConcluirFechamento();
-    if (terminando()) return;
+    if (ui.quit) return;
     MostrarProgresso();
     const bool ocupado = controlador.Ocupado();
-    Habilitar(Botao(kBotaoOpcoes), !ocupado);
-    Habilitar(Botao(kBotaoConectar), controlador.PodeJogarAgora());
+    Habilitar(Filho(kBotaoOpcoes), !ocupado);
+    Habilitar(Filho(kBotaoConectar), controlador.PodeJogarAgora());
     // A run may begin and fail between two refreshes; it was under way all the same.
-    if (controlador.TomarComeco() || ocupado) ui.running_before = true;
-    if (ocupado || !ui.running_before || !PodeMostrarMensagem()) return;
-    ui.running_before = false;
+    if (controlador.TomarComeco() || ocupado) running_before_ = true;
+    if (ocupado || !running_before_ || !PodeMostrarMensagem()) return;
+    running_before_ = false;
     MostrarMensagensFinais();
 }
 
-void JogarAgora() {
+void JanelaPrincipal::MostrarProgresso() {
+    // In this order: a run that ends in between counts as ended.
+    const EstadoAtualizacao estado = ObterControlador().Estado();
+    AparenciaPrincipal nova = vista_;
+    std::tie(nova.superior, nova.inferior) = Progresso(estado, ObterControlador().Atualizando());
+    Mostrar(nova);
+}
+
+void JanelaPrincipal::JogarAgora() {
     EstadoInterface& ui = ObterInterface();
     if (ui.quit || !ObterControlador().PodeJogarAgora()) return;
     ui.opcoesDoJogo = LerOpcoesJogo();
@@ -289,6 +267,25 @@ void JogarAgora() {
     } catch (const std::exception& falha) {
         LogLinha("Jogar: {}", TextoDaExcecao(falha));
     }
+}
+
+void RegistrarPrincipal(HINSTANCE modulo) {
+    Janela::Registrar(modulo, kClasseDaJanela, LoadIconW(modulo, MAKEINTRESOURCEW(kIcone)));
+}
+
+HWND CriarPrincipal(LogoEncaixado logo) {
+    const DWORD estendido = WS_EX_APPWINDOW | (ModoCaptura() ? WS_EX_NOACTIVATE : 0);
+    return Janela::Criar(std::make_unique<JanelaPrincipal>(std::move(logo)),
+                         {.classe = kClasseDaJanela,
+                          .titulo = TituloDoLauncher().c_str(),
+                          .estilo = WS_POPUP | WS_CLIPCHILDREN | WS_SYSMENU | WS_MINIMIZEBOX,
+                          .estendido = estendido,
+                          .lugar = LugarDaPrincipal(),
+                          .dona = nullptr});
+}
+
+JanelaPrincipal& Principal() {
+    return *static_cast<JanelaPrincipal*>(Janela::De(ObterInterface().principal));
 }
 
 }  // namespace zu::launcher

@@ -1,14 +1,22 @@
-// The main window: what the player sees first. It shows the update run, starts the game and opens the other windows.
-// UI thread only.
+// The main window: what the player sees first. It shows the update run and the server's page, starts the game and opens
+// the other windows. UI thread only.
 #pragma once
 
 #include <windows.h>
 
+#include <cstdint>
+#include <string>
+#include <vector>
+
 #include "app/instancia_unica.h"
+#include "ui/janelas/janela.h"
+#include "ui/janelas/pintor_principal.h"
+#include "ui/site/visao_site.h"
 
 namespace zu::launcher {
 
 constexpr UINT MSG_INICIAR = WM_APP + 1;                    // starts the controller's work
+constexpr UINT MSG_ABRIR_ENDERECOS = WM_APP + 2;            // opens in the browser what the site's page asked for
 constexpr UINT MSG_TRAZER_FRENTE = MensagemAbrirInstancia;  // another instance asks the window to show itself
 
 constexpr UINT_PTR kRelogioDaPrincipal = 7;  // the refresh
@@ -18,15 +26,48 @@ constexpr int kBotaoOpcoes = 1004;
 constexpr int kBotaoConectar = 1005;
 constexpr int kBotaoFechar = 1006;
 
+class JanelaPrincipal final : public Janela {
+ public:
+    explicit JanelaPrincipal(LogoEncaixado logo);
+
+    // The site's view; it may begin once the window is shown, and ends before the window does.
+    VisaoSite& Site() { return site_; }
+
+    // One refresh: lets the controller work, then shows how things stand.
+    void AtualizarTela();
+
+ private:
+    bool Montar() override;
+    void Pintar(HDC dc) const override;
+    void AoComando(int id) override;
+    void AoRelogio(UINT_PTR relogio) override;
+    void AoConfirmar() override { JogarAgora(); }
+    void AoFechar() override;
+    bool Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) override;
+
+    AmbienteSite AmbienteDoSite();
+    void Iniciar();
+    void JogarAgora();
+    void AbrirEnderecosPedidos();
+    [[nodiscard]] CentroDaPrincipal Centro() const;
+    void MostrarProgresso();
+    void Mostrar(const AparenciaPrincipal& nova);
+
+    LogoEncaixado logo_;
+    FontesDaPrincipal fontes_;
+    AparenciaPrincipal vista_;                    // as it was last shown
+    std::vector<std::string> enderecosPorAbrir_;  // UTF-8
+    // The controller was busy when last looked at, and what came of it is still to be told.
+    bool running_before_ = false;
+    VisaoSite site_;
+};
+
 void RegistrarPrincipal(HINSTANCE modulo);
 
 // The window with its buttons, placed but not yet shown; null with the reason in GetLastError.
-HWND CriarPrincipal(HINSTANCE modulo);
+HWND CriarPrincipal(LogoEncaixado logo = {});
 
-// One refresh: lets the controller work, then shows how things stand.
-void AtualizarTela();
-
-// Starts the game if it can be started now.
-void JogarAgora();
+// The open main window; there must be one.
+JanelaPrincipal& Principal();
 
 }  // namespace zu::launcher

@@ -66,9 +66,9 @@ class JanelaRequisitos final : public JanelaModal {
         if (!fila) return false;
         fila_ = *fila;
         Atualizar();
-        return SetTimer(Janela(), kRelogio, kIntervalo, nullptr) != 0;
+        return SetTimer(Handle(), kRelogio, kIntervalo, nullptr) != 0;
     }
-    void Pintar(HDC dc, const AparenciaMoldura& moldura) const override {
+    void PintarConteudo(HDC dc, const AparenciaMoldura& moldura) const override {
         PintarRequisitos(dc, moldura, aparencia_, FontesDaInterface());
     }
     void AoComando(int id) override;
@@ -102,7 +102,7 @@ void JanelaRequisitos::Atualizar() {
     Habilitar(Filho(kBotaoDiagnostico), resultado.concluido);
     aparencia_ = DescreverRequisitos(resultado);
     aparencia_.botoes = fila_;
-    InvalidateRect(Janela(), nullptr, FALSE);
+    InvalidateRect(Handle(), nullptr, FALSE);
 }
 
 }  // namespace
