@@ -72,6 +72,8 @@ add_library(zu_ui STATIC
     ui/desenho/fontes.cpp
     ui/desenho/moldura.cpp
     ui/interface.cpp
+    ui/janelas/area_de_transferencia.cpp
+    ui/janelas/conselhos.cpp
     ui/janelas/diagnostico.cpp
     ui/janelas/estado_interface.cpp
     ui/janelas/fim_da_interface.cpp
@@ -86,6 +88,7 @@ add_library(zu_ui STATIC
     ui/janelas/pintor_requisitos.cpp
     ui/janelas/principal.cpp
     ui/janelas/requisitos.cpp
+    ui/janelas/rolagem.cpp
     ui/site/runtime_site.cpp
     ui/site/visao_site.cpp)
 target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi gdi32 user32 ole32 uuid)

@@ -1,5 +1,6 @@
 // Options, requirements and diagnostics in their own loops, driven by messages as the player sends them.
 #include "tests/suporte/janelas.h"
+#include "ui/janelas/conselhos.h"
 #include "ui/janelas/modal.h"
 
 namespace zu::launcher {
@@ -314,9 +315,10 @@ TEST_F(Janelas, ConselhosNasLinhasDeQueFalam) {
         {{"Atualize o DRIVER da placa de vídeo."}, {"", "", "", "Atualize o DRIVER da placa de vídeo.", ""}},
         // Words, not parts of them, and the longer of two names.
         {{"A memória de vídeo é pouca.", "Ponha mais memória.", "Sem placares."},
-         {"Ponha mais memória.", "A memória de vídeo é pouca.", "Sem placares.", "", ""}},
+         {"Ponha mais memória.", "A memória de vídeo é pouca.", "", "", "", "Sem placares."}},
         {{"Feche programas.", "Troque a placa.", "A placa aquece.", "Veja o DirectX.", "Resto.", "Sobra."},
-         {"Feche programas.", "Veja o DirectX.", "Troque a placa.\nA placa aquece.", "Resto.", "", "Sobra."}},
+         {"", "", "Troque a placa.\nA placa aquece.", "", "", "Feche programas.", "Veja o DirectX.", "Resto.",
+          "Sobra."}},
     };
     for (const auto& [conselhos, porLinha] : casos) {
         ResultadoRequisitos r;

@@ -21,10 +21,6 @@ constexpr int kBotaoAcao = 1403;  // only where the result offers an action
 // `JanelaModal::Abrir`.
 HWND AbrirDiagnostico();
 
-// One row an item, in the report's order. An advice belongs to the item out of order that it names first; one that
-// names none belongs to the first such item that has got none. What is left stands in rows of its own.
-std::vector<LinhaDiagnostico> LinhasDoDiagnostico(const ResultadoRequisitos& resultado);
-
 // The report for the clipboard: every line break is CR LF.
 std::wstring TextoParaCopiar(const ResultadoRequisitos& resultado);
 

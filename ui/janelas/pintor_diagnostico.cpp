@@ -43,7 +43,6 @@ constexpr int kMenorLinha = 25;
 constexpr int kLinhasDaCelula = 40;
 
 constexpr int kLarguraDoTrilho = 11;
-constexpr int kMenorPolegar = 24;
 constexpr COLORREF kTrilho = RGB(212, 212, 212);
 constexpr ARGB kPolegarAlto = Argb(255, 176, 184, 196);
 constexpr ARGB kPolegarBaixo = Argb(255, 140, 148, 162);
@@ -125,9 +124,10 @@ void PintarLinhas(HDC dc, const RECT& area, const AparenciaDiagnostico& a, const
 }
 
 void PintarRolagem(HDC dc, const AparenciaDiagnostico& a, int altura) {
-    if (LimiteDaRolagem(a, altura) == 0) return;
-    PreencherRetangulo(dc, TrilhoDaRolagem(altura), kTrilho);
-    const Area face = AreaDe(PolegarDaRolagem(a, altura), 1.5F);
+    const MedidasDaRolagem medidas = RolagemDoDiagnostico(a, altura);
+    if (medidas.limite == 0) return;
+    PreencherRetangulo(dc, medidas.trilho, kTrilho);
+    const Area face = AreaDe(PolegarDaRolagem(medidas, a.rolagem), 1.5F);
     const Caminho figura(face, face.largura / 2);
     Tela tela(dc);
     tela.Preencher(figura, face, kPolegarAlto, kPolegarBaixo);
@@ -151,25 +151,10 @@ RECT AreaDasLinhas(int altura) {
     return {kCabecalho.left, kCabecalho.bottom, kCabecalho.right, altura - kFaixaDosBotoes - kFolgaDoFim};
 }
 
-int LimiteDaRolagem(const AparenciaDiagnostico& a, int altura) {
-    const RECT area = AreaDasLinhas(altura);
-    return std::max(0, AlturaDasLinhas(a) - static_cast<int>(area.bottom - area.top));
-}
-
-RECT TrilhoDaRolagem(int altura) {
-    RECT r = AreaDasLinhas(altura);
-    r.left = r.right - kLarguraDoTrilho;
-    return r;
-}
-
-RECT PolegarDaRolagem(const AparenciaDiagnostico& a, int altura) {
-    RECT r = TrilhoDaRolagem(altura);
-    const int visivel = static_cast<int>(r.bottom - r.top);
-    const int limite = LimiteDaRolagem(a, altura);
-    const int polegar = std::max(kMenorPolegar, visivel * visivel / std::max(1, visivel + limite));
-    r.top += limite == 0 ? 0 : (visivel - polegar) * a.rolagem / limite;
-    r.bottom = r.top + polegar;
-    return r;
+MedidasDaRolagem RolagemDoDiagnostico(const AparenciaDiagnostico& a, int altura) {
+    RECT trilho = AreaDasLinhas(altura);
+    trilho.left = trilho.right - kLarguraDoTrilho;
+    return {.trilho = trilho, .limite = std::max(0, AlturaDasLinhas(a) - static_cast<int>(trilho.bottom - trilho.top))};
 }
 
 void PintarDiagnostico(HDC dc, const AparenciaMoldura& moldura, const AparenciaDiagnostico& a, const Fontes& fontes) {

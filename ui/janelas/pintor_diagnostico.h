@@ -9,6 +9,7 @@
 #include "ui/desenho/fontes.h"
 #include "ui/desenho/moldura.h"
 #include "ui/janelas/pintor_modal.h"
+#include "ui/janelas/rolagem.h"
 
 namespace zu::launcher {
 
@@ -39,12 +40,8 @@ int AlturaDoDiagnostico(const AparenciaDiagnostico& aparencia);
 // Where a window of this height shows the rows.
 RECT AreaDasLinhas(int altura);
 
-// How far the rows can be scrolled in a window of this height; 0: all are seen.
-int LimiteDaRolagem(const AparenciaDiagnostico& aparencia, int altura);
-
-// The scroll bar's track, at the right of the rows, and the thumb in it.
-RECT TrilhoDaRolagem(int altura);
-RECT PolegarDaRolagem(const AparenciaDiagnostico& aparencia, int altura);
+// The scroll bar at the right of the rows.
+MedidasDaRolagem RolagemDoDiagnostico(const AparenciaDiagnostico& aparencia, int altura);
 
 // All but the controls and the border.
 void PintarDiagnostico(HDC dc, const AparenciaMoldura& moldura, const AparenciaDiagnostico& aparencia,
