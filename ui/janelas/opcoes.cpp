@@ -1,6 +1,6 @@
 #include "ui/janelas/opcoes.h"
 
-#include <array>
+#include <algorithm>
 #include <memory>
 #include <span>
 #include <string>
@@ -12,6 +12,7 @@
 #include "core/utf16.h"
 #include "game/requisitos.h"
 #include "game/veredito.h"
+#include "ui/janelas/medidas_opcoes.h"
 #include "ui/janelas/modal.h"
 #include "ui/janelas/pintor_opcoes.h"
 #include "ui/janelas/requisitos.h"
@@ -25,49 +26,13 @@ constexpr UINT kIntervalo = 250;  // ms
 constexpr MoldeModal kMolde{kClasseDasOpcoes, L"Opções", 0, &EstadoInterface::opcoes, &EstadoInterface::principal,
                             kBotaoOk};
 
-struct ControleDasOpcoes {
-    TipoControle kind;
-    int id;
-    const wchar_t* texto;
-    Lugar lugar;
-    std::int32_t OpcoesJogo::*campo;  // of a check box
-};
-// The box of "Janela sem borda" reaches over the check box beside it, which keeps its own place.
-constexpr RECT kRegiaoDaSemBorda{0, 0, 146, 20};
-
-constexpr std::array<ControleDasOpcoes, 8> kControles{{
-    {TipoControle::Opcao, kOpcaoD3d12, L"DirectX 12", {14, 52, 201, 60}, nullptr},
-    {TipoControle::Opcao, kOpcaoVulkan, L"Vulkan", {225, 52, 201, 60}, nullptr},
-    {TipoControle::Caixa, kCaixaSemBorda, L"Janela sem borda", {14, 198, 190, 20}, &OpcoesJogo::borderless},
-    {TipoControle::Caixa, kCaixaVsync, L"Sincronia vertical (VSync)", {160, 198, 266, 20}, &OpcoesJogo::vsync},
-    {TipoControle::Caixa,
-     kCaixaFecharAoJogar,
-     L"Fechar o launcher ao jogar",
-     {14, 366, 260, 20},
-     &OpcoesJogo::fecharAoJogar},
-    {TipoControle::Botao, kBotaoRequisitos, L"Requisitos", {98, 446, 92, 28}, nullptr},
-    {TipoControle::BotaoPrincipal, kBotaoOk, L"OK", {200, 446, 68, 28}, nullptr},
-    {TipoControle::Botao, kBotaoCancelar, L"Cancelar", {278, 446, 78, 28}, nullptr},
-}};
-
-// The first item is stored as 1, the other as 0.
-constexpr std::array<std::wstring_view, 2> kRotulosModo{L"Janela", L"Tela cheia"};
-constexpr std::array<std::wstring_view, 1> kRotulosIdioma{L"Português (Brasil)"};
-
-struct ListaDasOpcoes {
-    int id;
-    int y;
-    std::span<const std::wstring_view> rotulos;
-    std::int32_t OpcoesJogo::*campo;  // an index into the labels; null: the list has no field of this kind
-};
-constexpr std::array<ListaDasOpcoes, 6> kListas{{
-    {kListaModo, kYModo, kRotulosModo, nullptr},
-    {kListaResolucao, kYResolucao, kRotulosResolucao, &OpcoesJogo::resolution},
-    {kListaLimiteFps, kYLimiteFps, kRotulosLimiteFps, &OpcoesJogo::fpsLimit},
-    {kListaEfeitos, kYEfeitos, kRotulosVolume, &OpcoesJogo::soundLevel},
-    {kListaMusica, kYMusica, kRotulosVolume, &OpcoesJogo::musicLevel},
-    {kListaIdioma, kYIdioma, kRotulosIdioma, nullptr},
-}};
+// The item that stands for what is stored; for a value that no item has, the last.
+std::int32_t ItemGuardado(const ListaDasOpcoes& l, const OpcoesJogo& opcoes) {
+    if (l.campo == nullptr) return 0;
+    if (l.valores.empty()) return opcoes.*l.campo;
+    const auto achado = std::ranges::find(l.valores, opcoes.*l.campo);
+    return static_cast<std::int32_t>(achado - l.valores.begin());
+}
 
 // A tile's second line.
 std::wstring SentencaDaApi(const ResultadoRequisitos& r, bool roda, const std::string& detalhe) {
@@ -102,7 +67,7 @@ class JanelaOpcoes final : public JanelaModal {
 
 bool JanelaOpcoes::Montar() {
     const OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
-    for (const ControleDasOpcoes& c : kControles) {
+    for (const ControleDasOpcoes& c : kControlesDasOpcoes) {
         const HWND controle = CriarControle(Handle(), c.kind, c.id, c.texto, c.lugar);
         if (controle == nullptr) return false;
         EstadoControle& estado = EstadoDo(controle);
@@ -111,10 +76,8 @@ bool JanelaOpcoes::Montar() {
         if (c.campo != nullptr) estado.checked = opcoes.*c.campo != 0;
     }
     SetWindowRgn(Filho(kCaixaSemBorda), CreateRectRgnIndirect(&kRegiaoDaSemBorda), FALSE);
-    for (const ListaDasOpcoes& l : kListas) {
-        const std::int32_t modo = opcoes.windowMode != 0 ? 0 : 1;
-        if (CriarLista(Handle(), l.id, l.y, {l.rotulos.begin(), l.rotulos.end()},
-                       l.campo == nullptr ? modo : opcoes.*l.campo) == nullptr) {
+    for (const ListaDasOpcoes& l : kListasDasOpcoes) {
+        if (CriarLista(Handle(), l.id, l.y, {l.itens.begin(), l.itens.end()}, ItemGuardado(l, opcoes)) == nullptr) {
             return false;
         }
     }
@@ -174,12 +137,13 @@ void JanelaOpcoes::Atualizar() {
 OpcoesJogo JanelaOpcoes::Escolhidas() const {
     OpcoesJogo opcoes = ObterInterface().opcoesDoJogo;
     opcoes.api = EstadoDo(Filho(kOpcaoVulkan)).checked ? "vulkan" : "d3d12";
-    opcoes.windowMode = EmJanela() ? 1 : 0;
-    for (const ControleDasOpcoes& c : kControles) {
+    for (const ControleDasOpcoes& c : kControlesDasOpcoes) {
         if (c.campo != nullptr) opcoes.*c.campo = EstadoDo(Filho(c.id)).checked ? 1 : 0;
     }
-    for (const ListaDasOpcoes& l : kListas) {
-        if (l.campo != nullptr) opcoes.*l.campo = EstadoDo(Filho(l.id)).selected;
+    for (const ListaDasOpcoes& l : kListasDasOpcoes) {
+        if (l.campo == nullptr) continue;
+        const std::int32_t item = EstadoDo(Filho(l.id)).selected;
+        opcoes.*l.campo = l.valores.empty() ? item : l.valores[static_cast<std::size_t>(item)];
     }
     return opcoes;
 }

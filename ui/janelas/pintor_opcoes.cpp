@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "ui/janelas/medidas_opcoes.h"
 #include "ui/janelas/pintor_modal.h"
 
 namespace zu::launcher {
@@ -17,15 +18,6 @@ struct TextoEm {
     const wchar_t* texto;
 };
 constexpr std::array<TextoEm, 3> kSecoes{{{30, L"API gráfica"}, {118, L"Tela"}, {258, L"Som e geral"}}};
-constexpr std::array<TextoEm, 6> kRotulos{{
-    {kYModo, L"Modo de tela:"},
-    {kYResolucao, L"Resolução:"},
-    {kYLimiteFps, L"Limite de FPS:"},
-    {kYEfeitos, L"Efeitos sonoros:"},
-    {kYMusica, L"Música:"},
-    {kYIdioma, L"Idioma:"},
-}};
-
 constexpr int kAlturaDaSecao = 18;
 constexpr int kFolgaDaRegua = 8;  // from a heading to the rule behind it
 constexpr COLORREF kCorDaSecao = RGB(32, 62, 120);
@@ -56,8 +48,8 @@ void PintarOpcoes(HDC dc, const AparenciaMoldura& moldura, const Fontes& fontes)
     PintarBase(dc, moldura, {kInicioDosBotoes, kFimDosBotoes}, fontes);
     for (const TextoEm& secao : kSecoes)
         PintarSecao(dc, secao, fontes);
-    for (const TextoEm& rotulo : kRotulos) {
-        Escrever(dc, rotulo.texto, {kEsquerda, rotulo.y, kFimDosRotulos, rotulo.y + kAlturaDaLinha},
+    for (const ListaDasOpcoes& linha : kListasDasOpcoes) {
+        Escrever(dc, linha.rotulo, {kEsquerda, linha.y, kFimDosRotulos, linha.y + kAlturaDaLinha},
                  Fontes::De(fontes.negrito2), kCorDoTexto, kUmaLinha);
     }
     Escrever(dc, kTextoDaNota, kNota, Fontes::De(fontes.pequena), kCorDoTextoMenor, kVariasLinhas);
