@@ -32,6 +32,8 @@ struct TracosMenu {
     static void Fechar(Tipo menu) noexcept { DestroyMenu(menu); }
 };
 
+bool marcaDeFoco = false;
+
 bool TemClarao(TipoControle kind) {
     return kind == TipoControle::Botao || kind == TipoControle::BotaoPrincipal;
 }
@@ -98,6 +100,8 @@ void AbrirLista(HWND controle, EstadoControle& estado) {
 }
 
 void AoPressionar(HWND controle, EstadoControle& estado) {
+    MostrarMarcaDeFoco(false);
+    SetFocus(controle);
     estado.pressed = true;
     if (estado.kind == TipoControle::Lista) {
         AbrirLista(controle, estado);
@@ -116,11 +120,64 @@ void AoSoltar(HWND controle, EstadoControle& estado, LPARAM lParam) {
         if (estado.hover) MudarHover(controle, estado, false);
         return;
     }
-    if (estado.kind == TipoControle::DoDono) return;
-    if (estado.kind == TipoControle::Caixa) estado.checked = !estado.checked;
-    if (estado.kind == TipoControle::Opcao) estado.checked = true;
-    // Last: the parent may destroy the control.
-    Notificar(controle, kCodigoClique);
+    Acionar(controle);
+}
+
+// One item on or back, or to either end.
+void AndarNaLista(HWND controle, EstadoControle& estado, std::int32_t passo) {
+    const auto ultimo = static_cast<std::int32_t>(estado.items.size()) - 1;
+    const std::int32_t novo = std::clamp(estado.selected + passo, 0, std::max(0, ultimo));
+    if (std::exchange(estado.selected, novo) == novo) return;
+    Repintar(controle);
+    Notificar(controle, kCodigoSelecao);
+}
+
+bool TeclarNaLista(HWND controle, EstadoControle& estado, WPARAM tecla) {
+    const auto quantos = static_cast<std::int32_t>(estado.items.size());
+    switch (tecla) {
+        case VK_UP:
+        case VK_LEFT:
+            AndarNaLista(controle, estado, -1);
+            return true;
+        case VK_DOWN:
+        case VK_RIGHT:
+            AndarNaLista(controle, estado, 1);
+            return true;
+        case VK_HOME:
+            AndarNaLista(controle, estado, -quantos);
+            return true;
+        case VK_END:
+            AndarNaLista(controle, estado, quantos);
+            return true;
+        case VK_F4:
+            AbrirLista(controle, estado);
+            return true;
+        default:
+            return false;
+    }
+}
+
+// The choice tiles of a window are one choice.
+HWND OutraOpcao(HWND controle) {
+    for (HWND irmao = GetWindow(controle, GW_HWNDFIRST); irmao != nullptr; irmao = GetWindow(irmao, GW_HWNDNEXT)) {
+        if (irmao != controle && EhControle(irmao) && EstadoDo(irmao).kind == TipoControle::Opcao) return irmao;
+    }
+    return nullptr;
+}
+
+void AoTeclar(HWND controle, EstadoControle& estado, UINT mensagem, WPARAM tecla, LPARAM lParam) {
+    const bool seta = tecla == VK_LEFT || tecla == VK_RIGHT || tecla == VK_UP || tecla == VK_DOWN;
+    MostrarMarcaDeFoco(true);
+    if (tecla == VK_SPACE && estado.kind != TipoControle::Lista) {
+        if ((HIWORD(lParam) & KF_REPEAT) == 0) Acionar(controle);
+    } else if (estado.kind == TipoControle::Lista && TeclarNaLista(controle, estado, tecla)) {
+        return;
+    } else if (const HWND outra = estado.kind == TipoControle::Opcao && seta ? OutraOpcao(controle) : nullptr) {
+        SetFocus(outra);
+        Acionar(outra);
+    } else {
+        SendMessageW(GetParent(controle), mensagem, tecla, lParam);
+    }
 }
 
 // Another window took the mouse while the button was held: no click comes of it.
@@ -132,6 +189,8 @@ void AoPerderCaptura(HWND controle, EstadoControle& estado) {
 
 // A disabled window gets no word of the pointer leaving it.
 void AoHabilitar(HWND controle, EstadoControle& estado, bool habilitado) {
+    // It would keep the keyboard to itself.
+    if (!habilitado && GetFocus() == controle) SetFocus(GetParent(controle));
     if (!habilitado && estado.hover) MudarHover(controle, estado, false);
     Repintar(controle);
 }
@@ -158,7 +217,8 @@ void Pintar(HWND controle, const EstadoControle& estado, HDC dc) {
     GetWindowTextW(controle, legenda.data(), static_cast<int>(legenda.size()) + 1);
     RECT r{};
     GetClientRect(controle, &r);
-    PintarControle(dc, r, {estado, legenda, IsWindowEnabled(controle) != FALSE}, FontesDaInterface());
+    const bool foco = MarcaDeFoco() && GetFocus() == controle;
+    PintarControle(dc, r, {estado, legenda, IsWindowEnabled(controle) != FALSE, foco}, FontesDaInterface());
 }
 
 // The record comes with the window's creation, in a `unique_ptr` that is emptied once the window owns it.
@@ -187,6 +247,17 @@ bool Tratar(HWND controle, EstadoControle& estado, UINT mensagem, WPARAM wParam,
             return true;
         case WM_LBUTTONUP:
             AoSoltar(controle, estado, lParam);
+            return true;
+        case WM_KEYDOWN:
+            AoTeclar(controle, estado, mensagem, wParam, lParam);
+            return true;
+        case WM_SYSKEYDOWN:
+            if (estado.kind != TipoControle::Lista || wParam != VK_DOWN) return false;
+            AbrirLista(controle, estado);
+            return true;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            if (MarcaDeFoco()) Repintar(controle);
             return true;
         case WM_CAPTURECHANGED:
             AoPerderCaptura(controle, estado);
@@ -249,6 +320,25 @@ HWND CriarLista(HWND pai, int id, int y, std::vector<std::wstring> items, std::i
     estado.fill = kCorDaLista;
     estado.fundo = kCorDaJanela;
     return lista;
+}
+
+void Acionar(HWND controle) {
+    EstadoControle& estado = EstadoDo(controle);
+    if (estado.kind == TipoControle::DoDono) return;
+    if (estado.kind == TipoControle::Caixa) estado.checked = !estado.checked;
+    if (estado.kind == TipoControle::Opcao) estado.checked = true;
+    Repintar(controle);
+    // Last: the parent may destroy the control.
+    Notificar(controle, kCodigoClique);
+}
+
+bool MarcaDeFoco() {
+    return marcaDeFoco;
+}
+
+void MostrarMarcaDeFoco(bool visivel) {
+    if (std::exchange(marcaDeFoco, visivel) == visivel) return;
+    if (const HWND controle = GetFocus(); controle != nullptr && EhControle(controle)) Repintar(controle);
 }
 
 bool EhControle(HWND janela) {

@@ -1,6 +1,7 @@
 // The one child control of every window, "ZuLauncherControle": button, primary button, check box, drop-down list and
 // choice tile. It draws itself, animates itself, and tells its parent with WM_COMMAND: the id, a code and its window.
-// The caption is its window text. UI thread only.
+// The caption is its window text. It can have the keyboard: Space presses it, arrows change a list, F4 and Alt+Down
+// open it; every other key goes to its parent. UI thread only.
 #pragma once
 
 #include <windows.h>
@@ -68,6 +69,14 @@ bool EhControle(HWND janela);
 
 // Of a window made by the functions above. What a caller changes shows with the next repaint.
 EstadoControle& EstadoDo(HWND controle);
+
+// What a click of the player does, without the mouse.
+void Acionar(HWND controle);
+
+// Whether the control that has the keyboard shows it: from the first key that moves between controls to the next press
+// of a mouse button.
+bool MarcaDeFoco();
+void MostrarMarcaDeFoco(bool visivel);
 
 // These repaint, and only when something differs.
 void Marcar(HWND controle, bool checked);

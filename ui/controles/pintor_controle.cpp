@@ -36,6 +36,9 @@ constexpr ARGB kContornoMarcado = Argb(255, 40, 96, 190);
 constexpr ARGB kLustroAlto = Argb(190, 255, 255, 255);
 constexpr ARGB kLustroBaixo = Argb(40, 255, 255, 255);
 constexpr ARGB kFioClaro = Argb(120, 255, 255, 255);
+constexpr ARGB kMarcaDoFoco = Argb(255, 30, 72, 160);
+constexpr REAL kLarguraDaMarcaDoFoco = 1.5F;
+constexpr REAL kRecuoDaMarcaDoFoco = 4;  // from the control's edge
 constexpr float kAlfaDoClarao = 120;
 constexpr REAL kLarguraDoClarao = 26;
 
@@ -203,6 +206,14 @@ void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
     Escrever(dc, a.legenda, legenda, Fontes::De(fontes.negrito), a.habilitado ? kTexto : kTextoDesligado, kUmaLinha);
 }
 
+void PintarFoco(HDC dc, const RECT& r, TipoControle kind) {
+    const bool semFace = kind == TipoControle::Caixa;
+    const Area area = AreaDe(r, semFace ? 0.5F : kRecuoDaMarcaDoFoco);
+    const REAL raio =
+        kind == TipoControle::Botao || kind == TipoControle::BotaoPrincipal ? area.altura / 2 : kRaioDaLista;
+    Tela(dc).Contornar(Caminho(area, raio), kMarcaDoFoco, kLarguraDaMarcaDoFoco);
+}
+
 }  // namespace
 
 void PintarControle(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
@@ -225,6 +236,7 @@ void PintarControle(HDC dc, const RECT& r, const AparenciaControle& a, const Fon
             if (a.estado.pintor) a.estado.pintor(dc, r, a.estado);
             break;
     }
+    if (a.foco) PintarFoco(dc, r, a.estado.kind);
 }
 
 }  // namespace zu::launcher

@@ -14,6 +14,7 @@ struct AparenciaControle {
     const EstadoControle& estado;
     std::wstring_view legenda;
     bool habilitado = true;
+    bool foco = false;  // the mark of the keyboard
 };
 
 // Draws any kind in any state into `r` and reads nothing else.

@@ -1,9 +1,35 @@
 #include "ui/janelas/janela.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "ui/controles/controle.h"
 #include "ui/janelas/molde.h"
 
 namespace zu::launcher {
+namespace {
+
+bool PodeTerFoco(HWND controle) {
+    if (!EhControle(controle) || !IsWindowVisible(controle) || !IsWindowEnabled(controle)) return false;
+    // Of the choice tiles the chosen one stands for all.
+    return EstadoDo(controle).kind != TipoControle::Opcao || EstadoDo(controle).checked;
+}
+
+std::vector<HWND> ControlesEmOrdem(HWND janela) {
+    std::vector<HWND> controles;
+    for (HWND filho = GetWindow(janela, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
+        if (PodeTerFoco(filho)) controles.push_back(filho);
+    }
+    std::ranges::sort(controles, {}, [](HWND controle) {
+        RECT r{};
+        GetWindowRect(controle, &r);
+        return std::pair(r.top, r.left);
+    });
+    return controles;
+}
+
+}  // namespace
 
 void Janela::Registrar(HINSTANCE modulo, const wchar_t* classe, HICON icone) {
     RegistrarClasse(modulo, classe, Procedimento, icone);
@@ -30,13 +56,48 @@ Janela* Janela::De(HWND janela) {
 }
 
 bool Janela::TomarTecla(const MSG& mensagem) {
-    if (mensagem.message != WM_KEYDOWN || (mensagem.wParam != VK_RETURN && mensagem.wParam != VK_ESCAPE)) return false;
+    if (mensagem.message == WM_LBUTTONDOWN || mensagem.message == WM_NCLBUTTONDOWN) MostrarMarcaDeFoco(false);
+    if (mensagem.message != WM_KEYDOWN && mensagem.message != WM_SYSKEYDOWN) return false;
     Janela* const janela = De(EhControle(mensagem.hwnd) ? GetParent(mensagem.hwnd) : mensagem.hwnd);
-    if (janela == nullptr || !IsWindowEnabled(janela->janela_)) return false;
+    return janela != nullptr && IsWindowEnabled(janela->janela_) && janela->AoTeclar(mensagem);
+}
+
+bool Janela::AoTeclar(const MSG& mensagem) {
     // A key that is held down acts once: its repetitions are not meant for the window that it brings to the front.
-    if ((HIWORD(mensagem.lParam) & KF_REPEAT) != 0) return true;
-    mensagem.wParam == VK_RETURN ? janela->AoConfirmar() : janela->AoFechar();
+    const bool repetida = (HIWORD(mensagem.lParam) & KF_REPEAT) != 0;
+    const bool comAlt = mensagem.message == WM_SYSKEYDOWN;
+    if (!comAlt && mensagem.wParam == VK_TAB) {
+        MoverFoco(GetKeyState(VK_SHIFT) < 0);
+    } else if (!comAlt && mensagem.wParam == VK_RETURN) {
+        if (!repetida) AoConfirmar();
+    } else if (mensagem.wParam == (comAlt ? VK_F4 : VK_ESCAPE)) {
+        if (!repetida) AoFechar();
+    } else {
+        return false;
+    }
     return true;
+}
+
+void Janela::MoverFoco(bool paraTras) {
+    const std::vector<HWND> controles = ControlesEmOrdem(janela_);
+    if (controles.empty()) return;
+    MostrarMarcaDeFoco(true);
+    const auto atual = std::ranges::find(controles, GetFocus());
+    const auto lugar = static_cast<std::size_t>(atual - controles.begin());
+    const std::size_t n = controles.size();
+    if (atual == controles.end())
+        SetFocus(paraTras ? controles.back() : controles.front());
+    else
+        SetFocus(controles[(lugar + (paraTras ? n - 1 : 1)) % n]);
+}
+
+void Janela::Focar() {
+    const std::vector<HWND> controles = ControlesEmOrdem(janela_);
+    if (!controles.empty()) SetFocus(controles.front());
+}
+
+void Janela::GuardarFoco() {
+    if (const HWND foco = GetFocus(); IsChild(janela_, foco) && EhControle(foco)) foco_ = foco;
 }
 
 void Janela::Nascer(HWND janela) {
@@ -76,7 +137,11 @@ LRESULT Janela::Responder(UINT mensagem, WPARAM wParam, LPARAM lParam) {
             return 1;
         case WM_ACTIVATE:
             RepintarTira(janela_, tamanho_.cx);
+            if (LOWORD(wParam) == WA_INACTIVE) GuardarFoco();
             break;
+        case WM_SETFOCUS:
+            if (IsChild(janela_, foco_) && IsWindowEnabled(foco_)) SetFocus(foco_);
+            return 0;
         case WM_LBUTTONUP:
             AoClicarNaTira(PontoDe(lParam));
             return 0;

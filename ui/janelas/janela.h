@@ -1,6 +1,6 @@
 // What all windows of the launcher have in common: each paints itself into memory, its title strip drags it and lights
-// up its boxes, Enter and Escape mean the same in every control. Each kind derives from `Janela`; the record lives and
-// dies with the system's window. UI thread only.
+// up its boxes; Tab moves through its controls in the order of reading, Enter and Escape mean the same in every one.
+// Each kind derives from `Janela`; the record lives and dies with the system's window. UI thread only.
 #pragma once
 
 #include <windows.h>
@@ -41,6 +41,9 @@ class Janela {
     // Null: it is no window of the launcher, or no longer one.
     static Janela* De(HWND janela);
 
+    // Gives the keyboard to the first control. The window must be shown: it becomes the active one.
+    void Focar();
+
     // For the loops of messages. True: the key was meant for the window as a whole, and it has acted on it.
     static bool TomarTecla(const MSG& mensagem);
 
@@ -66,11 +69,15 @@ class Janela {
     void Nascer(HWND janela);
     LRESULT Responder(UINT mensagem, WPARAM wParam, LPARAM lParam);
     void AoClicarNaTira(POINT ponto);
+    bool AoTeclar(const MSG& mensagem);
+    void MoverFoco(bool paraTras);
+    void GuardarFoco();
 
     HWND EstadoInterface::*propria_;
     SIZE tamanho_;
     bool comMinimizar_;
     HWND janela_ = nullptr;
+    HWND foco_ = nullptr;  // the control that had the keyboard when the window was left
     CaixaDaTira sobre_ = CaixaDaTira::kNenhuma;
 };
 

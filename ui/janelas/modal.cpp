@@ -37,6 +37,7 @@ HWND JanelaModal::Abrir(std::unique_ptr<JanelaModal> registro, POINT lugar) {
     }
     EnableWindow(dona, FALSE);
     MostrarJanela(janela);
+    if (!ModoCaptura()) De(janela)->Focar();
     return janela;
 }
 
