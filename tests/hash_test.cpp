@@ -1,13 +1,10 @@
-#include "core/hash.h"
-
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "core/assinatura.h"
+#include "core/hash.h"
 #include "core/texto.h"
-#include "tests/suporte/publicacao.h"
-#include "update/hash_arquivo.h"
 
 namespace zu::launcher {
 namespace {
@@ -62,26 +59,6 @@ TEST(Assinatura, CasosDoNistEDoOpenssl) {
         assinatura.push_back(0);
         EXPECT_FALSE(VerifyListSignature(chaves, DeHex(caso.mensagem), assinatura)) << caso.nome;
     }
-}
-
-TEST(Hash, ArquivoInteiroEEmPartesNumaPassada) {
-    const teste::PastaTemporaria pasta;
-    const std::string conteudo = teste::Bytes(2'500'000);
-    pasta.Escrever("f", conteudo);
-    pasta.Escrever("g.p001", conteudo.substr(0, 1'000'000));
-    pasta.Escrever("g.p002", "");
-    pasta.Escrever("g.p003", conteudo.substr(1'000'000));
-    std::uint64_t soma = 0;
-    const ResultadoHash inteiro = HashArquivo(pasta / "f", 0, [&](std::uint64_t bytes) { soma += bytes; });
-    const ResultadoHash partes = HashArquivo(pasta / "g", 3);
-    EXPECT_EQ(std::tuple(inteiro.ok, soma, inteiro.bytes), std::tuple(true, conteudo.size(), conteudo.size()));
-    EXPECT_EQ(inteiro.sha256, Sha256Of(ComoBytes(conteudo)));
-    EXPECT_EQ(std::tuple(partes.bytes, partes.crc, partes.sha256),
-              std::tuple(inteiro.bytes, inteiro.crc, inteiro.sha256));
-    EXPECT_FALSE(HashArquivo(pasta / "g", 4).ok);
-    EXPECT_FALSE(HashArquivo(pasta / "falta", 0).ok);
-    const std::atomic<bool> cancelado = true;
-    EXPECT_FALSE(HashArquivo(pasta / "f", 0, {}, &cancelado).ok);
 }
 
 }  // namespace

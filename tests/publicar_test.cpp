@@ -7,7 +7,6 @@
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
-#include "tools/forjal/publicar/copia.h"
 #include "tools/forjal/varredura.h"
 
 ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
@@ -44,15 +43,15 @@ TEST_F(Forjal, ChavesNaoVaoParaAWeb) {
 }
 
 TEST_F(Forjal, PublicaSoOQueMudou) {
-    const std::string grande = teste::Bytes(2 * kMiB + 5);
+    const std::string grande = teste::Bytes(4 * kMiB + 5);
     Cliente({{"Zu.exe", "programa"},
              {"data/B.pak", grande},
              {"Data_x/é ç.txt", "acento"},
-             {"justo.pak", teste::Bytes(kMiB)},
+             {"justo.pak", teste::Bytes(2 * kMiB)},
              {"vazio", ""},
              {"Config/Zu.ini", "do jogador"},
              {"Cache/x", "do jogador"}});
-    const std::vector<std::string> opcoes{"--partes-mib=1", "--versao=1.2 beta", "--chave-assets=k", "--remover=a\\b",
+    const std::vector<std::string> opcoes{"--partes-mib=2", "--versao=1.2 beta", "--chave-assets=k", "--remover=a\\b",
                                           "--remover=c"};
     ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_;
     ASSERT_EQ(Conferir(), kFeito) << saida_;
@@ -64,7 +63,7 @@ TEST_F(Forjal, PublicaSoOQueMudou) {
     for (const update::ItemLista& item : lista.itens)
         itens += Formatar("{} {}, ", item.caminho, item.partes);
     EXPECT_EQ(itens, "data/B.pak 3, Data_x/é ç.txt 0, justo.pak 0, vazio 0, Zu.exe 0, ");
-    EXPECT_TRUE(pasta_.Ler("saida/data/B.pak.p003") == grande.substr(2 * kMiB));
+    EXPECT_TRUE(pasta_.Ler("saida/data/B.pak.p003") == grande.substr(4 * kMiB));
     EXPECT_EQ(pasta_.Tudo().size(), 7U + 7U + 2U) << "client, published, list and record; nothing temporary";
 
     const std::uint64_t hora = Hora("saida/data/B.pak.p001");
@@ -135,20 +134,28 @@ class ForjalTroca : public Forjal {
         Cliente({{"muda", "antes"}, {"Caixa/Muda", "x"}, {"grande", grande}, {"some", "some"}, {"igual", "igual"}});
         ASSERT_EQ(Publicar(1), kFeito) << saida_;
         antes_ = Publicado();
-        Cliente(
-            {{"muda", "depois"}, {"caixa/muda", "x"}, {"grande", grande}, {"nova/pasta/novo", "novo"}, {"igual", "igual"}});
-        std::filesystem::rename(pasta_ / "saida", pasta_ / "primeira");
+        Cliente({{"muda", "depois"},
+                 {"caixa/muda", "x"},
+                 {"grande", grande},
+                 {"nova/pasta/novo", "novo"},
+                 {"igual", "igual"}});
     }
     void TearDown() override { teste::recusa = {}; }
 
     int PublicarDeNovo(int seq) { return Publicar(seq, {"--partes-mib=1", "--muitas-remocoes"}); }
-    void Restaurar(const std::string& de) {
+    void Restaurar(const std::map<std::string, std::string>& foto) {
         Apagar("saida");
-        std::filesystem::copy(pasta_ / de, pasta_ / "saida", std::filesystem::copy_options::recursive);
+        for (const auto& [nome, conteudo] : foto) {
+            if (nome.ends_with('/')) {
+                std::filesystem::create_directories(pasta_ / ("saida/" + nome));
+            } else if (nome != "Forjal.trava") {
+                pasta_.Escrever("saida/" + nome, conteudo);
+            }
+        }
     }
     // Publishes over the first publication, while the system treats a call as `recusa` says.
     int PublicarSobre(const teste::Recusa& recusa) {
-        Restaurar("primeira");
+        Restaurar(antes_);
         teste::recusa = recusa;
         const int codigo = PublicarDeNovo(2);
         teste::recusa = {};
@@ -172,46 +179,34 @@ class ForjalTroca : public Forjal {
         ASSERT_EQ(PublicarDeNovo(3), kFeito) << saida_;
         EXPECT_EQ(Conferir(), kFeito) << saida_;
         ASSERT_EQ(Publicar(4, {"--partes-mib=1", "--limpar"}), kFeito) << saida_;
-        EXPECT_THAT(Publicado(), ElementsAre(Key("Forjal.publicados"), Key("UpdateList.txt"), Key("caixa"),
+        EXPECT_THAT(Publicado(), ElementsAre(Key("Forjal.publicados"), Key("UpdateList.txt"), Key("caixa/"),
                                              Key("caixa/muda"), Key("grande.p001"), Key("grande.p002"), Key("igual"),
-                                             Key("muda"), Key("nova"), Key("nova/pasta"), Key("nova/pasta/novo")));
+                                             Key("muda"), Key("nova/"), Key("nova/pasta/"), Key("nova/pasta/novo")));
     }
 
     std::map<std::string, std::string> antes_;
     int interrompidas_ = 0;
 };
 
-// What a kill leaves is what stands there at that moment.
+// What a kill leaves is what stands there at that moment, but for the lock, which goes with its process. A file that is
+// being written cannot be read: it counts as torn.
 TEST_F(ForjalTroca, MortaEmQualquerMomentoServeAosJogadores) {
     static std::function<void()> fotografar;
     static std::mutex um;
-    int fotos = 0;
+    std::vector<std::map<std::string, std::string>> fotos;
     fotografar = [&] {
-        const std::filesystem::path foto = pasta_ / ("foto " + std::to_string(fotos++));
-        std::filesystem::create_directory(foto);
-        for (const auto& [nome, conteudo] : Publicado()) {
-            // The lock is gone with its process. A file that is being written cannot be read: it counts as torn.
-            if (std::filesystem::is_directory(pasta_ / ("saida/" + nome))) {
-                std::filesystem::create_directory(foto / DeUtf8(nome));
-            } else if (nome != "Forjal.trava") {
-                std::ofstream(foto / DeUtf8(nome), std::ios::binary) << conteudo;
-            }
-        }
+        const std::lock_guard tranca(um);
+        fotos.push_back(Publicado());
     };
-    for (const std::string_view chamada : {"FlushFileBuffers", "MoveFileExW", "DeleteFileW"}) {
-        const auto ver = [] {
-            const std::lock_guard tranca(um);
-            fotografar();
-        };
-        ASSERT_EQ(PublicarSobre({.chamada = chamada, .ver = ver}), kFeito) << saida_;
-    }
-    for (int i = 0; i < fotos; ++i) {
+    for (const std::string_view chamada : {"FlushFileBuffers", "MoveFileExW", "DeleteFileW"})
+        ASSERT_EQ(PublicarSobre({.chamada = chamada, .ver = [] { fotografar(); }}), kFeito) << saida_;
+    for (std::size_t i = 0; i < fotos.size(); ++i) {
         SCOPED_TRACE(i);
-        Restaurar("foto " + std::to_string(i));
+        Restaurar(fotos[i]);
         EsperarInteira(i % 2 == 0);
         EsperarProxima();
     }
-    EXPECT_GT(interrompidas_, 8) << "of " << fotos;
+    EXPECT_GT(interrompidas_, 8) << "of " << fotos.size();
 }
 
 // A full disk at the latest: whatever the system refuses, and from whichever call on.
@@ -237,20 +232,13 @@ TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
     Cliente({{"Zu.exe", "programa"}});
     ASSERT_EQ(Publicar(1), kFeito);
     const auto publicado = Publicado();
-    // The last word of progress comes when everything has been copied.
-    saida_.aoProgredir = [this] { pasta_.Escrever("cliente/Zu.exe", "prOgrama"); };
-    EXPECT_EQ(Publicar(2), kRecusado);
-    EXPECT_TRUE(saida_.Tem("Zu.exe: mudou durante a publicação")) << saida_;
-    EXPECT_EQ(Publicado(), publicado);
-
-    // Longer or shorter than when it was listed.
-    std::atomic<std::uint64_t> bytes = 0;
-    std::atomic<bool> parar = false;
-    for (const std::uint64_t tamanho : {7U, 9U}) {
-        const Trecho trecho{.caminho = "novo", .inicio = 0, .tamanho = tamanho};
-        const ResultadoDaCopia r = PrepararArquivo(pasta_ / "cliente/Zu.exe", {&trecho, 1}, pasta_ / "saida", nullptr,
-                                                   {.bytes = bytes, .parar = parar});
-        EXPECT_EQ(r.erro, kMudou) << tamanho;
+    // Some words of progress come before the file is copied, the last one when everything has been.
+    for (const std::string agora : {"prOgrama", "mais longo que antes", "curto"}) {
+        Cliente({{"Zu.exe", "programa"}});
+        saida_.aoProgredir = [&] { pasta_.Escrever("cliente/Zu.exe", agora); };
+        EXPECT_EQ(Publicar(2), kRecusado);
+        EXPECT_TRUE(saida_.Tem("Zu.exe: mudou durante a publicação")) << saida_;
+        EXPECT_EQ(Publicado(), publicado);
     }
 }
 
@@ -273,7 +261,7 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
     EXPECT_TRUE(pasta_.Tem("fora"));
     EXPECT_THAT(Publicado(),
                 ElementsAre(Key("Forjal.publicados"), Key("Grande.p001"), Key("Grande.p002"), Key("UpdateList.txt"),
-                            Pair("trocado", "do website"), Key("velho"), Pair("velho/pagina.html", "do servidor")));
+                            Pair("trocado", "do website"), Key("velho/"), Pair("velho/pagina.html", "do servidor")));
 
     // Back in one piece: the parts are the old files now.
     for (const int seq : {4, 5}) {
@@ -281,7 +269,7 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
         ASSERT_EQ(Publicar(seq, {"--limpar"}), kFeito) << saida_;
     }
     EXPECT_THAT(Publicado(), ElementsAre(Key("Forjal.publicados"), Key("Grande"), Key("UpdateList.txt"), Key("trocado"),
-                                         Key("velho"), Key("velho/pagina.html")));
+                                         Key("velho/"), Key("velho/pagina.html")));
     EXPECT_EQ(Conferir(), kFeito) << saida_;
 }
 

@@ -93,11 +93,12 @@ class Forjal : public testing::Test {
         for (const auto& [nome, conteudo] : arquivos)
             pasta_.Escrever("cliente/" + nome, conteudo);
     }
-    // All that stands below "saida"; folders too, without content.
+    // All that stands below "saida"; folders too, with "/" at their end.
     std::map<std::string, std::string> Publicado() {
         std::map<std::string, std::string> tudo;
         for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_ / "saida")) {
-            const std::string nome = ParaUtf8(entrada.path().lexically_relative(pasta_ / "saida").generic_wstring());
+            std::string nome = ParaUtf8(entrada.path().lexically_relative(pasta_ / "saida").generic_wstring());
+            if (entrada.is_directory()) nome += "/";
             tudo[nome] = pasta_.Ler("saida/" + nome);
         }
         return tudo;
