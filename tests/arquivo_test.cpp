@@ -50,11 +50,9 @@ TEST_F(Arquivo, LeituraInteiraENoLimite) {
 }
 
 TEST_F(Arquivo, PastasIdentidadeECaminhoCanonico) {
-    EXPECT_TRUE(CriarPastas(pasta_ / "a/b b/ç"));
-    EXPECT_TRUE(CriarPastas(pasta_ / "a/b b/ç"));
     EXPECT_TRUE(CriarPastas(L"C:\\"));
+    EXPECT_TRUE(CriarPastas(pasta_ / "a/b b/ç"));
     pasta_.Escrever("a/arquivo", "x");
-    EXPECT_FALSE(CriarPastas(pasta_ / "a/arquivo/dentro"));
     EXPECT_FALSE(CriarPastas(pasta_ / "a/arquivo"));
 
     EXPECT_TRUE(MesmoArquivo(pasta_ / "a/arquivo", pasta_ / "A/../a/ARQUIVO"));

@@ -19,7 +19,7 @@ using teste::Pedido;
 using teste::Resposta;
 using Mentira = std::function<void(const Pedido&, Resposta&)>;
 
-class Conferir : public testing::Test {
+class Conferir : public Forjal {
  protected:
     Conferir() {
         publicacao_.arquivos = {{"Data/é ç.pak", teste::Bytes(9000)},
@@ -32,13 +32,9 @@ class Conferir : public testing::Test {
         publicacao_.Servir(servidor_);
     }
 
-    int Rodar(const std::vector<std::string>& mais = {}) {
-        std::vector<std::wstring> argumentos{L"conferir", DeUtf8("--pub=" ZU_PASTA_CHAVES "/lista.pub"),
-                                             DeUtf8("--url=" + servidor_.Url())};
-        for (const std::string& um : mais)
-            argumentos.push_back(DeUtf8(um));
-        saida_ = {};
-        return RodarForjal(argumentos, saida_);
+    int ConferirUrl(std::vector<std::string> mais = {}) {
+        mais.insert(mais.begin(), {"conferir", "--pub=#\\lista.pub", "--url=" + servidor_.Url()});
+        return Rodar(mais);
     }
     // Lets `mentira` spoil every good answer for this path.
     void Mentir(const std::string& caminho, const Mentira& mentira) {
@@ -50,23 +46,22 @@ class Conferir : public testing::Test {
             return resposta;
         });
     }
-    std::string Assinada(const std::string& antes) const {
+    [[nodiscard]] std::string Assinada(const std::string& antes) const {
         return teste::Assinar(antes + update::EscreverLista(publicacao_.Lista()));
     }
 
     teste::Publicacao publicacao_;
     teste::Servidor servidor_;
-    SaidaDeTeste saida_;
 };
 
 TEST_F(Conferir, PerguntaComoOLauncher) {
     for (const char* opcao : {"--completo", "--amostra=9", "--amostra=2"}) {
-        EXPECT_EQ(Rodar({opcao}), kFeito) << saida_;
+        EXPECT_EQ(ConferirUrl({opcao}), kFeito) << saida_;
         EXPECT_TRUE(saida_.Tem(Formatar(": seq 1, {} de 6 arquivo(s)", opcao == "--amostra=2"s ? 2 : 6))) << saida_;
     }
 
     servidor_.EsquecerPedidos();
-    ASSERT_EQ(Rodar(), kFeito) << saida_;
+    ASSERT_EQ(ConferirUrl(), kFeito) << saida_;
     teste::Configurar("", servidor_.Url());
     const std::vector<std::pair<std::string, std::string>> faixas{{"", "bytes=8999-"},    {"", "bytes=4999-"},
                                                                   {".p002", "bytes=0-0"}, {"", "bytes=0-"},
@@ -145,7 +140,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
     for (const auto& [caminho, mentira, linha, opcoes] : casos) {
         publicacao_.Servir(servidor_);
         Mentir(caminho, mentira);
-        EXPECT_EQ(Rodar(opcoes), kRecusado) << linha;
+        EXPECT_EQ(ConferirUrl(opcoes), kRecusado) << linha;
         const std::size_t corte = linha.find("…");
         const std::string parte = corte == std::string::npos ? linha + "\n" : linha.substr(0, corte);
         EXPECT_TRUE(("\n" + saida_.linhas + saida_.erros).find("\n" + parte) != std::string::npos) << linha << saida_;
@@ -157,7 +152,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
 TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
     std::atomic<int> vez = 0;
     Mentir("Zu.exe", [&](const Pedido&, Resposta& r) { r.status = ++vez == 1 ? 503 : r.status; });
-    EXPECT_EQ(Rodar(), kFeito) << saida_;
+    EXPECT_EQ(ConferirUrl(), kFeito) << saida_;
 
     for (int i = 0; i < 200; ++i)
         publicacao_.arquivos[std::to_string(i)] = teste::Bytes(1);
@@ -167,23 +162,22 @@ TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
             r = {.status = 206, .cabecalhos = r.cabecalhos, .anunciado = 1, .fim = teste::Fim::kDerrubar};
         });
     servidor_.EsquecerPedidos();
-    EXPECT_EQ(Rodar(), kRecusado);
+    EXPECT_EQ(ConferirUrl(), kRecusado);
     EXPECT_TRUE(saida_.Tem("o servidor parou de atender")) << saida_;
     EXPECT_LT(servidor_.QuantosPedidos(), 200U);
 }
 
 // A server that still has the publication before: only the folder tells.
 TEST_F(Conferir, PastaEServidorTemAMesmaLista) {
-    const teste::PastaTemporaria pasta;
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
     for (const auto& [caminho, conteudo] : publicacao_.arquivos)
-        pasta.Escrever(caminho, conteudo);
+        pasta_.Escrever("saida/" + caminho, conteudo);
     for (const std::string versao : {"1.0", "nova"}) {
         publicacao_.versao = versao;
-        pasta.Escrever("UpdateList.txt", Assinada(""));
+        pasta_.Escrever("saida/UpdateList.txt", Assinada(""));
         const bool igual = versao == "1.0";
-        EXPECT_EQ(Rodar({"--publicado=" + ParaUtf8(pasta.Caminho().native())}), igual ? kFeito : kRecusado);
+        EXPECT_EQ(ConferirUrl({"--publicado=@\\saida"}), igual ? kFeito : kRecusado);
         EXPECT_EQ(saida_.Tem("(no servidor seq 1, na pasta seq 1"), !igual) << saida_;
     }
 }

@@ -78,11 +78,8 @@ TEST_F(Configuracao, OpcoesExatasEValores) {
         Ler({L"--jogar", L"--sem-cef", L"--sem-interface", L"--reparar", L"--reaberto", L"--reaberto",
              L"--captura=C:\\x", L"--requisitos-simular=ok", L"--manifesto=http://outro/é", L"--desconhecida"});
     EXPECT_TRUE(tudo.jogar && tudo.semInterface && tudo.reparar);
-    EXPECT_EQ(tudo.reaberto, 2U);
-    EXPECT_EQ(tudo.captura, L"C:\\x");
-    EXPECT_EQ(tudo.requisitosSimular, L"ok");
-    EXPECT_EQ(tudo.urlUpdate, "http://outro/é/");
-    EXPECT_EQ(tudo.pastaJogo, pasta_.Caminho());
+    EXPECT_EQ(std::tuple(tudo.reaberto, tudo.captura, tudo.requisitosSimular), std::tuple(2U, L"C:\\x", L"ok"));
+    EXPECT_EQ(std::tuple(tudo.urlUpdate, tudo.pastaJogo), std::tuple("http://outro/é/", pasta_.Caminho()));
     EXPECT_EQ(tudo.argumentos.size(), 11U);
     EXPECT_EQ(tudo.argumentos.back(), L"--desconhecida");
 

@@ -4,6 +4,7 @@
 #include <sddl.h>
 
 #include "app/selo.h"
+#include "core/chaves.h"
 #include "tests/suporte/oficina.h"
 
 namespace zu::launcher::forjal {
@@ -24,12 +25,13 @@ bool TodosPodem(const std::filesystem::path& arquivo) {
 }
 
 TEST_F(Forjal, ChavesNuncaSobrescrevemESaoSoDoDono) {
-    EXPECT_TRUE(TodosPodem(*chaves_ / "lista.pub"));
-    EXPECT_FALSE(TodosPodem(*chaves_ / "lista.chave") || TodosPodem(*chaves_ / "selo.segredo"));
+    ASSERT_EQ(Rodar({"chaves", "--saida=@\\k"}), kFeito) << saida_;
+    EXPECT_TRUE(TodosPodem(pasta_ / "k/lista.pub"));
+    EXPECT_FALSE(TodosPodem(pasta_ / "k/lista.chave") || TodosPodem(pasta_ / "k/selo.segredo"));
     for (const std::string nome : {"lista.chave", "lista.pub", "selo.segredo"}) {
+        Apagar("k");
         pasta_.Escrever("k/" + nome, "minha");
         Recusa({"chaves", "--saida=@\\k"}, nome);
-        Apagar("k");
     }
 }
 
@@ -40,8 +42,6 @@ TEST_F(Forjal, SelarAteOLimiteDeCadaCampo) {
         {"--site=", 127, &CamposSelados::site},
         {"--seletor=", 63, &CamposSelados::seletor},
         {"--registro=", 127, &CamposSelados::registro}};
-    SegredoSelo segredo{};
-    std::ranges::copy(chaves_->Ler("selo.segredo"), segredo.begin());
     std::vector<std::string> selar{"selar", "--segredo=#\\selo.segredo", "--saida=@\\Launcher.emu", ""};
     for (const auto& [opcao, limite, campo] : casos) {
         // The limit counts bytes: the first letter takes two.
@@ -51,7 +51,7 @@ TEST_F(Forjal, SelarAteOLimiteDeCadaCampo) {
         ASSERT_EQ(Rodar(selar), kFeito) << saida_;
         CorpoSelado corpo{};
         std::string recusa;
-        ASSERT_TRUE(AbrirSelado(pasta_.Ler("Launcher.emu"), segredo, corpo, recusa)) << recusa;
+        ASSERT_TRUE(AbrirSelado(pasta_.Ler("Launcher.emu"), SegredoDoSelo(), corpo, recusa)) << recusa;
         EXPECT_EQ(LerCampos(corpo).*campo, cabe);
         selar.back() += "x";
         Recusa(selar, "o limite é " + std::to_string(limite), kUsoErrado);
@@ -73,10 +73,10 @@ TEST_F(Forjal, AbrirMostraOuRecusaComoOLauncher) {
     selado[100] = static_cast<char>(selado[100] ^ 1);
     pasta_.Escrever("mexido", selado);
     Recusa({"abrir", "--segredo=#\\selo.segredo", "@\\mexido"}, "arquivo adulterado");
-    const auto chavesAntes = chaves_->Tudo();
+    const auto chavesAntes = chaves_.Tudo();
     for (const std::string alvo : {"#\\lista.chave", "#\\selo.segredo", "@\\mexido", "@"})
         Recusa({"selar", "--segredo=#\\selo.segredo", "--saida=" + alvo}, "já existe");
-    EXPECT_EQ(chaves_->Tudo(), chavesAntes);
+    EXPECT_EQ(chaves_.Tudo(), chavesAntes);
 }
 
 TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
@@ -84,7 +84,7 @@ TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
     pasta_.Escrever("curta.chave", "curta");
     pasta_.Escrever("remover.txt", "\xEF\xBB\xBFok\r\n\r\n../fora\r\n");
     pasta_.Escrever("lixo.chave", std::string(1755, 'x'));
-    pasta_.Escrever("cliente/lista.chave", chaves_->Ler("lista.chave"));
+    pasta_.Escrever("cliente/lista.chave", chaves_.Ler("lista.chave"));
     const auto publicar = [](const std::vector<std::string>& mais) { return ParaPublicar(1, mais); };
     const std::vector<std::pair<std::vector<std::string>, std::string>> casos{
         {{}, "Forjal chaves"},

@@ -24,16 +24,16 @@ using testing::Key;
 using testing::Pair;
 
 TEST_F(Forjal, ChavesNaoVaoParaAWeb) {
-    std::string outra = chaves_->Ler("lista.chave");
+    std::string outra = chaves_.Ler("lista.chave");
     outra.back() ^= 1;
     const std::tuple<std::string, std::string, bool> casos[]{
         {"Data/Lista.CHAVE", "de nome", true},
         {"cópia de selo.segredo", "de nome", true},
         {"de marca.bin", outra, true},
-        {"de conteúdo.bin", chaves_->Ler("selo.segredo"), true},
+        {"de conteúdo.bin", chaves_.Ler("selo.segredo"), true},
         {"outro.bin", std::string(1755, 'R'), false},
         {"outro segredo.bin", std::string(32, 'R'), false},
-        {"pública.bin", chaves_->Ler("lista.pub"), false},
+        {"pública.bin", chaves_.Ler("lista.pub"), false},
     };
     for (const auto& [nome, conteudo, chave] : casos)
         pasta_.Escrever("cliente/" + nome, conteudo);
@@ -44,13 +44,8 @@ TEST_F(Forjal, ChavesNaoVaoParaAWeb) {
 
 TEST_F(Forjal, PublicaSoOQueMudou) {
     const std::string grande = teste::Bytes(4 * kMiB + 5);
-    Cliente({{"Zu.exe", "programa"},
-             {"data/B.pak", grande},
-             {"Data_x/é ç.txt", "acento"},
-             {"justo.pak", teste::Bytes(2 * kMiB)},
-             {"vazio", ""},
-             {"Config/Zu.ini", "do jogador"},
-             {"Cache/x", "do jogador"}});
+    Cliente({"Zu.exe=programa", "data/B.pak=" + grande, "Data_x/é ç.txt=acento", "justo.pak=" + teste::Bytes(2 * kMiB),
+             "vazio=", "Config/Zu.ini=do jogador", "Cache/x=do jogador"});
     const std::vector<std::string> opcoes{"--partes-mib=2", "--versao=1.2 beta", "--chave-assets=k", "--remover=a\\b",
                                           "--remover=c"};
     ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_;
@@ -83,7 +78,7 @@ TEST_F(Forjal, PublicaSoOQueMudou) {
 
 TEST_F(Forjal, ConferirDizOQueDifere) {
     const std::string grande = teste::Bytes(kMiB + 9);
-    Cliente({{"a", "programa"}, {"b", "programa"}, {"c", "x"}, {"d", "x"}, {"e", grande}, {"f", grande}});
+    Cliente({"a=programa", "b=programa", "c=x", "d=x", "e=" + grande, "f=" + grande});
     ASSERT_EQ(Publicar(1, {"--partes-mib=1"}), kFeito) << saida_;
     pasta_.Adulterar("saida/a", "PROGRAMA");
     pasta_.Escrever("saida/b", "prog");
@@ -104,7 +99,7 @@ TEST_F(Forjal, ConferirDizOQueDifere) {
 }
 
 TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
-    Cliente({{"Zu.exe", "programa"}, {"pasta/a", "a"}});
+    Cliente({"Zu.exe=programa", "pasta/a=a"});
     ASSERT_EQ(Publicar(5), kFeito) << saida_;
     pasta_.Escrever("cliente/Zu.exe", "programa novo");
     Recusa(ParaPublicar(4, {}), "--seq: 4 é menor que o já publicado, 5");
@@ -121,7 +116,7 @@ TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
     EXPECT_EQ(Publicar(6), kFeito) << "nothing is split, so the names do not meet: " << saida_;
     pasta_.Escrever("saida/UpdateList.txt", "<html>");
     Recusa(ParaPublicar(6, {}), "não confere com --chave");
-    Cliente({{"jogo.log", "só o que é protegido"}});
+    Cliente({"jogo.log=só o que é protegido"});
     Recusa(ParaPublicar(6, {}), "--cliente");
 }
 
@@ -131,14 +126,10 @@ class ForjalTroca : public Forjal {
  protected:
     void SetUp() override {
         const std::string grande = teste::Bytes(kMiB + 1);
-        Cliente({{"muda", "antes"}, {"Caixa/Muda", "x"}, {"grande", grande}, {"some", "some"}, {"igual", "igual"}});
+        Cliente({"muda=antes", "Caixa/Muda=x", "grande=" + grande, "some=some", "igual=igual"});
         ASSERT_EQ(Publicar(1), kFeito) << saida_;
         antes_ = Publicado();
-        Cliente({{"muda", "depois"},
-                 {"caixa/muda", "x"},
-                 {"grande", grande},
-                 {"nova/pasta/novo", "novo"},
-                 {"igual", "igual"}});
+        Cliente({"muda=depois", "caixa/muda=x", "grande=" + grande, "nova/pasta/novo=novo", "igual=igual"});
     }
     void TearDown() override { teste::recusa = {}; }
 
@@ -229,12 +220,12 @@ TEST_F(ForjalTroca, RecusadaPeloSistemaServeAosJogadores) {
 }
 
 TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
-    Cliente({{"Zu.exe", "programa"}});
+    Cliente({"Zu.exe=programa"});
     ASSERT_EQ(Publicar(1), kFeito);
     const auto publicado = Publicado();
     // Some words of progress come before the file is copied, the last one when everything has been.
     for (const std::string agora : {"prOgrama", "mais longo que antes", "curto"}) {
-        Cliente({{"Zu.exe", "programa"}});
+        Cliente({"Zu.exe=programa"});
         saida_.aoProgredir = [&] { pasta_.Escrever("cliente/Zu.exe", agora); };
         EXPECT_EQ(Publicar(2), kRecusado);
         EXPECT_TRUE(saida_.Tem("Zu.exe: mudou durante a publicação")) << saida_;
@@ -244,7 +235,7 @@ TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
 
 TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
     pasta_.Escrever("saida/velho/pagina.html", "do servidor");
-    Cliente({{"velho/a/b", "sai"}, {"Grande", teste::Bytes(kMiB + 1)}, {"trocado", "do cliente"}});
+    Cliente({"velho/a/b=sai", "Grande=" + teste::Bytes(kMiB + 1), "trocado=do cliente"});
     ASSERT_EQ(Publicar(1), kFeito) << saida_;
     Apagar("cliente/velho");
     Apagar("cliente/trocado");
@@ -274,10 +265,8 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
 }
 
 TEST_F(Forjal, OQueOsJogadoresPerdemSaiDaListaPublicada) {
-    std::map<std::string, std::string> arquivos;
     for (int i = 0; i < 20; ++i)
-        arquivos["Data/" + std::to_string(i)] = "x";
-    Cliente(arquivos);
+        pasta_.Escrever("cliente/Data/" + std::to_string(i), "x");
     ASSERT_EQ(Publicar(1, {"--remover=de antes", "--remover=volta"}), kFeito) << saida_;
     pasta_.Escrever("cliente/volta", "de novo");
     pasta_.Escrever("cliente/Data/1", "mudado");
@@ -329,7 +318,7 @@ TEST_F(Forjal, ExclusoesPorNomePorCaminhoEDeSempre) {
 }
 
 TEST_F(Forjal, TrocaDeChaveEValidadeRenovada) {
-    Cliente({{"Zu.exe", "programa"}});
+    Cliente({"Zu.exe=programa"});
     ASSERT_EQ(Publicar(1, {"--remover=velho"}), kFeito);
     ASSERT_EQ(Rodar({"chaves", "--saida=@\\nova"}), kFeito);
     const std::string nova = "--chave=@\\nova\\lista.chave";
@@ -355,7 +344,7 @@ TEST_F(Forjal, TrocaDeChaveEValidadeRenovada) {
 
 TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
     const std::vector<std::string> confiar{"--confiar-na-data", "--partes-mib=1"};
-    Cliente({{"a", "antes"}, {"g", teste::Bytes(kMiB + 1)}});
+    Cliente({"a=antes", "g=" + teste::Bytes(kMiB + 1)});
     ASSERT_EQ(Publicar(1, confiar), kFeito) << saida_;
     const std::string lidoDoA = Lista().itens[0].sha256;
 

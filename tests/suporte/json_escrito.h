@@ -22,8 +22,7 @@ inline std::string TextoEscrito(std::string_view texto) {
 
 inline std::string NumeroEscrito(const ValorJson& valor) {
     if (std::isinf(valor.numero)) return valor.numero < 0 ? "-1e999" : "1e999";
-    const bool inteiro = static_cast<double>(valor.inteiro) == valor.numero;
-    if (inteiro && !(valor.inteiro == 0 && std::signbit(valor.numero))) return std::to_string(valor.inteiro);
+    if (static_cast<double>(valor.inteiro) == valor.numero) return std::to_string(valor.inteiro);
     std::array<char, 64> digitos{};
     constexpr auto kForma = std::chars_format::scientific;
     return {digitos.data(), std::to_chars(digitos.begin(), digitos.end(), valor.numero, kForma).ptr};

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,14 +41,8 @@ inline std::ostream& operator<<(std::ostream& fluxo, const SaidaDeTeste& saida) 
 // A workshop: "chaves" with a key pair, "cliente" and "saida" to publish from and to.
 class Forjal : public testing::Test {
  protected:
-    // Making an RSA pair takes long: one serves all tests of a run.
-    static void SetUpTestSuite() {
-        chaves_.emplace(L"chaves");
-        SaidaDeTeste saida;
-        const std::vector<std::wstring> argumentos{L"chaves", L"--saida=" + chaves_->Caminho().native()};
-        ASSERT_EQ(RodarForjal(argumentos, saida), kFeito) << saida;
-    }
-    static void TearDownTestSuite() { chaves_.reset(); }
+    // The build's own keys, which take long to make: copies, for a test may spoil them.
+    Forjal() { std::filesystem::copy(ZU_PASTA_CHAVES, chaves_.Caminho()); }
 
     // "@" in an argument stands for the test's folder and "#" for the folder with the keys.
     int Rodar(const std::vector<std::string>& argumentos) {
@@ -58,7 +51,7 @@ class Forjal : public testing::Test {
         std::vector<std::wstring> trocados;
         for (const std::string& argumento : argumentos) {
             std::wstring& trocado = trocados.emplace_back(DeUtf8(argumento));
-            for (const auto& [letra, pasta] : {std::pair(L'@', &pasta_), std::pair(L'#', &*chaves_)}) {
+            for (const auto& [letra, pasta] : {std::pair(L'@', &pasta_), std::pair(L'#', &chaves_)}) {
                 const std::size_t onde = trocado.find(letra);
                 if (onde != std::wstring::npos) trocado.replace(onde, 1, pasta->Caminho().native());
             }
@@ -87,11 +80,11 @@ class Forjal : public testing::Test {
     int Publicar(int seq, const std::vector<std::string>& mais = {}) { return Rodar(ParaPublicar(seq, mais)); }
     int Conferir() { return Rodar({"conferir", "--publicado=@\\saida", "--pub=#\\lista.pub"}); }
 
-    // From now on the client consists of these.
-    void Cliente(const std::map<std::string, std::string>& arquivos) {
+    // From now on the client consists of these, each written NAME=CONTENT.
+    void Cliente(const std::vector<std::string>& arquivos) {
         Apagar("cliente");
-        for (const auto& [nome, conteudo] : arquivos)
-            pasta_.Escrever("cliente/" + nome, conteudo);
+        for (const std::string& um : arquivos)
+            pasta_.Escrever("cliente/" + um.substr(0, um.find('=')), um.substr(um.find('=') + 1));
     }
     // All that stands below "saida"; folders too, with "/" at their end.
     std::map<std::string, std::string> Publicado() {
@@ -117,7 +110,7 @@ class Forjal : public testing::Test {
     }
     void Apagar(const std::string& relativo) { std::filesystem::remove_all(pasta_ / relativo); }
 
-    static inline std::optional<teste::PastaTemporaria> chaves_;
+    teste::PastaTemporaria chaves_{L"chaves"};
     teste::PastaTemporaria pasta_{L"oficina ç"};
     SaidaDeTeste saida_;
 };
