@@ -116,7 +116,6 @@ TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
         {publicar({"--remover=cache/x"}), "--remover: \"cache/x\""},
         {publicar({"--remover-de=@\\remover.txt"}), "--remover-de: \"../fora\""},
         {publicar({"--validade-dias=0"}), "--validade-dias"},
-        {publicar({"--chave-anterior=#\\selo.segredo"}), "411"},
         {{"publicar", "--continuar", "--saida=@\\falta"}, "--saida"},
         {{"publicar", "--so-assinar", "--saida=@\\cliente", "--chave=#\\lista.chave"}, "--validade-dias="},
         {publicar({"--cliente=@\\falta"}), "--cliente"},

@@ -61,7 +61,7 @@ TEST_F(Forjal, PublicaSoOQueMudou) {
     EXPECT_TRUE(pasta_.Ler("saida/data/B.pak.p003") == grande.substr(4 * kMiB));
     EXPECT_EQ(pasta_.Tudo().size(), 7U + 7U + 2U) << "client, published, list and record; nothing temporary";
 
-    const std::uint64_t hora = Hora("saida/data/B.pak.p001");
+    const auto hora = Hora("saida/data/B.pak.p001");
     const std::string textoDaLista = pasta_.Ler("saida/UpdateList.txt");
     ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_;
     EXPECT_TRUE(saida_.Tem("; 0 copiado(s)")) << saida_;
@@ -72,7 +72,7 @@ TEST_F(Forjal, PublicaSoOQueMudou) {
     pasta_.Adulterar("saida/data/B.pak.p002", "dano");
     ASSERT_EQ(Publicar(8, opcoes), kFeito) << saida_;
     EXPECT_TRUE(saida_.Tem("; 2 copiado(s)")) << saida_;
-    EXPECT_EQ(Hora("saida/data/B.pak.p001"), hora);
+    EXPECT_TRUE(Hora("saida/data/B.pak.p001") == hora);
     EXPECT_EQ(Conferir(), kFeito) << saida_;
 }
 
@@ -131,7 +131,6 @@ class ForjalTroca : public Forjal {
         antes_ = Publicado();
         Cliente({"muda=depois", "caixa/muda=x", "grande=" + grande, "nova/pasta/novo=novo", "igual=igual"});
     }
-    void TearDown() override { teste::recusa = {}; }
 
     int PublicarDeNovo(int seq) { return Publicar(seq, {"--partes-mib=1", "--muitas-remocoes"}); }
     void Restaurar(const std::map<std::string, std::string>& foto) {
@@ -337,7 +336,7 @@ TEST_F(Forjal, TrocaDeChaveEValidadeRenovada) {
     EXPECT_EQ(Lista().seq, 2);
     const auto resta = Lista().validade.value_or(update::Instante()) - std::chrono::system_clock::now();
     EXPECT_TRUE(resta > std::chrono::hours(71) && resta <= std::chrono::hours(72));
-    EXPECT_EQ(horas(), antes);
+    EXPECT_TRUE(horas() == antes);
     ASSERT_EQ(Publicar(3), kFeito) << saida_;
     EXPECT_FALSE(Lista().validade.has_value()) << "each publication says it anew";
 }

@@ -135,13 +135,6 @@ std::string Texto(const std::filesystem::path& arquivo) {
     return texto;
 }
 
-update::UpdateList Lista(std::string_view texto) {
-    update::UpdateList lista;
-    std::string erro;
-    if (!update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) Falhar(erro);
-    return lista;
-}
-
 // lista ARQUIVO, json ARQUIVO: reading a document, and the memory that what was read takes
 template <class Lido>
 void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_view, Lido&, std::string&)) {
@@ -157,19 +150,30 @@ void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_vie
     Imprimir("memoria", static_cast<double>(maisEmUso - antes));
 }
 
-// conferir PASTA URL LISTA: a run that finds nothing to do, and the bare question about each file's attributes
-void MedirConferir(const std::filesystem::path& pasta, const std::string& url,
-                   const std::filesystem::path& listaLocal) {
+// Every file below, by the system's bare answers.
+void Passear(const std::filesystem::path& pasta, const std::function<void(const std::filesystem::path&)>& visitar) {
+    ListarPasta(pasta, [&](const WIN32_FIND_DATAW& achado) {
+        const std::filesystem::path caminho = pasta / achado.cFileName;
+        (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Passear(caminho, visitar) : visitar(caminho);
+    });
+}
+
+std::vector<std::filesystem::path> Arquivos(const std::filesystem::path& pasta) {
+    std::vector<std::filesystem::path> arquivos;
+    Passear(pasta, [&](const std::filesystem::path& caminho) { arquivos.push_back(caminho); });
+    return arquivos;
+}
+
+// conferir PASTA URL: a run that finds nothing to do, and the bare question about each file's attributes
+void MedirConferir(const std::filesystem::path& pasta, const std::string& url) {
     teste::Configurar(pasta, url);
+    const std::vector<std::filesystem::path> arquivos = Arquivos(pasta);
     RodarAte(StatusUpdate::kPronto);  // fills the cache
-    std::vector<std::wstring> caminhos;
-    for (const auto& item : Lista(Texto(listaLocal)).itens)
-        caminhos.push_back((pasta / DeUtf8(item.caminho)).make_preferred());
     Medir([] { RodarAte(StatusUpdate::kPronto); },
           [&] {
               WIN32_FILE_ATTRIBUTE_DATA dados{};
-              for (const std::wstring& caminho : caminhos)
-                  GetFileAttributesExW(caminho.c_str(), GetFileExInfoStandard, &dados);
+              for (const std::filesystem::path& arquivo : arquivos)
+                  GetFileAttributesExW(arquivo.c_str(), GetFileExInfoStandard, &dados);
           });
     ImprimirMemoria();
 }
@@ -189,18 +193,9 @@ void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::
     RodarForjal(argumentos);
 }
 
-// Every file below, by the system's bare answers.
-void Passear(const std::filesystem::path& pasta, const std::function<void(const std::filesystem::path&)>& visitar) {
-    ListarPasta(pasta, [&](const WIN32_FIND_DATAW& achado) {
-        const std::filesystem::path caminho = pasta / achado.cFileName;
-        (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Passear(caminho, visitar) : visitar(caminho);
-    });
-}
-
 // primeira CLIENTE SAIDA: a first publication; and reading and hashing on all cores, then copying
 void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
-    std::vector<std::filesystem::path> arquivos;
-    Passear(cliente, [&](const std::filesystem::path& caminho) { arquivos.push_back(caminho); });
+    const std::vector<std::filesystem::path> arquivos = Arquivos(cliente);
     const auto crua = [&] {
         const std::vector<std::uint64_t> tamanhos(arquivos.size());
         forjal::EmParalelo(
@@ -331,12 +326,12 @@ void PedirFaixasCruas(const std::string& url, std::span<const std::wstring> obje
         std::vector<std::uint64_t>(objetos.size()), pedir, [] {}, conexoes);
 }
 
-// noar URL LISTA CHAVE: "Forjal conferir --url=", and the bare requests for as many files
-void MedirNoAr(const std::string& url, const std::filesystem::path& listaLocal, const std::string& publica) {
+// noar URL PASTA CHAVE: "Forjal conferir --url=" of what the folder publishes, and the bare requests for as many files
+void MedirNoAr(const std::string& url, const std::filesystem::path& publicada, const std::string& publica) {
     std::vector<std::wstring> objetos;
     const std::string pasta = url.substr(url.find('/', std::string_view("http://").size()));
-    for (const auto& item : Lista(Texto(listaLocal)).itens)
-        objetos.push_back(DeUtf8(MontarUrl(pasta, item.caminho)));
+    for (const auto& arquivo : Arquivos(publicada))
+        objetos.push_back(DeUtf8(MontarUrl(pasta, ParaUtf8(arquivo.lexically_relative(publicada).generic_wstring()))));
     const std::vector<std::wstring> comando{L"conferir", DeUtf8("--url=" + url), DeUtf8("--pub=" + publica)};
     Medir([&] { RodarForjal(comando); }, [&] { PedirFaixasCruas(url, objetos, 16); });
     Imprimir("pedidos", static_cast<double>(objetos.size()));
@@ -361,7 +356,7 @@ const struct {
     {"hash", 1, [](const Argumentos& a) { MedirHash(Caminho(a[1])); }},
     {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(Caminho(a[1]), update::LerLista); }},
     {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(Caminho(a[1]), LerJson); }},
-    {"conferir", 3, [](const Argumentos& a) { MedirConferir(Caminho(a[1]), a[2], Caminho(a[3])); }},
+    {"conferir", 2, [](const Argumentos& a) { MedirConferir(Caminho(a[1]), a[2]); }},
     {"primeira", 2, [](const Argumentos& a) { MedirPrimeira(Caminho(a[1]), Caminho(a[2])); }},
     {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(Caminho(a[1]), Caminho(a[2])); }},
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1], Caminho(a[2]), a[3]); }},

@@ -99,15 +99,10 @@ class Forjal : public testing::Test {
     update::UpdateList Lista() {
         update::UpdateList lista;
         std::string erro;
-        const std::string texto = pasta_.Ler("saida/UpdateList.txt");
-        EXPECT_TRUE(update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) << erro;
+        EXPECT_TRUE(update::LerLista(pasta_.Ler("saida/UpdateList.txt"), lista, erro)) << erro;
         return lista;
     }
-    std::uint64_t Hora(const std::string& relativo) {
-        InfoArquivo info;
-        EXPECT_TRUE(LerInfoArquivo(pasta_ / relativo, info)) << relativo;
-        return info.modificado;
-    }
+    auto Hora(const std::string& relativo) { return std::filesystem::last_write_time(pasta_ / relativo); }
     void Apagar(const std::string& relativo) { std::filesystem::remove_all(pasta_ / relativo); }
 
     teste::PastaTemporaria chaves_{L"chaves"};
