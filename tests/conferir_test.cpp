@@ -93,7 +93,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
     const struct {
         std::string caminho;
         Mentira mentira;
-        std::string linha;  // the whole of one line of the output, or its beginning when it ends in "…"
+        std::string linha;  // of the output, or its beginning
         std::vector<std::string> opcoes;
     } casos[]{
         {"Zu.exe", [&](const Pedido&, Resposta& r) { r = {.corpo = exe}; },
@@ -122,8 +122,8 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
         {"b.pak.p002", comCodigo(404), "faltando: b.pak.p002 (HTTP 404)"},
         {"b.pak.p003", outro(teste::Bytes(999)), "diferente: b.pak em 3 parte(s) (2999 bytes, esperado 3000)"},
         {"vazio.txt", outro("<html>"), "diferente: vazio.txt (Content-Length diz 6 bytes, esperado 0)"},
-        {"Zu.exe", outro(teste::Bytes(5000, 4)), "diferente: Zu.exe (CRC …", {"--completo"}},
-        {"b.pak.p003", outro(teste::Bytes(1000, 4)), "diferente: b.pak em 3 parte(s) (CRC …", {"--completo"}},
+        {"Zu.exe", outro(teste::Bytes(5000, 4)), "diferente: Zu.exe (CRC ", {"--completo"}},
+        {"b.pak.p003", outro(teste::Bytes(1000, 4)), "diferente: b.pak em 3 parte(s) (CRC ", {"--completo"}},
         {"UpdateList.txt", outro("<html>"), "UpdateList.txt não tem uma assinatura válida desta chave"},
         {"UpdateList.txt", outro(teste::Assinar(";seq\t1\n")), "UpdateList.txt inválida: lista vazia"},
         {"UpdateList.txt", outro(Assinada(";validade\t2020-01-31T00:00:00Z\n")),
@@ -141,9 +141,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
         publicacao_.Servir(servidor_);
         Mentir(caminho, mentira);
         EXPECT_EQ(ConferirUrl(opcoes), kRecusado) << linha;
-        const std::size_t corte = linha.find("…");
-        const std::string parte = corte == std::string::npos ? linha + "\n" : linha.substr(0, corte);
-        EXPECT_TRUE(("\n" + saida_.linhas + saida_.erros).find("\n" + parte) != std::string::npos) << linha << saida_;
+        EXPECT_TRUE(("\n" + saida_.linhas + saida_.erros).find("\n" + linha) != std::string::npos) << linha << saida_;
         EXPECT_EQ(std::ranges::count(saida_.linhas + saida_.erros, '\n'), linha.starts_with("Update") ? 1 : 2)
             << saida_;
     }

@@ -59,10 +59,10 @@ class Forjal : public testing::Test {
         return RodarForjal(trocados, saida_);
     }
     // Refused in these words, with nothing changed on the disk.
-    void Recusa(const std::vector<std::string>& argumentos, std::string_view parte, int codigo = kRecusado) {
+    void Recusa(const std::vector<std::string>& argumentos, const std::string& parte, int codigo = kRecusado) {
         const auto antes = pasta_.Tudo();
         EXPECT_EQ(Rodar(argumentos), codigo) << testing::PrintToString(argumentos) << saida_;
-        EXPECT_TRUE(saida_.Tem(parte)) << parte << saida_;
+        EXPECT_THAT(saida_.erros, testing::HasSubstr(parte));
         EXPECT_EQ(pasta_.Tudo(), antes) << testing::PrintToString(argumentos);
     }
 
