@@ -143,6 +143,7 @@ TEST(Json, NumerosPelosDoisCampos) {
     }
     std::setlocale(LC_NUMERIC, "C");
     EXPECT_FALSE(JsonBool(Lido(R"({"meio": 0.5})"), "meio", true)) << "of a number its integer counts";
+    EXPECT_EQ(JsonTexto(Lido(R"({"um": 1})"), "um", "padrão"), "padrão");
 }
 
 TEST(Json, TextosComEscapes) {

@@ -19,8 +19,9 @@ class SaidaDeTeste final : public Saida {
  public:
     void Linha(std::string_view texto) override { linhas += std::string(texto) + "\n"; }
     void Erro(std::string_view texto) override { erros += std::string(texto) + "\n"; }
-    void Progresso(unsigned porCento, std::string_view) override {
-        EXPECT_LE(porCento, 100U);
+    void Progresso(unsigned quanto, std::string_view) override {
+        EXPECT_LE(quanto, 100U);
+        porCento = quanto;
         if (aoProgredir) aoProgredir();
     }
 
@@ -30,6 +31,7 @@ class SaidaDeTeste final : public Saida {
 
     std::string linhas;
     std::string erros;
+    unsigned porCento = 0;
     std::function<void()> aoProgredir;
 };
 
