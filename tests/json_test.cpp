@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::int64_t kMenor = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kMaior = std::numeric_limits<std::int64_t>::max();
 constexpr double kInfinito = std::numeric_limits<double>::infinity();
 
 std::string Repetir(std::size_t vezes, std::string_view texto) {
@@ -115,23 +113,23 @@ TEST(Json, NumerosPelosDoisCampos) {
         {"1-2", 1, 1},
         {"1.2.3", 1.2, 1},
         {"9007199254740993", 9007199254740992.0, 9007199254740993},
-        {"9223372036854775807", 9223372036854775808.0, kMaior},
+        {"9223372036854775807", 9223372036854775808.0, INT64_MAX},
         {"-2.99", -2.99, -2},
         {"1E+3", 1000, 1000},
         {"-e5", 0, 0},
         {"9.223372036854775e18", 9.223372036854775e18, 9223372036854774784},
-        {"9223372036854775808.0", 9223372036854775808.0, kMenor},
+        {"9223372036854775808.0", 9223372036854775808.0, INT64_MIN},
         // the least bit above halfway between two doubles
         {"9007199254740993.00000000000000000000000000000000000000000001", 9007199254740994.0, 9007199254740994},
         // outside of what a double holds, which is told from what is too close to zero
-        {"-1e400", -kInfinito, kMenor},
+        {"-1e400", -kInfinito, INT64_MIN},
         {"-1e-400", -0.0, 0},
-        {"1e99999999999999999999", kInfinito, kMenor},
+        {"1e99999999999999999999", kInfinito, INT64_MIN},
         {"1e-99999999999999999999", 0, 0},
-        {noves + "e-1", kInfinito, kMenor},
+        {noves + "e-1", kInfinito, INT64_MIN},
         {zeros + "1e10", 0, 0},
-        {zeros + "1e+900", kInfinito, kMenor},
-        {"1e400.5e-900", kInfinito, kMenor},
+        {zeros + "1e+900", kInfinito, INT64_MIN},
+        {"1e400.5e-900", kInfinito, INT64_MIN},
     };
     for (const char* localidade : {"Portuguese_Brazil", "pt_BR.UTF-8"})
         std::setlocale(LC_NUMERIC, localidade);
