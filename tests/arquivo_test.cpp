@@ -2,95 +2,73 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
+#include <thread>
+
 #include "core/handle.h"
-#include "core/processo.h"
-#include "tests/suporte/pasta.h"
+#include "core/log.h"
+#include "tests/suporte/publicacao.h"
 
 namespace zu::launcher {
 namespace {
 
-class Arquivo : public testing::Test {
- protected:
-    teste::PastaTemporaria pasta_{L"Pasta Ç"};
-};
-
-TEST_F(Arquivo, GravacaoAtomicaTrocaTudoOuNada) {
-    const auto alvo = pasta_ / "estado";
-    for (const std::string& conteudo : {std::string("um"), std::string(), std::string(3'000'000, 'x')}) {
-        EXPECT_TRUE(GravarArquivoAtomico(alvo, conteudo));
-        EXPECT_EQ(pasta_.Ler("estado"), conteudo);
-    }
+TEST(Arquivo, GravacaoAtomicaTrocaTudoOuNada) {
+    const teste::PastaTemporaria pasta(L"Pasta Ç");
     // A run that was killed left its temporary file.
+    pasta.Escrever("estado.tmp", "resto");
+    EXPECT_TRUE(GravarArquivoAtomico(pasta / "estado", "antes"));
     {
-        const HandleArquivo resto(
-            CreateFileW((pasta_ / "estado.tmp").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+        const HandleArquivo preso = pasta.Prender("estado");
+        EXPECT_FALSE(GravarArquivoAtomico(pasta / "estado", "depois"));
     }
-    EXPECT_TRUE(GravarArquivoAtomico(alvo, "antes"));
-    {
-        const HandleArquivo preso = pasta_.Prender("estado");
-        EXPECT_FALSE(GravarArquivoAtomico(alvo, "depois"));
-    }
-    EXPECT_EQ(pasta_.Ler("estado"), "antes");
-    EXPECT_FALSE(pasta_.Tem("estado.tmp"));
+    EXPECT_EQ(pasta.Ler("estado"), "antes");
+    EXPECT_FALSE(pasta.Tem("estado.tmp"));
 
     // A temporary file that someone else holds is not taken away from them.
-    {
-        const HandleArquivo deOutro(
-            CreateFileW((pasta_ / "estado.tmp").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        EXPECT_FALSE(GravarArquivoAtomico(alvo, "depois"));
-    }
-    EXPECT_TRUE(pasta_.Tem("estado.tmp"));
-    EXPECT_FALSE(GravarArquivoAtomico(pasta_ / "falta/estado", "x"));
+    pasta.Escrever("estado.tmp", "de outro");
+    const HandleArquivo deOutro = pasta.Prender("estado.tmp");
+    EXPECT_FALSE(GravarArquivoAtomico(pasta / "estado", "depois"));
+    EXPECT_EQ(pasta.Ler("estado.tmp"), "de outro");
 }
 
-TEST_F(Arquivo, LeituraInteiraENoLimite) {
+TEST(Arquivo, LeituraInteiraENoLimite) {
+    const teste::PastaTemporaria pasta(L"Pasta Ç");
     std::string bytes = "lixo";
-    pasta_.Escrever("vazio", "");
-    EXPECT_TRUE(LerArquivoInteiro(pasta_ / "vazio", bytes));
+    pasta.Escrever("f", "");
+    EXPECT_TRUE(LerArquivoInteiro(pasta / "f", bytes));
     EXPECT_EQ(bytes, "");
-    EXPECT_FALSE(LerArquivoInteiro(pasta_ / "falta", bytes));
-    EXPECT_FALSE(LerArquivoInteiro(pasta_.Caminho(), bytes));
-
-    const HandleArquivo grande(
-        CreateFileW((pasta_ / "grande").c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr));
-    for (const std::int64_t alem : {1, 0}) {
-        LARGE_INTEGER fim{};
-        fim.QuadPart = static_cast<std::int64_t>(kLimiteArquivoInteiro) + alem;
-        ASSERT_TRUE(SetFilePointerEx(grande.Valor(), fim, nullptr, FILE_BEGIN) && SetEndOfFile(grande.Valor()));
-        EXPECT_EQ(LerArquivoInteiro(pasta_ / "grande", bytes), alem == 0);
+    for (const unsigned alem : {1U, 0U}) {
+        std::filesystem::resize_file(pasta / "f", kLimiteArquivoInteiro + alem);
+        EXPECT_EQ(LerArquivoInteiro(pasta / "f", bytes), alem == 0);
     }
     EXPECT_EQ(bytes.size(), kLimiteArquivoInteiro);
 }
 
-TEST_F(Arquivo, PastasIdentidadeECaminhoCanonico) {
-    EXPECT_TRUE(CriarPastas(pasta_ / "a/b b/ç"));
-    EXPECT_TRUE(CriarPastas(pasta_ / "a/b b/ç"));
+TEST(Arquivo, PastasIdentidadeECaminhoCanonico) {
+    const teste::PastaTemporaria pasta(L"Pasta Ç");
     EXPECT_TRUE(CriarPastas(L"C:\\"));
-    pasta_.Escrever("a/arquivo", "x");
-    EXPECT_FALSE(CriarPastas(pasta_ / "a/arquivo/dentro"));
-    EXPECT_FALSE(CriarPastas(pasta_ / "a/arquivo"));
+    EXPECT_TRUE(CriarPastas(pasta / "a/b b/ç"));
+    pasta.Escrever("a/arquivo", "x");
+    EXPECT_FALSE(CriarPastas(pasta / "a/arquivo"));
 
-    EXPECT_TRUE(MesmoArquivo(pasta_ / "a/arquivo", pasta_ / "A/../a/ARQUIVO"));
-    pasta_.Escrever("a/outro", "x");
-    EXPECT_FALSE(MesmoArquivo(pasta_ / "a/arquivo", pasta_ / "a/outro"));
-    EXPECT_FALSE(MesmoArquivo(pasta_ / "a/falta", pasta_ / "a/falta"));
+    EXPECT_TRUE(MesmoArquivo(pasta / "a/arquivo", pasta / "A/../a/ARQUIVO"));
+    pasta.Escrever("a/outro", "x");
+    EXPECT_FALSE(MesmoArquivo(pasta / "a/arquivo", pasta / "a/outro"));
+    EXPECT_FALSE(MesmoArquivo(pasta / "a/falta", pasta / "a/falta"));
 
-    const auto real = pasta_ / "a";
-    EXPECT_EQ(CaminhoCanonico(pasta_ / "A"), real);
-    EXPECT_EQ(CaminhoCanonico(pasta_ / "a/"), real);
-    EXPECT_EQ(CaminhoCanonico(pasta_ / "a/b b/../Falta/X"), real / L"Falta" / L"X");
+    EXPECT_EQ(CaminhoCanonico(pasta / "A/"), pasta / "a");
+    EXPECT_EQ(CaminhoCanonico(pasta / "a/b b/../Falta/X"), pasta / "a/Falta/X");
     EXPECT_TRUE(CaminhoCanonico(L"relativo").is_absolute());
     EXPECT_EQ(CaminhoCanonico(L"C:\\"), std::filesystem::path(L"C:\\"));
 }
 
 TEST(HandleDeArquivo, FechaUmaVezEGuardaOErro) {
-    const auto evento = [] { return CreateEventW(nullptr, TRUE, FALSE, nullptr); };
     const auto aberto = [](HANDLE h) {
         DWORD opcoes = 0;
         return GetHandleInformation(h, &opcoes) != 0;
     };
-    HANDLE const primeiro = evento();
-    HANDLE const segundo = evento();
+    HANDLE const primeiro = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    HANDLE const segundo = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     {
         HandleKernel dono(primeiro);
         HandleKernel outro(std::move(dono));
@@ -101,6 +79,26 @@ TEST(HandleDeArquivo, FechaUmaVezEGuardaOErro) {
     }
     EXPECT_EQ(GetLastError(), 1234U);
     EXPECT_FALSE(aberto(segundo));
+}
+
+TEST(Log, LinhasInteirasDeMuitasThreadsEmQualquerLeitor) {
+    const teste::PastaTemporaria pasta;
+    teste::Configurar(pasta.Caminho(), "");
+    LogLinha("é {} de {}", 1, "x");
+    const HandleArquivo editor(CreateFileW((pasta / "ZuLauncher.log").c_str(), GENERIC_READ | GENERIC_WRITE,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 8; ++t) {
+        threads.emplace_back([t] {
+            for (int i = 0; i < 50; ++i)
+                LogLinha("thread {} linha {} {}", t, i, std::string(100, 'a'));
+        });
+    }
+    threads.clear();
+    const std::string log = teste::LerLog(pasta);
+    const std::regex forma("\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d thread \\d linha \\d+ a{100}\r\n");
+    EXPECT_EQ(std::distance(std::sregex_iterator(log.begin(), log.end(), forma), {}), 8 * 50);
+    EXPECT_NE(log.find(" é 1 de x\r\n"), std::string::npos);
 }
 
 }  // namespace

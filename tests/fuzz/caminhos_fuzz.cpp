@@ -12,12 +12,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     const std::string normal = update::NormalizarCaminho(caminho);
     if (update::NormalizarCaminho(normal) != normal) std::abort();
     if (update::CaminhoSeguro(caminho) != update::CaminhoSeguro(normal)) std::abort();
-    if (update::CaminhoProtegido(caminho) != update::ChaveProtegida(update::ChaveDoCaminho(caminho))) std::abort();
     if (update::CaminhoSeguro(caminho)) {
         const std::filesystem::path junto = (std::filesystem::path("/jogo") / normal).lexically_normal();
         const auto relativo = junto.lexically_relative("/jogo");
         if (relativo.empty() || relativo == "." || *relativo.begin() == "..") std::abort();
-        if (normal.find(':') != std::string::npos || normal.size() > 400) std::abort();
     }
     for (const char c : MontarUrl("http://s/", caminho)) {
         if (c <= ' ' || c > '~' || c == '?' || c == '#') std::abort();

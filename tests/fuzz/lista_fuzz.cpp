@@ -16,6 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     const std::string_view texto(reinterpret_cast<const char*>(dados), tamanho);
     const ListaSeparada separada = SepararAssinatura(texto);
     if (separada.ok && separada.assinatura.empty()) std::abort();
+    const std::string junta = JuntarAssinatura(separada.assinados, separada.assinatura);
+    if (separada.ok && SepararAssinatura(junta).assinatura != separada.assinatura) std::abort();
     for (const std::string_view assinados : {texto, separada.assinados}) {
         UpdateList lista;
         std::string erro;

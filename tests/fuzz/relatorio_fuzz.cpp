@@ -33,9 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     Exigir(LerRelatorio(texto, lido, erro) == erro.empty() && lido.relatorioLido == erro.empty());
     Conferir(lido);
 
-    ResultadoRequisitos analisado;
-    analisado.relatorioLido = true;
-    analisado.relatorio = texto;
+    ResultadoRequisitos analisado{.relatorioLido = true, .relatorio = std::string(texto)};
     AnalisarRelatorio(analisado);
     Conferir(analisado);
     return 0;

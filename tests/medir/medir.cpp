@@ -14,15 +14,13 @@
 #include <new>
 
 #include "app/instancia_unica.h"
-#include "core/formato.h"
 #include "core/json.h"
 #include "core/pasta.h"
-#include "core/processo.h"
 #include "core/texto.h"
+#include "tests/suporte/oficina.h"
+#include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
-#include "tools/forjal/forjal.h"
 #include "tools/forjal/paralelo.h"
-#include "tools/updater_helper/argumentos.h"
 #include "ui/controles/pintor_controle.h"
 #include "ui/janelas/pintor_principal.h"
 #include "update/atualizador.h"
@@ -76,13 +74,17 @@ void Imprimir(const char* nome, double valor) {
 }
 
 // Seconds of the quickest of some turns: what the machine does beside us only ever adds. In turns with what it is
-// measured against, so that a change in the machine's speed meets both. `nosso` does its work `quantos` times over.
-void Medir(const Trabalho& nosso, const Trabalho& base = {}, int quantos = 1) {
+// measured against, so that a change in the machine's speed meets both. `nosso` does its work `quantos` times over;
+// `depois` follows each, outside of the time.
+void Medir(
+    const Trabalho& nosso, const Trabalho& base = {}, int quantos = 1, const Trabalho& depois = [] {}) {
     double melhorBase = std::numeric_limits<double>::max();
     double melhor = melhorBase;
     for (int i = 0; i < kVoltas; ++i) {
         if (base) melhorBase = std::min(melhorBase, Cronometrar(base));
+        depois();
         melhor = std::min(melhor, Cronometrar(nosso));
+        depois();
     }
     if (base) Imprimir("base", melhorBase);
     Imprimir("nosso", melhor / quantos);
@@ -133,63 +135,52 @@ std::string Texto(const std::filesystem::path& arquivo) {
     return texto;
 }
 
-update::UpdateList Lista(std::string_view texto) {
-    update::UpdateList lista;
-    std::string erro;
-    if (!update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) Falhar(erro);
-    return lista;
-}
-
-ValorJson Json(std::string_view texto) {
-    ValorJson valor;
-    std::string erro;
-    if (!LerJson(texto, valor, erro)) Falhar(erro);
-    return valor;
-}
-
 // lista ARQUIVO, json ARQUIVO: reading a document, and the memory that what was read takes
 template <class Lido>
-void MedirLeitura(const std::filesystem::path& arquivo, Lido ler(std::string_view)) {
+void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_view, Lido&, std::string&)) {
     const std::string texto = Texto(arquivo);
     const std::int64_t antes = emUso;
     maisEmUso = antes;
-    Medir([&] { static_cast<void>(ler(texto)); });
+    Medir([&] {
+        Lido lido;
+        std::string erro;
+        if (!ler(texto, lido, erro)) Falhar(erro);
+    });
     Imprimir("texto", static_cast<double>(texto.size()));
     Imprimir("memoria", static_cast<double>(maisEmUso - antes));
 }
 
-// conferir PASTA URL LISTA: a run that finds nothing to do, and the bare question about each file's attributes
-void MedirConferir(const std::filesystem::path& pasta, const std::string& url,
-                   const std::filesystem::path& listaLocal) {
+// Every file below, by the system's bare answers.
+void Passear(const std::filesystem::path& pasta, const std::function<void(const std::filesystem::path&)>& visitar) {
+    ListarPasta(pasta, [&](const WIN32_FIND_DATAW& achado) {
+        const std::filesystem::path caminho = pasta / achado.cFileName;
+        (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Passear(caminho, visitar) : visitar(caminho);
+    });
+}
+
+std::vector<std::filesystem::path> Arquivos(const std::filesystem::path& pasta) {
+    std::vector<std::filesystem::path> arquivos;
+    Passear(pasta, [&](const std::filesystem::path& caminho) { arquivos.push_back(caminho); });
+    return arquivos;
+}
+
+// conferir PASTA URL: a run that finds nothing to do, and the bare question about each file's attributes
+void MedirConferir(const std::filesystem::path& pasta, const std::string& url) {
     teste::Configurar(pasta, url);
+    const std::vector<std::filesystem::path> arquivos = Arquivos(pasta);
     RodarAte(StatusUpdate::kPronto);  // fills the cache
-    std::vector<std::wstring> caminhos;
-    for (const auto& item : Lista(Texto(listaLocal)).itens)
-        caminhos.push_back((pasta / DeUtf8(item.caminho)).make_preferred());
     Medir([] { RodarAte(StatusUpdate::kPronto); },
           [&] {
               WIN32_FILE_ATTRIBUTE_DATA dados{};
-              for (const std::wstring& caminho : caminhos)
-                  GetFileAttributesExW(caminho.c_str(), GetFileExInfoStandard, &dados);
+              for (const std::filesystem::path& arquivo : arquivos)
+                  GetFileAttributesExW(arquivo.c_str(), GetFileExInfoStandard, &dados);
           });
     ImprimirMemoria();
 }
 
-// Forjal as a function, whose words are of no interest unless it fails.
-class SaidaMuda final : public forjal::Saida {
- public:
-    void Linha(std::string_view) override {}
-    void Erro(std::string_view texto) override { erro_ += Formatar("{}\n", texto); }
-    void Progresso(unsigned, std::string_view) override {}
-    [[nodiscard]] const std::string& TextoDosErros() const { return erro_; }
-
- private:
-    std::string erro_;
-};
-
 void RodarForjal(const std::vector<std::wstring>& argumentos) {
-    SaidaMuda muda;
-    if (forjal::RodarForjal(argumentos, muda) != forjal::kFeito) Falhar(muda.TextoDosErros());
+    forjal::SaidaDeTeste saida;
+    if (forjal::RodarForjal(argumentos, saida) != forjal::kFeito) Falhar(saida.erros);
 }
 
 void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::path& saida, int seq,
@@ -202,18 +193,9 @@ void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::
     RodarForjal(argumentos);
 }
 
-// Every file below, by the system's bare answers.
-void Passear(const std::filesystem::path& pasta, const std::function<void(const std::filesystem::path&)>& visitar) {
-    ListarPasta(pasta, [&](const WIN32_FIND_DATAW& achado) {
-        const std::filesystem::path caminho = pasta / achado.cFileName;
-        (achado.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Passear(caminho, visitar) : visitar(caminho);
-    });
-}
-
 // primeira CLIENTE SAIDA: a first publication; and reading and hashing on all cores, then copying
 void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
-    std::vector<std::filesystem::path> arquivos;
-    Passear(cliente, [&](const std::filesystem::path& caminho) { arquivos.push_back(caminho); });
+    const std::vector<std::filesystem::path> arquivos = Arquivos(cliente);
     const auto crua = [&] {
         const std::vector<std::uint64_t> tamanhos(arquivos.size());
         forjal::EmParalelo(
@@ -222,34 +204,19 @@ void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::
         for (std::size_t i = 0; i < arquivos.size(); ++i)
             CopyFileW(arquivos[i].c_str(), (saida / std::to_wstring(i)).c_str(), TRUE);
     };
-    double base = std::numeric_limits<double>::max();
-    double nosso = base;
-    for (int i = 0; i < 2; ++i) {  // each takes long
-        base = std::min(base, Cronometrar(crua));
-        std::filesystem::remove_all(saida);
-        nosso = std::min(nosso, Cronometrar([&] { PublicarPasta(cliente, saida, 1); }));
-        std::filesystem::remove_all(saida);
-    }
-    Imprimir("base", base);
-    Imprimir("nosso", nosso);
+    Medir([&] { PublicarPasta(cliente, saida, 1); }, crua, 1, [&] { std::filesystem::remove_all(saida); });
 }
 
 // denovo CLIENTE SAIDA: a publication that finds nothing changed; and a bare walk with attributes
 void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
-    const auto passeio = [&] {
-        Passear(cliente, [](const std::filesystem::path& caminho) {
-            InfoArquivo info;
-            LerInfoArquivo(caminho, info);
-        });
-    };
-    double base = std::numeric_limits<double>::max();
-    double nosso = base;
-    for (int seq = 2; seq < 2 + kVoltas; ++seq) {
-        base = std::min(base, Cronometrar(passeio));
-        nosso = std::min(nosso, Cronometrar([&] { PublicarPasta(cliente, saida, seq, {L"--confiar-na-data"}); }));
-    }
-    Imprimir("base", base);
-    Imprimir("nosso", nosso);
+    int seq = 2;
+    Medir([&] { PublicarPasta(cliente, saida, seq++, {L"--confiar-na-data"}); },
+          [&] {
+              Passear(cliente, [](const std::filesystem::path& caminho) {
+                  InfoArquivo info;
+                  LerInfoArquivo(caminho, info);
+              });
+          });
     // What the system tells of a process is not what it holds under Wine.
     Imprimir("memoria", static_cast<double>(maisEmUso));
 }
@@ -321,56 +288,50 @@ void MedirPintura() {
 
 // From the start of the process to its window on the screen.
 void MedirJanela(const std::filesystem::path& launcher, const std::filesystem::path& pasta) {
-    double melhor = std::numeric_limits<double>::max();
-    for (int volta = 0; volta < kVoltas; ++volta) {
-        const auto inicio = std::chrono::steady_clock::now();
-        const Processo processo =
-            IniciarProcesso(MontarLinhaDeComando(launcher, {L"--cliente=" + pasta.native()}), launcher.parent_path());
-        HWND janela = nullptr;
+    std::optional<teste::Programa> programa;
+    HWND janela = nullptr;
+    const auto abrir = [&] {
+        programa.emplace(launcher, std::vector<std::wstring>{L"--cliente=" + pasta.native()});
         while ((janela = FindWindowW(kClasseDaJanela, nullptr)) == nullptr || !IsWindowVisible(janela))
             Sleep(1);
-        melhor = std::min(melhor, std::chrono::duration<double>(std::chrono::steady_clock::now() - inicio).count());
+    };
+    Medir(abrir, {}, 1, [&] {
         PostMessageW(janela, WM_CLOSE, 0, 0);
-        WaitForSingleObject(processo.processo.Valor(), 10'000);
-    }
-    Imprimir("nosso", melhor);
+        if (programa) programa->Esperar(10'000);
+    });
 }
 
 // Ranged requests of one byte over that many connections, with nothing but WinHTTP.
-void PedirFaixasCruas(const std::string& url, std::span<const std::wstring> objetos, int conexoes) {
+void PedirFaixasCruas(const std::string& url, std::span<const std::wstring> objetos, std::size_t conexoes) {
     std::wstring servidor(256, L'\0');
     URL_COMPONENTS partes{.dwStructSize = sizeof partes, .lpszHostName = servidor.data(), .dwHostNameLength = 256};
     if (WinHttpCrackUrl(DeUtf8(url).c_str(), 0, 0, &partes) == 0) Falhar("cru: url");
     const HandleHttp sessao(
         WinHttpOpen(L"cru", WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0));
-    std::atomic<std::size_t> proximo = 0;
-    const auto pedir = [&] {
-        const HandleHttp conexao(WinHttpConnect(sessao.Valor(), servidor.c_str(), partes.nPort, 0));
-        for (std::size_t i = proximo++; i < objetos.size(); i = proximo++) {
-            const HandleHttp pedido(WinHttpOpenRequest(conexao.Valor(), L"GET", objetos[i].c_str(), nullptr,
-                                                       WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, 0));
-            char bytes[16];
-            DWORD lidos = 1;
-            if (WinHttpSendRequest(pedido.Valor(), L"Range: bytes=0-0\r\n", static_cast<DWORD>(-1),
-                                   WINHTTP_NO_REQUEST_DATA, 0, 0, 0) == 0 ||
-                WinHttpReceiveResponse(pedido.Valor(), nullptr) == 0) {
-                Falhar("cru: pedido");
-            }
-            while (lidos != 0 && WinHttpReadData(pedido.Valor(), bytes, sizeof bytes, &lidos) != 0) {
-            }
+    const HandleHttp conexao(WinHttpConnect(sessao.Valor(), servidor.c_str(), partes.nPort, 0));
+    const auto pedir = [&](std::size_t i) {
+        const HandleHttp pedido(WinHttpOpenRequest(conexao.Valor(), L"GET", objetos[i].c_str(), nullptr,
+                                                   WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, 0));
+        char bytes[16];
+        DWORD lidos = 1;
+        if (WinHttpSendRequest(pedido.Valor(), L"Range: bytes=0-0\r\n", static_cast<DWORD>(-1), WINHTTP_NO_REQUEST_DATA,
+                               0, 0, 0) == 0 ||
+            WinHttpReceiveResponse(pedido.Valor(), nullptr) == 0) {
+            Falhar("cru: pedido");
+        }
+        while (lidos != 0 && WinHttpReadData(pedido.Valor(), bytes, sizeof bytes, &lidos) != 0) {
         }
     };
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < conexoes; ++i)
-        threads.emplace_back(pedir);
+    forjal::EmParalelo(
+        std::vector<std::uint64_t>(objetos.size()), pedir, [] {}, conexoes);
 }
 
-// noar URL LISTA CHAVE: "Forjal conferir --url=", and the bare requests for as many files
-void MedirNoAr(const std::string& url, const std::filesystem::path& listaLocal, const std::string& publica) {
+// noar URL PASTA CHAVE: "Forjal conferir --url=" of what the folder publishes, and the bare requests for as many files
+void MedirNoAr(const std::string& url, const std::filesystem::path& publicada, const std::string& publica) {
     std::vector<std::wstring> objetos;
     const std::string pasta = url.substr(url.find('/', std::string_view("http://").size()));
-    for (const auto& item : Lista(Texto(listaLocal)).itens)
-        objetos.push_back(DeUtf8(MontarUrl(pasta, item.caminho)));
+    for (const auto& arquivo : Arquivos(publicada))
+        objetos.push_back(DeUtf8(MontarUrl(pasta, ParaUtf8(arquivo.lexically_relative(publicada).generic_wstring()))));
     const std::vector<std::wstring> comando{L"conferir", DeUtf8("--url=" + url), DeUtf8("--pub=" + publica)};
     Medir([&] { RodarForjal(comando); }, [&] { PedirFaixasCruas(url, objetos, 16); });
     Imprimir("pedidos", static_cast<double>(objetos.size()));
@@ -393,9 +354,9 @@ const struct {
     void (*rodar)(const Argumentos&);
 } kComandos[] = {
     {"hash", 1, [](const Argumentos& a) { MedirHash(Caminho(a[1])); }},
-    {"lista", 1, [](const Argumentos& a) { MedirLeitura(Caminho(a[1]), Lista); }},
-    {"json", 1, [](const Argumentos& a) { MedirLeitura(Caminho(a[1]), Json); }},
-    {"conferir", 3, [](const Argumentos& a) { MedirConferir(Caminho(a[1]), a[2], Caminho(a[3])); }},
+    {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(Caminho(a[1]), update::LerLista); }},
+    {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(Caminho(a[1]), LerJson); }},
+    {"conferir", 2, [](const Argumentos& a) { MedirConferir(Caminho(a[1]), a[2]); }},
     {"primeira", 2, [](const Argumentos& a) { MedirPrimeira(Caminho(a[1]), Caminho(a[2])); }},
     {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(Caminho(a[1]), Caminho(a[2])); }},
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1], Caminho(a[2]), a[3]); }},
