@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "tests/suporte/importacao.h"
+#include "tests/suporte/recusa.h"
 
 namespace zu::launcher::teste {
 namespace {
@@ -25,19 +25,20 @@ void Adiantar(DWORD ms) {
 }
 
 void WINAPI Dormir(DWORD ms) {
-    if (!Encurtar(ms)) return ZU_VERDADEIRA(Sleep)(ms);
+    if (!Encurtar(ms)) return ZU_VERDADEIRA(L"kernel32", Sleep)(ms);
     Adiantar(ms);
 }
 
 // A wait as long as this lets the other threads get on.
 DWORD WINAPI EsperarUm(HANDLE objeto, DWORD ms) {
-    const DWORD resposta = ZU_VERDADEIRA(WaitForSingleObject)(objeto, Encurtar(ms) ? kEspera : ms);
+    const DWORD resposta = ZU_VERDADEIRA(L"kernel32", WaitForSingleObject)(objeto, Encurtar(ms) ? kEspera : ms);
     if (resposta == WAIT_TIMEOUT && Encurtar(ms)) Adiantar(ms);
     return resposta;
 }
 
 DWORD WINAPI EsperarVarios(DWORD quantos, const HANDLE* objetos, BOOL todos, DWORD ms) {
-    const DWORD resposta = ZU_VERDADEIRA(WaitForMultipleObjects)(quantos, objetos, todos, Encurtar(ms) ? kEspera : ms);
+    const DWORD resposta =
+        ZU_VERDADEIRA(L"kernel32", WaitForMultipleObjects)(quantos, objetos, todos, Encurtar(ms) ? kEspera : ms);
     if (resposta == WAIT_TIMEOUT && Encurtar(ms)) Adiantar(ms);
     return resposta;
 }
@@ -46,13 +47,13 @@ BOOL WINAPI LerContador(LARGE_INTEGER* contador) {
     constexpr std::int64_t kMsPorSegundo = 1000;
     LARGE_INTEGER frequencia{};
     QueryPerformanceFrequency(&frequencia);
-    const BOOL lido = ZU_VERDADEIRA(QueryPerformanceCounter)(contador);
+    const BOOL lido = ZU_VERDADEIRA(L"kernel32", QueryPerformanceCounter)(contador);
     contador->QuadPart += adiantado * frequencia.QuadPart / kMsPorSegundo;
     return lido;
 }
 
 ULONGLONG WINAPI LerTiques() {
-    return ZU_VERDADEIRA(GetTickCount64)() + static_cast<ULONGLONG>(adiantado);
+    return ZU_VERDADEIRA(L"kernel32", GetTickCount64)() + static_cast<ULONGLONG>(adiantado);
 }
 
 }  // namespace
@@ -67,10 +68,8 @@ Relogio::~Relogio() {
 
 }  // namespace zu::launcher::teste
 
-// NOLINTBEGIN: the names are the import library's
 ZU_DESVIAR(GetTickCount64, &zu::launcher::teste::LerTiques);
 ZU_DESVIAR(QueryPerformanceCounter, &zu::launcher::teste::LerContador);
 ZU_DESVIAR(Sleep, &zu::launcher::teste::Dormir);
 ZU_DESVIAR(WaitForMultipleObjects, &zu::launcher::teste::EsperarVarios);
 ZU_DESVIAR(WaitForSingleObject, &zu::launcher::teste::EsperarUm);
-// NOLINTEND
