@@ -172,7 +172,7 @@ TEST_F(Item, EspelhoRuimNaoEncheODisco) {
 TEST_F(Item, ParteQueFaltaOuCancelamentoGuardaAsOutras) {
     const std::string conteudo = teste::Bytes(900'000);
     const update::ItemLista item = Publicar("g.pak", conteudo, 3);
-    servidor_.Definir("g.pak.p002", [](const Pedido&) { return Resposta{.status = 500}; });
+    servidor_.Definir("g.pak.p002", {.status = 500});
     EXPECT_EQ(Baixar(item), HttpEm(500, Formatar("g.pak.p002?v={:08x}", item.crc)));
     EXPECT_EQ(pasta_.Ler("f.upd.p001"), conteudo.substr(0, 300'000));
 
@@ -202,9 +202,7 @@ TEST_F(Item, TextoAteOLimiteESemCache) {
 
 TEST_F(Item, RetomaAtravesDeUmRedirecionamento) {
     servidor_.Definir("novo", teste::Servir("conteúdo"));
-    servidor_.Definir("velho", [](const Pedido&) {
-        return Resposta{.status = 302, .cabecalhos = {{"Location", "/novo"}}};
-    });
+    servidor_.Definir("velho", {.status = 302, .cabecalhos = {{"Location", "/novo"}}});
     pasta_.Escrever("f.upd", "cont");
     EXPECT_EQ(Transferir("velho", 9), "baixado");
     EXPECT_EQ(pasta_.Ler("f.upd"), "conteúdo");
@@ -214,14 +212,13 @@ TEST_F(Item, RetomaAtravesDeUmRedirecionamento) {
 TEST_F(Item, RespostasQueNaoServem) {
     for (const int status : {206, 204}) {
         const std::string caminho = std::to_string(status);
-        servidor_.Definir(caminho, [status](const Pedido&) { return Resposta{.status = status, .corpo = "12345"}; });
+        servidor_.Definir(caminho, {.status = status, .corpo = "12345"});
         EXPECT_EQ(Transferir(caminho, 5), HttpEm(status, caminho));
         EXPECT_FALSE(pasta_.Tem("f.upd"));
     }
     // What came of a body that is too short stays. Of the refusals 416 alone takes it away, so that the next attempt
     // starts from zero.
-    servidor_.Definir("curto",
-                      [](const Pedido&) { return Resposta{.corpo = "1234", .semTamanho = true, .fim = Fim::kFechar}; });
+    servidor_.Definir("curto", {.corpo = "1234", .fim = Fim::kFechar});
     EXPECT_EQ(Transferir("curto", 5), "download incompleto (4 de 5 bytes)");
     EXPECT_EQ(Transferir("falta", 5), HttpEm(404, "falta"));
     EXPECT_EQ(pasta_.Ler("f.upd"), "1234");
@@ -233,24 +230,6 @@ TEST_F(Item, RespostasQueNaoServem) {
     std::filesystem::create_directory(pasta_ / "f.upd");
     EXPECT_THAT(Transferir("f", 3),
                 StartsWith("não foi possível gravar " + ParaUtf8((pasta_ / "f.upd").native()) + " (erro "));
-}
-
-// A read that waits for a whole block loses what has arrived of it.
-TEST_F(Item, ConexaoQueSempreCaiEntregaTudoAosPoucos) {
-    const std::string conteudo = teste::Bytes(300'000);
-    servidor_.Definir("f", [&](const Pedido& pedido) {
-        Resposta resposta = teste::Servir(conteudo)(pedido);
-        resposta.anunciado = resposta.corpo.size();
-        resposta.corpo.resize(std::min<std::size_t>(resposta.corpo.size(), 100'000));
-        resposta.fim = resposta.corpo.size() < *resposta.anunciado ? Fim::kDerrubar : Fim::kNormal;
-        resposta.bloco = 10'000;
-        resposta.pausa = std::chrono::milliseconds(2);
-        return resposta;
-    });
-    for (std::size_t vez = 1; vez <= 3; ++vez) {
-        EXPECT_EQ(Transferir("f", conteudo.size()) == "baixado", vez == 3);
-        EXPECT_EQ(pasta_.Ler("f.upd"), conteudo.substr(0, vez * 100'000));
-    }
 }
 
 }  // namespace

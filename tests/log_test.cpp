@@ -31,7 +31,7 @@ TEST(Log, LinhasInteirasDeMuitasThreadsEmQualquerLeitor) {
         });
     }
     threads.clear();
-    const std::string log = teste::LerLog(pasta);
+    const std::string log = pasta.Ler("ZuLauncher.log");
     const std::regex forma("\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d thread \\d linha \\d+ a{100}\r");
     int inteiras = 0;
     for (std::string_view resto = log; !resto.empty();) {

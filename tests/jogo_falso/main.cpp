@@ -23,9 +23,9 @@
 //     viver=MS              how long it lives (default 3000)
 //     The log then has "api X" and "token errado" or "token certo SHA-256 OF THE TOKEN".
 #include <windows.h>
-// after windows.h
-#include <shellapi.h>
 
+#include <cstdlib>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -41,20 +41,19 @@ namespace {
 constexpr int kTokenErrado = 5;
 constexpr std::size_t kBytesDoToken = 32;
 
-std::string LerDaPasta(const wchar_t* nome) {
-    std::string texto;
-    return LerArquivoInteiro(PastaDoPrograma() / nome, texto) ? texto : "";
-}
-
 // Empty when there is none of that name.
-std::string LerRelatorio(const std::string& nome) {
+std::string Ler(const std::filesystem::path& caminho) {
     std::string texto;
-    LerArquivoInteiro(std::filesystem::path(ZU_PASTA_RELATORIOS) / DeUtf8(nome + ".json"), texto);
+    LerArquivoInteiro(caminho, texto);
     return texto;
 }
 
+std::string LerRelatorio(const std::string& nome) {
+    return Ler(std::filesystem::path(ZU_PASTA_RELATORIOS) / DeUtf8(nome + ".json"));
+}
+
 // Read at the start, before the log shows that the game has started.
-const std::string kAjustes = LerDaPasta(L"jogo_falso.txt");
+const std::string kAjustes = Ler(PastaDoPrograma() / L"jogo_falso.txt");
 
 std::string Ajuste(std::string_view chave, std::string padrao) {
     for (std::string_view resto = kAjustes; !resto.empty();) {
@@ -72,12 +71,9 @@ void Dormir(std::string_view chave, const char* padrao) {
 using Argumentos = std::vector<std::string>;
 
 Argumentos LerArgumentos() {
-    int quantos = 0;
-    wchar_t** lista = CommandLineToArgvW(GetCommandLineW(), &quantos);
     Argumentos argumentos;
-    for (int i = 1; i < quantos; ++i)
-        argumentos.push_back(ParaUtf8(lista[i]));
-    LocalFree(lista);
+    for (int i = 1; i < __argc; ++i)
+        argumentos.push_back(ParaUtf8(__wargv[i]));
     return argumentos;
 }
 
@@ -90,12 +86,7 @@ std::string Opcao(const Argumentos& argumentos, std::string_view nome) {
 }
 
 void Registrar(const std::string& linha) {
-    const HandleArquivo log(CreateFileW((PastaDoPrograma() / L"jogo_falso.log").c_str(), FILE_APPEND_DATA,
-                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                        nullptr));
-    const std::string comFim = linha + "\n";
-    DWORD escritos = 0;
-    if (log) WriteFile(log.Valor(), comFim.data(), static_cast<DWORD>(comFim.size()), &escritos, nullptr);
+    std::ofstream(PastaDoPrograma() / L"jogo_falso.log", std::ios::app | std::ios::binary) << linha + "\n";
 }
 
 void RegistrarInicio(const Argumentos& argumentos) {
@@ -115,7 +106,7 @@ int Diagnosticar(const Argumentos& argumentos, const std::string& destino) {
     std::string nome = Ajuste("relatorio", "bom");
     const std::string simular = Opcao(argumentos, "--requisitos-simular=");
     if (!LerRelatorio(simular).empty()) nome = simular;
-    const std::string relatorio = nome == "copiar" ? LerDaPasta(L"jogo_falso.json") : LerRelatorio(nome);
+    const std::string relatorio = nome == "copiar" ? Ler(PastaDoPrograma() / L"jogo_falso.json") : LerRelatorio(nome);
     Dormir("demora", "0");
     if (nome == "travar") EsperarSinal();
     if (nome == "nenhum" || nome == "travar") return 0;

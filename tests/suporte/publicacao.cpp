@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 
 #include "app/selo.h"
@@ -82,25 +83,16 @@ std::string Selado(const std::string& urlUpdate, bool automatico) {
 }
 
 void Configurar(const std::filesystem::path& pasta, const std::string& urlUpdate, int conexoes) {
-    ConfigLauncher config;
-    config.pastaJogo = pasta;
-    config.urlUpdate = urlUpdate;
-    config.conexoes = conexoes;
-    DefinirConfig(config);
-}
-
-std::string LerLog(const PastaTemporaria& pasta) {
-    return pasta.Ler("ZuLauncher.log");
+    DefinirConfig({.pastaJogo = pasta, .urlUpdate = urlUpdate, .conexoes = conexoes});
 }
 
 std::vector<std::string> LinhasDoLog(const PastaTemporaria& pasta) {
     constexpr std::size_t kTamanhoDaHora = std::string_view("00:00:00.000 ").size();
-    const std::string log = LerLog(pasta);
+    std::istringstream log(pasta.Ler("ZuLauncher.log"));
     std::vector<std::string> linhas;
-    for (std::string_view resto = log; !resto.empty();) {
-        std::string_view linha = TomarAte(resto, '\n');
-        if (linha.ends_with('\r')) linha.remove_suffix(1);
-        linhas.emplace_back(linha.substr(std::min(kTamanhoDaHora, linha.size())));
+    for (std::string linha; std::getline(log, linha);) {
+        if (linha.ends_with('\r')) linha.pop_back();
+        linhas.push_back(linha.substr(std::min(kTamanhoDaHora, linha.size())));
     }
     return linhas;
 }

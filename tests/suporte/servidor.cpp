@@ -37,18 +37,11 @@ bool LerCabeca(SOCKET conexao, std::string& cabeca, const std::atomic<bool>& fim
 
 Pedido LerPedido(const std::string& cabeca) {
     std::string_view resto = cabeca;
-    std::string_view primeira = TomarAte(resto, '\n');
-    TomarAte(primeira, ' ');
-    std::string_view alvo = TomarAte(primeira, ' ');
-    Pedido pedido;
-    pedido.caminho = TomarAte(alvo, '?').substr(1);
+    TomarAte(resto, '/');
+    std::string_view alvo = TomarAte(resto, ' ');
+    Pedido pedido{.caminho = std::string(TomarAte(alvo, '?'))};
     pedido.consulta = alvo;
-    while (!resto.empty()) {
-        std::string_view linha = TomarAte(resto, '\n');
-        if (linha.ends_with('\r')) linha.remove_suffix(1);
-        const std::string nome = MinusculasAscii(std::string(TomarAte(linha, ':')));
-        if (!nome.empty()) pedido.cabecalhos[nome] = linha.substr(std::min<std::size_t>(1, linha.size()));
-    }
+    pedido.cabeca = cabeca;
     return pedido;
 }
 
@@ -62,6 +55,13 @@ bool EnviarTudo(SOCKET conexao, std::string_view bytes) {
 }
 
 }  // namespace
+
+std::string Pedido::Cabecalho(const std::string& nome) const {
+    const std::size_t lugar = MinusculasAscii(cabeca).find("\n" + nome + ": ");
+    if (lugar == std::string::npos) return "";
+    std::string_view resto = std::string_view(cabeca).substr(lugar + nome.size() + 3);
+    return std::string(TomarAte(resto, '\r'));
+}
 
 Roteiro Servir(std::string conteudo) {
     return [conteudo = std::move(conteudo)](const Pedido& pedido) -> Resposta {
@@ -146,14 +146,14 @@ void Servidor::Atender(SOCKET conexao) {
     std::string cabeca;
     while (LerCabeca(conexao, cabeca, fim_)) {
         const Resposta resposta = Responder(LerPedido(cabeca));
-        Dormir(resposta.atraso);
+        std::this_thread::sleep_for(resposta.atraso);
         const bool enviou = Enviar(conexao, resposta);
         if (resposta.fim == Fim::kDerrubar) {
             const linger jaNao{1, 0};
             setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
         }
         while (resposta.fim == Fim::kCalar && !fim_)
-            Dormir(std::chrono::milliseconds(20));
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
         if (!enviou || resposta.fim != Fim::kNormal) break;
     }
     --abertas_;
@@ -173,9 +173,8 @@ Resposta Servidor::Responder(const Pedido& pedido) {
 
 bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
     std::string cabeca = Formatar("HTTP/1.1 {} X\r\n", resposta.status);
-    if (!resposta.semTamanho) {
+    if (resposta.fim != Fim::kFechar)
         cabeca += Formatar("Content-Length: {}\r\n", resposta.anunciado.value_or(resposta.corpo.size()));
-    }
     for (const auto& [nome, valor] : resposta.cabecalhos)
         cabeca += Formatar("{}: {}\r\n", nome, valor);
     if (resposta.fim != Fim::kNormal) cabeca += "Connection: close\r\n";
@@ -184,13 +183,9 @@ bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
     while (!corpo.empty() && !fim_) {
         if (!EnviarTudo(conexao, corpo.substr(0, resposta.bloco))) return false;
         corpo.remove_prefix(std::min(resposta.bloco, corpo.size()));
-        if (!corpo.empty()) Dormir(resposta.pausa);
+        if (!corpo.empty()) std::this_thread::sleep_for(resposta.pausa);
     }
     return true;
-}
-
-void Servidor::Dormir(std::chrono::milliseconds pausa) const {
-    if (pausa.count() > 0 && !fim_) std::this_thread::sleep_for(pausa);
 }
 
 }  // namespace zu::launcher::teste
