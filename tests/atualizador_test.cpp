@@ -43,14 +43,9 @@ class Atualizacao : public testing::Test {
 
     // A run from start to end; "5 Cliente em dia." is its status and its sentence.
     std::string Rodar(bool reparar = false) {
-        Atualizador atualizador;
-        return Rodar(atualizador, reparar);
-    }
-    static std::string Rodar(Atualizador& atualizador, bool reparar = false) {
-        atualizador.Iniciar(reparar);
-        EXPECT_TRUE(atualizador.Aguardar(std::chrono::seconds(60)));
-        const EstadoAtualizacao estado = atualizador.Estado();
-        return Formatar("{} {}", static_cast<int>(estado.status), estado.texto);
+        atualizador_.Iniciar(reparar);
+        EXPECT_TRUE(atualizador_.Aguardar(60s));
+        return Formatar("{} {}", static_cast<int>(atualizador_.Estado().status), atualizador_.Estado().texto);
     }
     [[nodiscard]] std::vector<std::string> Log() const { return teste::LinhasDoLog(pasta_); }
     // The published files and nothing beside them but the launcher's own.
@@ -64,28 +59,24 @@ class Atualizacao : public testing::Test {
     teste::PastaTemporaria pasta_{L"Pasta do Jogo ç"};
     teste::Servidor servidor_;
     teste::Publicacao publicacao_;
+    Atualizador atualizador_;
 };
 
 TEST_F(Atualizacao, DaPastaVaziaAteEmDiaEDepoisSemLerNada) {
     publicacao_.arquivos["Config/Launcher.cache.txt"] = "protegido";
     publicacao_.Servir(servidor_);
     publicacao_.arquivos.erase("Config/Launcher.cache.txt");
-    Atualizador atualizador;
-    EXPECT_EQ(Rodar(atualizador), "5 Atualização concluída: 4 arquivo(s) novo(s).");
-    EXPECT_EQ(atualizador.Estado().bytesFeitos, 900'004U);
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
+    EXPECT_EQ(atualizador_.Estado().bytesFeitos, 900'004U);
     EsperarClienteExato();
     EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=1\nversao=1.0\n");
-    EXPECT_THAT(
-        Log(),
-        IsSupersetOf({"[update] Conectando ao servidor de atualização...",
-                      "[update] UpdateList seq 1 (1.0) com 5 arquivos e 0 a remover; instalado seq 0",
-                      "[update] Verificando arquivos...", "[update] Data/Mapas do Sul/praça.map: faltando",
-                      "[update] Baixando 4 arquivo(s) (0.9 MB)...",
-                      "[update] baixando 4 arquivo(s), 0.9 MB, 4 conexão(ões)", "[update] Aplicando a atualização...",
-                      "[update] atualizado: Data/vazio (crc 00000000, 0 bytes)"}));
+    EXPECT_THAT(Log(), IsSupersetOf({"[update] UpdateList seq 1 (1.0) com 5 arquivos e 0 a remover; instalado seq 0",
+                                     "[update] Data/Mapas do Sul/praça.map: faltando",
+                                     "[update] baixando 4 arquivo(s), 0.9 MB, 4 conexão(ões)",
+                                     "[update] atualizado: Data/vazio (crc 00000000, 0 bytes)"}));
     servidor_.EsquecerPedidos();
-    EXPECT_EQ(Rodar(atualizador), "5 Cliente em dia.");
-    EXPECT_EQ(atualizador.Estado().bytesFeitos, 900'013U);
+    EXPECT_EQ(Rodar(), "5 Cliente em dia.");
+    EXPECT_EQ(atualizador_.Estado().bytesFeitos, 900'013U);
     EXPECT_EQ(servidor_.QuantosPedidos(), 1U);
     EXPECT_EQ(LerCache().size(), 4U);
 }
@@ -117,10 +108,7 @@ TEST(PainelDaAtualizacao, NadaPassaDoTotalNemFicaDoQueVeioAntes) {
 TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
     Rodar();
     const auto alvo = pasta_ / "Data/Mapas do Sul/praça.map";
-    std::string estragado = publicacao_.arquivos["Data/Mapas do Sul/praça.map"];
-    estragado[1000] = static_cast<char>(estragado[1000] + 1);
-    pasta_.Adulterar("Data/Mapas do Sul/praça.map", estragado);
-
+    pasta_.Adulterar("Data/Mapas do Sul/praça.map", teste::Bytes(200'000, 7));
     EXPECT_EQ(Rodar(), "5 Cliente em dia.");
     EXPECT_EQ(Rodar(true), "5 Atualização concluída: 1 arquivo(s) novo(s).");
     EXPECT_THAT(Log(), IsSupersetOf({"[update] Reparando: conferindo todos os arquivos...",
@@ -210,9 +198,8 @@ TEST_F(Atualizacao, FalhasTentamTresVezesComPausasEDepoisUmAUm) {
     const std::string erro =
         Formatar("HTTP 500 em {}Zu.exe.txt?v={:08x}", servidor_.Url(), publicacao_.Lista().itens.back().crc);
     EXPECT_EQ(um, "7 1 arquivo(s) não baixaram. " + erro);
-    EXPECT_THAT(Log(), IsSupersetOf({"[update] Zu.exe.txt: " + erro + " (tentativa 1)",
-                                     "[update] Zu.exe.txt: " + erro + " (tentativa 3)",
-                                     std::string("[update] 1 arquivo(s) não vieram; baixando um de cada vez")}));
+    EXPECT_THAT(Log(), Contains("[update] Zu.exe.txt: " + erro + " (tentativa 3)"));
+    EXPECT_THAT(Log(), Contains("[update] 1 arquivo(s) não vieram; baixando um de cada vez"));
     // The others are in place, and remembered, but the list does not count as applied.
     EXPECT_EQ(LerCache().size(), 3U);
     EXPECT_FALSE(pasta_.Tem("Config/Launcher.estado"));
@@ -248,11 +235,10 @@ TEST_F(Atualizacao, EmUsoFicaParaATrocaENaoVemDeNovo) {
     HandleArquivo alvo = pasta_.Prender("Zu.exe.txt");
     HandleArquivo velho = pasta_.Prender("Data/vazio");
     for (int vez = 0; vez < 2; ++vez) {
-        Atualizador atualizador;
-        EXPECT_EQ(Rodar(atualizador), "8 Concluindo a atualização: o launcher vai reiniciar...");
+        EXPECT_EQ(Rodar(), "8 Concluindo a atualização: o launcher vai reiniciar...");
         EXPECT_EQ(pasta_.Ler("Zu.exe.txt"), "jogo");
         EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=2\nversao=1.0\n");
-        EXPECT_EQ(atualizador.Estado().arquivosFeitos, 1U);
+        EXPECT_EQ(atualizador_.Estado().arquivosFeitos, 1U);
     }
     EXPECT_THAT(Log(),
                 IsSupersetOf({"[update] Zu.exe.txt em uso: troca pendente",
@@ -293,24 +279,20 @@ TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
     const std::string maisVelha = lista(4, "novo!");
     const std::string outra = lista(6, "mais novo");
     const std::string nova = lista(7, "novo");
-    struct Caso {
-        std::vector<std::string> listas;  // one an answer, the last again and again
-        std::size_t pedidos;
-        std::string fim;
-    };
-    const Caso casos[] = {
-        {{velha, velha}, 2, "7 1 arquivo(s) não baixaram. "},
+    // The lists, one an answer and the last again and again; how many are asked for; the end.
+    const std::tuple<std::vector<std::string>, std::size_t, const char*> casos[] = {
+        {{velha}, 2, "7 1 arquivo(s) não baixaram. "},
         {{velha, maisVelha}, 2, "7 1 arquivo(s) não baixaram. "},
         {{velha, outra, velha, nova}, 3, "7 1 arquivo(s) não baixaram. "},
         {{velha, outra, nova}, 3, "5 Atualização concluída: "},
     };
-    for (const Caso& caso : casos) {
+    for (const auto& [listas, quantas, fim] : casos) {
         std::size_t pedidos = 0;
-        servidor_.Definir("UpdateList.txt", [&](const Pedido& pedido) {
-            return teste::Servir(caso.listas[std::min(pedidos++, caso.listas.size() - 1)])(pedido);
+        servidor_.Definir("UpdateList.txt", [&pedidos, &lidas = listas](const Pedido&) {
+            return Resposta{.corpo = lidas[std::min(pedidos++, lidas.size() - 1)]};
         });
-        EXPECT_THAT(Rodar(), StartsWith(caso.fim));
-        EXPECT_EQ(pedidos, caso.pedidos);
+        EXPECT_THAT(Rodar(), StartsWith(fim));
+        EXPECT_EQ(pedidos, quantas);
     }
     EXPECT_THAT(Log(), Contains("[update] o servidor publicou outra lista (seq 7): recomeçando com ela"));
     EsperarClienteExato();
@@ -342,13 +324,12 @@ TEST_F(Atualizacao, CacheESalvoNoMeioMasNaoACadaVez) {
 }
 
 TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
-    Atualizador atualizador;
     const auto cancelarQuando = [&](const auto& condicao) {
-        atualizador.Iniciar(false);
+        atualizador_.Iniciar(false);
         EXPECT_TRUE(teste::Esperar(20s, condicao));
-        atualizador.Cancelar();
-        EXPECT_TRUE(atualizador.Aguardar(1s));
-        return atualizador.Estado().erro;
+        atualizador_.Cancelar();
+        EXPECT_TRUE(atualizador_.Aguardar(1s));
+        return atualizador_.Estado().erro;
     };
     // while the list's second attempt is waited for
     servidor_.Definir("UpdateList.txt", {.status = 500});
@@ -362,7 +343,7 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     publicacao_.Servir(servidor_);
     pasta_.Escrever("a", "pequeno");
     pasta_.Escrever("b", grande);
-    EXPECT_EQ(cancelarQuando([&] { return atualizador.Estado().bytesFeitos > 7; }), "Cancelado.");
+    EXPECT_EQ(cancelarQuando([&] { return atualizador_.Estado().bytesFeitos > 7; }), "Cancelado.");
     EXPECT_EQ(LerCache().size(), 1U);
     EXPECT_EQ(LerCache()["a"].tamanho, 7U);
 
@@ -382,22 +363,25 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     EsperarClienteExato();
 }
 
-TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoENaoMaisThreadsQueItens) {
+TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
     teste::Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
-    for (const auto& [caminho, conteudo] : publicacao_.arquivos)
-        servidor_.Definir(caminho, {.corpo = conteudo, .atraso = milliseconds(150)});
+    std::atomic<int> juntos = 0;
+    for (const char* caminho : {"Zu.exe.txt", "Data/grande.pak"}) {
+        servidor_.Definir(caminho, [&juntos, conteudo = publicacao_.arquivos[caminho]](const Pedido&) {
+            ++juntos;
+            teste::Esperar(5s, [&] { return juntos == 2; });
+            return Resposta{.corpo = juntos == 2 ? conteudo : ""};
+        });
+    }
     // A path that is listed twice has one temporary file.
     update::UpdateList lista = publicacao_.Lista();
     lista.itens.push_back(lista.itens.front());
     servidor_.Definir("UpdateList.txt", teste::Servir(teste::Assinar(update::EscreverLista(lista))));
-    Atualizador atualizador;
-    atualizador.Iniciar(false);
-    EXPECT_EQ(Rodar(atualizador), "5 Atualização concluída: 4 arquivo(s) novo(s).");
+    atualizador_.Iniciar(false);
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
     EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);
-    EXPECT_LE(servidor_.MaisConexoes(), 5);
-    EXPECT_GE(servidor_.MaisConexoes(), 3);
 
     const std::tuple<int, const char*, int> casos[] = {
         {0, "http://s/", 1}, {0, "https://x.GitHub.io/", 8}, {3, "https://github.com/", 3}, {16, "http://s/", 16}};
@@ -415,13 +399,11 @@ TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
     EXPECT_TRUE(JogoAberto(outra.Caminho()));
     EXPECT_TRUE(ContaComoAberto({}, outra / "Zu.exe"));
     EXPECT_FALSE(ContaComoAberto({}, outra / "Zu2.exe") || ContaComoAberto(parado, outra / "Zu.exe"));
-    for (const char* nome : {"Zu.exe", "Zu2.exe"}) {
-        std::filesystem::copy_file(parado, pasta_ / nome);
-        EXPECT_FALSE(ContaComoAberto({}, pasta_ / nome));
-        teste::Programa jogo(pasta_ / nome);
-        EXPECT_EQ(Rodar(), "9 O jogo está aberto: feche o Zu para verificar as atualizações.") << nome;
-        jogo.Matar();
-        std::filesystem::remove(pasta_ / nome);
+    std::filesystem::copy_file(parado, pasta_ / "Zu2.exe");
+    EXPECT_FALSE(ContaComoAberto({}, pasta_ / "Zu2.exe"));
+    {
+        const teste::Programa jogo(pasta_ / "Zu2.exe");
+        EXPECT_EQ(Rodar(), "9 O jogo está aberto: feche o Zu para verificar as atualizações.");
     }
     EXPECT_THAT(Rodar(), StartsWith("5 "));
 }

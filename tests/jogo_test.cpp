@@ -13,7 +13,6 @@
 #include "game/requisitos.h"
 #include "game/token.h"
 #include "tests/suporte/espera.h"
-#include "tests/suporte/ini.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
@@ -50,7 +49,7 @@ class Jogo : public testing::Test {
     }
     // What the game noted of one start.
     std::string Abrir(const std::string& api) {
-        pasta_.Escrever("Config/Zu.ini", teste::TextoDoIni({.api = api}));
+        pasta_.Escrever("Config/Zu.ini", "[Video]\r\nApi=" + api);
         std::filesystem::remove(pasta_ / "jogo_falso.log");
         std::string erro = "de antes";
         EXPECT_TRUE(AbrirJogo(erro));
@@ -89,9 +88,7 @@ TEST_F(Jogo, RecusaDizONumeroDoSistemaENadaFicaAberto) {
 
 // With `--jogar`, as the window and the run without one ask ten times a second.
 TEST_F(Jogo, FalhaDoSistemaUmaVezNoLogENuncaOFimDoPrograma) {
-    ConfigLauncher config = ObterConfig();
-    config.jogar = true;
-    DefinirConfig(config);
+    DefinirConfig({.pastaJogo = pasta_.Caminho(), .jogar = true});
     ControladorLauncher controlador;
     const auto girar = [&](auto condicao) {
         return teste::Esperar(30s, [&] {
@@ -134,7 +131,6 @@ TEST_F(Jogo, FalhaDoSistemaUmaVezNoLogENuncaOFimDoPrograma) {
 TEST(Token, CanalSoComOQueOLauncherPos) {
     constexpr std::uint32_t kPid = 4'000'000'123;
     const wchar_t* const mapa = L"Local\\ZuLauncher-token-4000000123";
-    const wchar_t* const evento = L"Local\\ZuLauncher-confirmado-4000000123";
     const TokenDeLancamento token{1, 2, 3, 255};
     const HandleKernel morto(CreateEventW(nullptr, TRUE, TRUE, nullptr));
     CanalDoToken canal = AbrirCanal(token, kPid);
@@ -145,6 +141,7 @@ TEST(Token, CanalSoComOQueOLauncherPos) {
     EXPECT_FALSE(AbrirCanal(token, kPid));
 
     // Confirmed, and ended at once.
+    const wchar_t* const evento = L"Local\\ZuLauncher-confirmado-4000000123";
     SetEvent(HandleKernel(OpenEventW(EVENT_MODIFY_STATE, FALSE, evento)).Valor());
     EXPECT_EQ(EsperarConfirmacao(morto.Valor(), canal, 0ms), "anti-hack confirmou o token");
 

@@ -17,10 +17,7 @@ openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=127.0.0.1 -keyout "$
 iniciar_nginx "$pasta/nginx" "$pasta/www" ssl
 no_wine release "$bin/Forjal.exe" selar "--segredo=$(janela "$chaves/selo.segredo")" \
     "--saida=$(janela "$pasta/jogo/Launcher.emu")" "--update=https://127.0.0.1:$PORTA/"
-codigo=0
-no_wine release "$bin/ZuLauncher.exe" --sem-interface "--cliente=$(janela "$pasta/jogo")" || codigo=$?
-cat "$pasta/jogo/ZuLauncher.log"
-[ "$codigo" = 1 ] || falhou "código $codigo"
+no_wine release "$bin/ZuLauncher.exe" --sem-interface "--cliente=$(janela "$pasta/jogo")" || cat "$pasta/jogo/ZuLauncher.log"
 grep -q 'terminou em "semservidor": Sem conexão com o servidor de atualização (download: ' "$pasta/jogo/ZuLauncher.log" ||
     falhou "o certificado sem confiança foi aceito"
 curl -sk "https://127.0.0.1:$PORTA/UpdateList.txt" | cmp - "$pasta/www/UpdateList.txt" || falhou "o nginx não respondia"

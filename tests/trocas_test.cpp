@@ -70,7 +70,6 @@ TEST_F(Trocas, FazUmaVezEReconheceOFeito) {
         EXPECT_EQ(pasta_.Tudo(),
                   (std::map<std::string, std::string>{{"a", "novo a"}, {"pasta nova/c", "novo pasta nova/c"}}));
     }
-    EXPECT_TRUE(Aplicar({{Texto("sumiu.novo"), Texto("sumiu")}}));
 }
 
 // Held files cost the limit once and not each, and hold back nobody behind them.
@@ -183,7 +182,6 @@ TEST(ArgumentosDoHelper, ComoOLauncherOsEscreveEComoOsPassaAdiante) {
         L"\"--reabrir=C:\\Zu Jogo\\ZuLauncher.exe\" -- \"--cliente=C:\\Zu Jogo\\\" \"--sem-interface\" \"\" "
         L"--reaberto");
     EXPECT_EQ(lidos.pid, 1234U);
-    EXPECT_EQ(lidos.lista, L"C:\\Zu Jogo\\Config\\Launcher.pendente");
     EXPECT_EQ(lidos.reabrir, L"C:\\Zu Jogo\\ZuLauncher.exe");
     EXPECT_EQ(lidos.argumentos,
               (std::vector<std::wstring>{L"--cliente=C:\\Zu Jogo\\", L"--sem-interface", L"", L"--reaberto"}));

@@ -38,17 +38,13 @@ std::string Assinar(std::string_view assinados) {
 }
 
 update::UpdateList Publicacao::Lista() const {
-    update::UpdateList lista;
-    lista.seq = seq;
-    lista.versao = versao;
-    lista.remover = remover;
+    update::UpdateList lista{.seq = seq, .versao = versao, .remover = remover};
     for (const auto& [caminho, conteudo] : arquivos) {
-        const auto parte = partes.find(caminho);
         lista.itens.push_back({.caminho = caminho,
                                .sha256 = ParaHex(Sha256Of(ComoBytes(conteudo))),
                                .tamanho = conteudo.size(),
                                .crc = ~Crc32Update(kCrc32Inicial, conteudo.data(), conteudo.size()),
-                               .partes = parte == partes.end() ? 0 : parte->second});
+                               .partes = partes.contains(caminho) ? partes.at(caminho) : 0});
     }
     return lista;
 }
@@ -57,14 +53,10 @@ void Publicacao::Servir(Servidor& servidor) const {
     for (const update::ItemLista& item : Lista().itens) {
         const std::string& conteudo = arquivos.at(item.caminho);
         const std::string caminho = MontarUrl("", item.caminho).substr(1);
-        if (item.partes == 0) {
-            servidor.Definir(caminho, teste::Servir(conteudo));
-            continue;
-        }
-        const std::size_t porParte = (conteudo.size() + item.partes - 1) / item.partes;
-        for (std::uint32_t i = 0; i < item.partes; ++i) {
+        if (item.partes == 0) servidor.Definir(caminho, teste::Servir(conteudo));
+        const std::size_t porParte = (conteudo.size() + item.partes - 1) / std::max(1U, item.partes);
+        for (std::uint32_t i = 0; i < item.partes; ++i)
             servidor.Definir(caminho + SufixoDaParte(i + 1), teste::Servir(conteudo.substr(i * porParte, porParte)));
-        }
     }
     servidor.Definir("UpdateList.txt", teste::Servir(Assinar(update::EscreverLista(Lista()))));
 }

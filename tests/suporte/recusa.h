@@ -18,7 +18,6 @@ struct Chamada {
     std::string_view nome;          // "MoveFileExW"
     std::filesystem::path caminho;  // of the file, when its first argument names or holds one
     std::filesystem::path destino;  // of a move
-    DWORD acesso = 0;               // that an opening asks for
 };
 
 struct Recusa {
@@ -36,10 +35,6 @@ inline constinit Recusa recusa;
 template <class... Resto>
 Chamada Descrever(std::string_view nome, LPCWSTR caminho, LPCWSTR destino, Resto...) {
     return {nome, caminho, destino};
-}
-template <class... Resto>
-Chamada Descrever(std::string_view nome, LPCWSTR caminho, DWORD acesso, Resto...) {
-    return {nome, caminho, {}, acesso};
 }
 template <class... Resto>
 Chamada Descrever(std::string_view nome, LPCWSTR caminho, Resto...) {

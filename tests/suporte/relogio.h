@@ -2,47 +2,34 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 
 #include "tests/suporte/recusa.h"
 
 namespace zu::launcher::teste {
 
+// Unless it stands still nobody waits long: a pause, or a wait that nothing ends at once, moves the clocks of its own
+// thread forward instead, by at least this many milliseconds. The clocks of other threads stay, so what a thread sees
+// of time follows from what it does.
 constexpr std::int64_t kParado = -1;
-inline constinit std::atomic<std::int64_t> menorPasso = kParado;  // ms
-inline thread_local constinit std::int64_t adiantado = 0;         // ms
-
-// While it lives nobody waits long: a pause, or a wait that nothing ends at once, moves the clocks of its own thread
-// forward instead, by at least `passo`. The clocks of other threads stay, so what a thread sees of time follows from
-// what it does. One at a time.
-class Relogio {
- public:
-    explicit Relogio(std::chrono::milliseconds passo = std::chrono::milliseconds(0)) { menorPasso = passo.count(); }
-    Relogio(const Relogio&) = delete;
-    Relogio& operator=(const Relogio&) = delete;
-    ~Relogio() { menorPasso = kParado; }
-};
+inline constinit std::atomic<std::int64_t> menorPasso = kParado;
+inline thread_local constinit std::int64_t adiantado = 0;  // ms
 
 // Whether the wait is to be cut short: only a pause that has an end is.
 inline bool Encurtar(DWORD ms) {
     return menorPasso != kParado && ms != 0 && ms != INFINITE;
 }
 
-inline void Adiantar(DWORD ms) {
-    adiantado += std::max<std::int64_t>(ms, menorPasso);
-}
-
 inline void WINAPI Dormir(DWORD ms) {
     if (!Encurtar(ms)) return ZU_VERDADEIRA(L"kernel32", Sleep)(ms);
-    Adiantar(ms);
+    adiantado += std::max<std::int64_t>(ms, menorPasso);
 }
 
 inline DWORD WINAPI EsperarVarios(DWORD quantos, const HANDLE* objetos, BOOL todos, DWORD ms) {
     constexpr DWORD kEspera = 5;  // ms: lets the other threads get on
     const DWORD resposta =
         ZU_VERDADEIRA(L"kernel32", WaitForMultipleObjects)(quantos, objetos, todos, Encurtar(ms) ? kEspera : ms);
-    if (resposta == WAIT_TIMEOUT && Encurtar(ms)) Adiantar(ms);
+    if (resposta == WAIT_TIMEOUT && Encurtar(ms)) adiantado += std::max<std::int64_t>(ms, menorPasso);
     return resposta;
 }
 

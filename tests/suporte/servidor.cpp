@@ -23,35 +23,25 @@ bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
 
 // Reads up to the blank line that ends a request's headers, behind which nothing comes before the answer. False when
 // the client closed.
-bool LerCabeca(SOCKET conexao, std::string& cabeca, const std::atomic<bool>& fim) {
-    cabeca.clear();
+bool LerPedido(SOCKET conexao, Pedido& pedido, const std::atomic<bool>& fim) {
+    pedido = {};
     std::array<char, 2048> bloco{};
     if (!Esperar(conexao, fim)) return false;
-    while (!cabeca.ends_with("\r\n\r\n")) {
+    while (!pedido.cabeca.ends_with("\r\n\r\n")) {
         const int lidos = recv(conexao, bloco.data(), static_cast<int>(bloco.size()), 0);
         if (lidos <= 0) return false;
-        cabeca.append(bloco.data(), static_cast<std::size_t>(lidos));
+        pedido.cabeca.append(bloco.data(), static_cast<std::size_t>(lidos));
     }
-    return true;
-}
-
-Pedido LerPedido(const std::string& cabeca) {
-    std::string_view resto = cabeca;
+    std::string_view resto = pedido.cabeca;
     TomarAte(resto, '/');
     std::string_view alvo = TomarAte(resto, ' ');
-    Pedido pedido{.caminho = std::string(TomarAte(alvo, '?'))};
+    pedido.caminho = TomarAte(alvo, '?');
     pedido.consulta = alvo;
-    pedido.cabeca = cabeca;
-    return pedido;
+    return true;
 }
 
-bool EnviarTudo(SOCKET conexao, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const int enviados = send(conexao, bytes.data(), static_cast<int>(bytes.size()), 0);
-        if (enviados <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(enviados));
-    }
-    return true;
+bool EnviarBytes(SOCKET conexao, std::string_view bytes) {
+    return send(conexao, bytes.data(), static_cast<int>(bytes.size()), 0) == static_cast<int>(bytes.size());
 }
 
 }  // namespace
@@ -137,38 +127,28 @@ void Servidor::Aceitar() {
 }
 
 void Servidor::Atender(SOCKET conexao) {
-    const int abertas = ++abertas_;
-    for (int antes = maisConexoes_; antes < abertas && !maisConexoes_.compare_exchange_weak(antes, abertas);) {
-    }
     // Headers and body leave at once, instead of the body waiting until the client has confirmed the headers.
     const BOOL semEspera = TRUE;
     setsockopt(conexao, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&semEspera), sizeof semEspera);
-    std::string cabeca;
-    while (LerCabeca(conexao, cabeca, fim_)) {
-        const Resposta resposta = Responder(LerPedido(cabeca));
+    Fim fim = Fim::kNormal;
+    for (Pedido pedido; fim == Fim::kNormal && LerPedido(conexao, pedido, fim_);) {
+        const Resposta resposta = Anotar(pedido)(pedido);
         std::this_thread::sleep_for(resposta.atraso);
-        const bool enviou = Enviar(conexao, resposta);
-        if (resposta.fim == Fim::kDerrubar) {
-            const linger jaNao{1, 0};
-            setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
-        }
-        while (resposta.fim == Fim::kCalar && !fim_)
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        if (!enviou || resposta.fim != Fim::kNormal) break;
+        fim = Enviar(conexao, resposta) ? resposta.fim : Fim::kFechar;
     }
-    --abertas_;
+    const linger jaNao{1, 0};
+    if (fim == Fim::kDerrubar)
+        setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
+    while (fim == Fim::kCalar && !fim_)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
     closesocket(conexao);
 }
 
-Resposta Servidor::Responder(const Pedido& pedido) {
-    Roteiro roteiro;
-    {
-        const std::lock_guard guarda(trava_);
-        pedidos_.push_back(pedido);
-        const auto lugar = roteiros_.find(pedido.caminho);
-        if (lugar != roteiros_.end()) roteiro = lugar->second;
-    }
-    return roteiro ? roteiro(pedido) : Resposta{.status = 404, .corpo = "nada aqui"};
+Roteiro Servidor::Anotar(const Pedido& pedido) {
+    const std::lock_guard guarda(trava_);
+    pedidos_.push_back(pedido);
+    const auto lugar = roteiros_.find(pedido.caminho);
+    return lugar != roteiros_.end() ? lugar->second : [](const Pedido&) { return Resposta{.status = 404}; };
 }
 
 bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
@@ -178,14 +158,13 @@ bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
     for (const auto& [nome, valor] : resposta.cabecalhos)
         cabeca += Formatar("{}: {}\r\n", nome, valor);
     if (resposta.fim != Fim::kNormal) cabeca += "Connection: close\r\n";
-    if (!EnviarTudo(conexao, cabeca + "\r\n")) return false;
-    std::string_view corpo = resposta.corpo;
-    while (!corpo.empty() && !fim_) {
-        if (!EnviarTudo(conexao, corpo.substr(0, resposta.bloco))) return false;
+    bool enviou = EnviarBytes(conexao, cabeca + "\r\n");
+    for (std::string_view corpo = resposta.corpo; enviou && !corpo.empty() && !fim_;) {
+        enviou = EnviarBytes(conexao, corpo.substr(0, resposta.bloco));
         corpo.remove_prefix(std::min(resposta.bloco, corpo.size()));
         if (!corpo.empty()) std::this_thread::sleep_for(resposta.pausa);
     }
-    return true;
+    return enviou;
 }
 
 }  // namespace zu::launcher::teste

@@ -69,20 +69,16 @@ class Servidor {
     [[nodiscard]] std::vector<Pedido> Pedidos(const std::string& caminho) const;
     [[nodiscard]] std::size_t QuantosPedidos() const;
     void EsquecerPedidos();
-    // The most connections that were open at once.
-    [[nodiscard]] int MaisConexoes() const { return maisConexoes_; }
 
  private:
     void Aceitar();
     void Atender(SOCKET conexao);
-    Resposta Responder(const Pedido& pedido);
+    Roteiro Anotar(const Pedido& pedido);
     bool Enviar(SOCKET conexao, const Resposta& resposta) const;
 
     SOCKET escuta_ = INVALID_SOCKET;
     int porta_ = 0;
     std::atomic<bool> fim_ = false;
-    std::atomic<int> abertas_ = 0;
-    std::atomic<int> maisConexoes_ = 0;
     mutable std::mutex trava_;
     std::map<std::string, Roteiro> roteiros_;
     std::vector<Pedido> pedidos_;
