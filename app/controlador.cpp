@@ -2,12 +2,12 @@
 
 #include <array>
 #include <exception>
-#include <thread>
 #include <utility>
 
 #include "core/config.h"
 #include "core/excecao.h"
 #include "core/log.h"
+#include "core/thread_solta.h"
 #include "core/utf16.h"
 #include "game/jogo.h"
 #include "game/opcoes.h"
@@ -165,7 +165,7 @@ void ControladorLauncher::Jogar() {
     const bool fechar = LerOpcoesJogo().fecharAoJogar != 0;
     if (fechar) Notificar(NumeroDoEvento::kJogoAbrindo);
     try {
-        std::thread(&ControladorLauncher::AbrirNaThread, partida_, fechar, regras_.esperaConfirmacao).detach();
+        SoltarThread(&ControladorLauncher::AbrirNaThread, partida_, fechar, regras_.esperaConfirmacao);
     } catch (...) {
         partida_->abrindo = false;
         if (fechar) Notificar(NumeroDoEvento::kJogoNaoAbriu);

@@ -8,7 +8,6 @@
 #include <mutex>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 #include "core/arquivo.h"
@@ -16,6 +15,7 @@
 #include "core/excecao.h"
 #include "core/log.h"
 #include "core/processo.h"
+#include "core/thread_solta.h"
 #include "core/utf16.h"
 #include "game/relatorio.h"
 
@@ -124,7 +124,7 @@ std::uint32_t RenovarRequisitos() {
 void IniciarRequisitos(std::chrono::milliseconds limite) {
     const std::uint32_t geracao = RenovarRequisitos();
     try {
-        std::thread(RodarRequisitos, geracao, limite).detach();
+        SoltarThread(RodarRequisitos, geracao, limite);
     } catch (...) {
         Publicar(geracao, CaminhoDoRelatorio(), {});
         throw;

@@ -95,7 +95,7 @@ TEST(Log, LinhasInteirasDeMuitasThreadsEmQualquerLeitor) {
         });
     }
     threads.clear();
-    const std::string log = teste::LerLog(pasta);
+    const std::string log = pasta.Ler("ZuLauncher.log");
     const std::regex forma("\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d thread \\d linha \\d+ a{100}\r\n");
     EXPECT_EQ(std::distance(std::sregex_iterator(log.begin(), log.end(), forma), {}), 8 * 50);
     EXPECT_NE(log.find(" é 1 de x\r\n"), std::string::npos);

@@ -1,10 +1,10 @@
 #include "update/atualizador.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <set>
 
 #include "core/formato.h"
 #include "tests/suporte/espera.h"
@@ -21,6 +21,13 @@ using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 using teste::Pedido;
 using teste::Resposta;
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsSupersetOf;
+using testing::Not;
+using testing::StartsWith;
 
 class Atualizacao : public testing::Test {
  protected:
@@ -36,23 +43,11 @@ class Atualizacao : public testing::Test {
 
     // A run from start to end; "5 Cliente em dia." is its status and its sentence.
     std::string Rodar(bool reparar = false) {
-        Atualizador atualizador;
-        return Rodar(atualizador, reparar);
+        atualizador_.Iniciar(reparar);
+        EXPECT_TRUE(atualizador_.Aguardar(60s));
+        return Formatar("{} {}", static_cast<int>(atualizador_.Estado().status), atualizador_.Estado().texto);
     }
-    static std::string Rodar(Atualizador& atualizador, bool reparar = false) {
-        atualizador.Iniciar(reparar);
-        EXPECT_TRUE(atualizador.Aguardar(std::chrono::seconds(60)));
-        const EstadoAtualizacao estado = atualizador.Estado();
-        return Formatar("{} {}", static_cast<int>(estado.status), estado.texto);
-    }
-    // Files and bytes of the last stage.
-    static std::pair<std::uint64_t, std::uint64_t> Feitos(const Atualizador& atualizador) {
-        return {atualizador.Estado().arquivosFeitos, atualizador.Estado().bytesFeitos};
-    }
-    [[nodiscard]] bool Logou(const std::string& linha) const {
-        const auto linhas = teste::LinhasDoLog(pasta_);
-        return std::ranges::find(linhas, linha) != linhas.end();
-    }
+    [[nodiscard]] std::vector<std::string> Log() const { return teste::LinhasDoLog(pasta_); }
     // The published files and nothing beside them but the launcher's own.
     void EsperarClienteExato() {
         auto tudo = pasta_.Tudo();
@@ -64,73 +59,60 @@ class Atualizacao : public testing::Test {
     teste::PastaTemporaria pasta_{L"Pasta do Jogo ç"};
     teste::Servidor servidor_;
     teste::Publicacao publicacao_;
+    Atualizador atualizador_;
 };
 
 TEST_F(Atualizacao, DaPastaVaziaAteEmDiaEDepoisSemLerNada) {
     publicacao_.arquivos["Config/Launcher.cache.txt"] = "protegido";
     publicacao_.Servir(servidor_);
     publicacao_.arquivos.erase("Config/Launcher.cache.txt");
-    Atualizador atualizador;
-    EXPECT_EQ(Rodar(atualizador), "5 Atualização concluída: 4 arquivo(s) novo(s).");
-    EXPECT_EQ(Feitos(atualizador), std::pair(4ULL, 900'004ULL));
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
+    EXPECT_EQ(atualizador_.Estado().bytesFeitos, 900'004U);
     EsperarClienteExato();
     EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=1\nversao=1.0\n");
-    for (const char* linha :
-         {"[update] Conectando ao servidor de atualização...",
-          "[update] UpdateList seq 1 (1.0) com 5 arquivos e 0 a remover; instalado seq 0",
-          "[update] Verificando arquivos...", "[update] Data/Mapas do Sul/praça.map: faltando",
-          "[update] Baixando 4 arquivo(s) (0.9 MB)...", "[update] baixando 4 arquivo(s), 0.9 MB, 4 conexão(ões)",
-          "[update] Aplicando a atualização...", "[update] atualizado: Data/vazio (crc 00000000, 0 bytes)"}) {
-        EXPECT_TRUE(Logou(linha)) << linha;
-    }
+    EXPECT_THAT(Log(), IsSupersetOf({"[update] UpdateList seq 1 (1.0) com 5 arquivos e 0 a remover; instalado seq 0",
+                                     "[update] Data/Mapas do Sul/praça.map: faltando",
+                                     "[update] baixando 4 arquivo(s), 0.9 MB, 4 conexão(ões)",
+                                     "[update] atualizado: Data/vazio (crc 00000000, 0 bytes)"}));
     servidor_.EsquecerPedidos();
-    EXPECT_EQ(Rodar(atualizador), "5 Cliente em dia.");
-    EXPECT_EQ(Feitos(atualizador), std::pair(5ULL, 900'013ULL));
+    EXPECT_EQ(Rodar(), "5 Cliente em dia.");
+    EXPECT_EQ(atualizador_.Estado().bytesFeitos, 900'013U);
     EXPECT_EQ(servidor_.QuantosPedidos(), 1U);
     EXPECT_EQ(LerCache().size(), 4U);
 }
 
 // Faults: bytes beyond the total; what the stage, the list or the run before left shows in the next.
 TEST(PainelDaAtualizacao, NadaPassaDoTotalNemFicaDoQueVeioAntes) {
-    Painel painel;
-    const auto medidas = [&painel] {
-        const EstadoAtualizacao e = painel.Copia();
-        return std::array{static_cast<double>(e.arquivosFeitos), static_cast<double>(e.bytesFeitos), e.fracao,
-                          e.velocidade, static_cast<double>(e.estacionados)};
+    const std::pair<void (*)(Painel&), std::array<double, 6>> casos[] = {
+        {[](Painel&) {}, {1, 100, 1, 9, 1, 2}},
+        {[](Painel& painel) { painel.Comecar(StatusUpdate::kAplicando, "", 3, 9); }, {0, 0, 0, 0, 0, 2}},
+        {[](Painel& painel) { painel.Recomecar(); }, {1, 100, 1, 9, 1, 0}},
+        {[](Painel& painel) { painel.Zerar(true); }, {}},
     };
-    const auto sujar = [&painel] {
+    for (const auto& [passo, medidas] : casos) {
+        Painel painel;
         painel.Comecar(StatusUpdate::kBaixando, "", 2, 100);
         painel.SomarArquivo();
         painel.DefinirBytes(150);
         painel.DefinirVelocidade(9);
         painel.Anotar({"a", "faltando"});
         painel.Estacionar({});
-    };
-    const auto guardados = [&painel] { return painel.Trocas().size() + painel.Resultados().size(); };
-    sujar();
-    EXPECT_EQ(medidas(), (std::array{1.0, 100.0, 1.0, 9.0, 1.0}));
-    painel.Comecar(StatusUpdate::kAplicando, "", 3, 9);
-    EXPECT_EQ(medidas(), (std::array<double, 5>{}));
-    EXPECT_EQ(guardados(), 2U);
-    painel.Recomecar();
-    EXPECT_EQ(guardados(), 0U);
-    sujar();
-    painel.Zerar(true);
-    EXPECT_EQ(medidas(), (std::array<double, 5>{}));
-    EXPECT_EQ(guardados(), 0U);
+        passo(painel);
+        const EstadoAtualizacao e = painel.Copia();
+        const auto guardados = painel.Trocas().size() + painel.Resultados().size();
+        EXPECT_THAT(medidas,
+                    ElementsAre(e.arquivosFeitos, e.bytesFeitos, e.fracao, e.velocidade, e.estacionados, guardados));
+    }
 }
 
 TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
     Rodar();
     const auto alvo = pasta_ / "Data/Mapas do Sul/praça.map";
-    std::string estragado = publicacao_.arquivos["Data/Mapas do Sul/praça.map"];
-    estragado[1000] = static_cast<char>(estragado[1000] + 1);
-    pasta_.Adulterar("Data/Mapas do Sul/praça.map", estragado);
-
+    pasta_.Adulterar("Data/Mapas do Sul/praça.map", teste::Bytes(200'000, 7));
     EXPECT_EQ(Rodar(), "5 Cliente em dia.");
     EXPECT_EQ(Rodar(true), "5 Atualização concluída: 1 arquivo(s) novo(s).");
-    EXPECT_TRUE(Logou("[update] Reparando: conferindo todos os arquivos..."));
-    EXPECT_TRUE(Logou("[update] Data/Mapas do Sul/praça.map: diferente"));
+    EXPECT_THAT(Log(), IsSupersetOf({"[update] Reparando: conferindo todos os arquivos...",
+                                     "[update] Data/Mapas do Sul/praça.map: diferente"}));
     EsperarClienteExato();
     EXPECT_EQ(Rodar(true), "5 Cliente em dia — nenhum arquivo corrompido.");
 
@@ -154,8 +136,7 @@ TEST_F(Atualizacao, NovaVersaoTrocaRemoveENuncaToca) {
     pasta_.Escrever("Config/Zu.ini", "meu");
     pasta_.Escrever("Screenshots/a.jpg", "minha");
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s), 1 removido(s).");
-    EXPECT_TRUE(Logou("[update] removido: Data/vazio"));
-    EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=2\nversao=1.0\n");
+    EXPECT_THAT(Log(), Contains("[update] removido: Data/vazio"));
     publicacao_.arquivos["Config/Zu.ini"] = "meu";
     publicacao_.arquivos["Screenshots/a.jpg"] = "minha";
     EsperarClienteExato();
@@ -169,20 +150,13 @@ TEST_F(Atualizacao, ListaRuimNaoMudaNadaNoDisco) {
     const std::string boa = teste::Assinar(";seq\t5\n" + item);
     std::string mexida = boa;
     mexida.replace(mexida.find("novo"), 4, "mais");
-    std::string semBase64 = boa;
-    semBase64.replace(semBase64.size() - 8, 1, " ");
     const std::string kSemAssinatura =
         "7 A lista de atualização não tem uma assinatura válida: atualização recusada por segurança.";
     const std::pair<std::string, std::string> casos[] = {
         {";seq\t5\n" + item, kSemAssinatura},
-        {"", kSemAssinatura},
         {mexida, kSemAssinatura},
-        {semBase64, kSemAssinatura},
-        {boa + item, kSemAssinatura},
-        {boa.substr(0, boa.size() / 2), kSemAssinatura},
         {teste::Assinar(";seq\t0\n" + item),
          "7 O servidor ofereceu uma versão mais antiga que a instalada (seq 0 < 1): recusada."},
-        {teste::Assinar(";seq\t5\n"), "7 Lista de atualização inválida: lista vazia"},
         {teste::Assinar(";seq\t5\n;validade\t2020-01-31T23:59:59Z\n" + item),
          "6 Sem conexão com o servidor de atualização (a lista venceu em 31/01/2020)."},
         {teste::Assinar(item + "../fora\t0\t0\n"),
@@ -196,34 +170,19 @@ TEST_F(Atualizacao, ListaRuimNaoMudaNadaNoDisco) {
 }
 
 TEST_F(Atualizacao, ServidorQueNaoDaALista) {
-    servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 404}; });
-    servidor_.EsquecerPedidos();
+    servidor_.Definir("UpdateList.txt", {.status = 404});
     EXPECT_EQ(Rodar(), "5 Nenhuma atualização publicada ainda: o cliente segue como está.");
     EXPECT_EQ(servidor_.QuantosPedidos(), 1U);
 
-    servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 503}; });
+    servidor_.Definir("UpdateList.txt", {.status = 503});
     const auto inicio = std::chrono::steady_clock::now();
-    const std::string fim = Rodar();
+    EXPECT_THAT(Rodar(), AllOf(StartsWith("6 Sem conexão com o servidor de atualização (HTTP 503 em " +
+                                          servidor_.Url() + "UpdateList.txt?t="),
+                               EndsWith(").")));
     EXPECT_GE(std::chrono::steady_clock::now() - inicio, 3s);  // two pauses between three attempts
-    EXPECT_TRUE(fim.starts_with("6 Sem conexão com o servidor de atualização (HTTP 503 em " + servidor_.Url() +
-                                "UpdateList.txt?t="))
-        << fim;
-    EXPECT_TRUE(fim.ends_with(").")) << fim;
     const auto pedidos = servidor_.Pedidos("UpdateList.txt");
     ASSERT_EQ(pedidos.size(), 4U);
     EXPECT_NE(pedidos[1].consulta, pedidos[2].consulta);
-
-    // A server that recovers between the attempts is enough.
-    servidor_.EsquecerPedidos();
-    servidor_.Definir("UpdateList.txt", [&](const Pedido& pedido) {
-        if (servidor_.QuantosPedidos() == 1) return Resposta{.status = 500};
-        return teste::Servir(teste::Assinar(update::EscreverLista(publicacao_.Lista())))(pedido);
-    });
-    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
-
-    teste::Configurar(pasta_.Caminho(), "");
-    EXPECT_EQ(Rodar(), "6 Atualização automática não configurada (Launcher.emu: AutoUpdate/UpdateUrl no Forjal).");
-    EXPECT_TRUE(pasta_.Tem("Zu.exe.txt"));
 }
 
 TEST_F(Atualizacao, FalhasTentamTresVezesComPausasEDepoisUmAUm) {
@@ -236,109 +195,76 @@ TEST_F(Atualizacao, FalhasTentamTresVezesComPausasEDepoisUmAUm) {
     ASSERT_EQ(pedidos.size(), 5U);
     EXPECT_GE(pedidos[1] - pedidos[0], milliseconds(290));
     EXPECT_GE(pedidos[2] - pedidos[1], milliseconds(590));
-    const std::uint32_t crc = publicacao_.Lista().itens.back().crc;
-    const std::string erro = Formatar("HTTP 500 em {}Zu.exe.txt?v={:08x}", servidor_.Url(), crc);
+    const std::string erro =
+        Formatar("HTTP 500 em {}Zu.exe.txt?v={:08x}", servidor_.Url(), publicacao_.Lista().itens.back().crc);
     EXPECT_EQ(um, "7 1 arquivo(s) não baixaram. " + erro);
-    for (const char* tentativa : {"1", "2", "3"}) {
-        EXPECT_TRUE(Logou(Formatar("[update] Zu.exe.txt: {} (tentativa {})", erro, tentativa))) << tentativa;
-    }
-    EXPECT_TRUE(Logou("[update] 1 arquivo(s) não vieram; baixando um de cada vez"));
+    EXPECT_THAT(Log(), Contains("[update] Zu.exe.txt: " + erro + " (tentativa 3)"));
+    EXPECT_THAT(Log(), Contains("[update] 1 arquivo(s) não vieram; baixando um de cada vez"));
     // The others are in place, and remembered, but the list does not count as applied.
     EXPECT_EQ(LerCache().size(), 3U);
     EXPECT_FALSE(pasta_.Tem("Config/Launcher.estado"));
 
-    publicacao_.arquivos["A.txt"] = "novo";
-    publicacao_.Servir(servidor_);
-    servidor_.Definir("A.txt", [](const Pedido&) { return Resposta{.corpo = "ovon"}; });
-    servidor_.Definir("Zu.exe.txt", [](const Pedido&) { return Resposta{.status = 500}; });
-    const std::string dois = Rodar();
-    EXPECT_TRUE(dois.starts_with("7 2 arquivo(s) não baixaram. o arquivo baixado não confere (CRC32/SHA-256: CRC "))
-        << dois;
-    EXPECT_TRUE(dois.ends_with(" (veja o ZuLauncher.log)")) << dois;
-    EXPECT_FALSE(pasta_.Tem("A.txt"));
+    const auto pasta = pasta_ / "Data/Mapas do Sul";
+    std::filesystem::remove_all(pasta);
+    pasta_.Escrever("Data/Mapas do Sul", "um arquivo no lugar da pasta");
+    EXPECT_THAT(Rodar(), AllOf(StartsWith("7 2 arquivo(s) não baixaram. não foi possível criar a pasta " +
+                                          ParaUtf8(pasta.native()) + " (erro "),
+                               EndsWith(") (veja o ZuLauncher.log)")));
+    std::filesystem::remove(pasta);
 
-    // Fails twice, then comes: the run succeeds.
-    publicacao_.Servir(servidor_);
+    // What comes once it is fetched alone is no failure any more.
     servidor_.EsquecerPedidos();
-    servidor_.Definir("A.txt", [&](const Pedido& pedido) {
-        return servidor_.Pedidos("A.txt").size() < 3 ? Resposta{.status = 502} : teste::Servir("novo")(pedido);
+    servidor_.Definir("Zu.exe.txt", [&](const Pedido& pedido) {
+        return servidor_.Pedidos("Zu.exe.txt").size() < 4 ? Resposta{.status = 502} : teste::Servir("jogo")(pedido);
     });
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 2 arquivo(s) novo(s).");
     EsperarClienteExato();
 }
 
-TEST_F(Atualizacao, PastaQueNaoSeCriaEOErroDoItem) {
-    pasta_.Escrever("Data/Mapas do Sul", "um arquivo no lugar da pasta");
-    const std::string fim = Rodar();
-    EXPECT_TRUE(fim.starts_with("7 1 arquivo(s) não baixaram. não foi possível criar a pasta " +
-                                ParaUtf8((pasta_ / "Data/Mapas do Sul").native()) + " (erro "))
-        << fim;
-    EXPECT_EQ(pasta_.Ler("Data/Mapas do Sul"), "um arquivo no lugar da pasta");
-}
-
-TEST_F(Atualizacao, EmUsoFicaParaATroca) {
-    Rodar();
-    publicacao_.seq = 2;
-    publicacao_.arquivos["Zu.exe.txt"] = "jogo 2";
-    publicacao_.remover = {"Data/vazio"};
-    publicacao_.arquivos.erase("Data/vazio");
-    publicacao_.Servir(servidor_);
-    const HandleArquivo alvo = pasta_.Prender("Zu.exe.txt");
-    const HandleArquivo velho = pasta_.Prender("Data/vazio");
-    Atualizador atualizador;
-    EXPECT_EQ(Rodar(atualizador), "8 Concluindo a atualização: o launcher vai reiniciar...");
-    EXPECT_EQ(pasta_.Ler("Zu.exe.txt"), "jogo");
-    EXPECT_EQ(pasta_.Ler("Zu.exe.txt.novo"), "jogo 2");
-    EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=2\nversao=1.0\n");
-    EXPECT_TRUE(Logou("[update] Zu.exe.txt em uso: troca pendente"));
-    EXPECT_TRUE(Logou("[update] 2 arquivo(s) em uso: UpdaterHelper troca depois que o launcher fechar"));
-    const auto trocas = atualizador.Trocas();
-    ASSERT_EQ(trocas.size(), 2U);
-    EXPECT_EQ(trocas[0].origem, pasta_ / "Zu.exe.txt.novo");
-    EXPECT_EQ(trocas[0].destino, pasta_ / "Zu.exe.txt");
-    EXPECT_TRUE(trocas[1].origem.empty());
-    EXPECT_EQ(trocas[1].destino, CaminhoCanonico(pasta_ / "Data/vazio"));
-    EXPECT_EQ(atualizador.Estado().arquivosFeitos, 1U);
-}
-
-// What was fetched and proved once is not fetched again while its target stays held, or once it is free.
-TEST_F(Atualizacao, EstacionadoVoltaSemPedidoEODeOutraListaNaoServe) {
+// What was fetched and proved once is not fetched again while its target stays held, or once it is free; but what lies
+// there of another list does not serve.
+TEST_F(Atualizacao, EmUsoFicaParaATrocaENaoVemDeNovo) {
     Rodar();
     const std::string conteudo = teste::Bytes(50'000, 9);
     publicacao_.seq = 2;
     publicacao_.arquivos["Zu.exe.txt"] = conteudo;
+    publicacao_.remover = {"Data/vazio"};
+    publicacao_.arquivos.erase("Data/vazio");
     publicacao_.Servir(servidor_);
-    {
-        const HandleArquivo alvo = pasta_.Prender("Zu.exe.txt");
-        EXPECT_TRUE(Rodar().starts_with("8 "));
-        servidor_.EsquecerPedidos();
-        EXPECT_TRUE(Rodar().starts_with("8 "));
+    servidor_.EsquecerPedidos();
+    HandleArquivo alvo = pasta_.Prender("Zu.exe.txt");
+    HandleArquivo velho = pasta_.Prender("Data/vazio");
+    for (int vez = 0; vez < 2; ++vez) {
+        EXPECT_EQ(Rodar(), "8 Concluindo a atualização: o launcher vai reiniciar...");
+        EXPECT_EQ(pasta_.Ler("Zu.exe.txt"), "jogo");
+        EXPECT_EQ(pasta_.Ler("Config/Launcher.estado"), "seq=2\nversao=1.0\n");
+        EXPECT_EQ(atualizador_.Estado().arquivosFeitos, 1U);
     }
-    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
-    EXPECT_TRUE(servidor_.Pedidos("Zu.exe.txt").empty());
+    EXPECT_THAT(Log(),
+                IsSupersetOf({"[update] Zu.exe.txt em uso: troca pendente",
+                              "[update] 2 arquivo(s) em uso: UpdaterHelper troca depois que o launcher fechar"}));
+    alvo.Fechar();
+    velho.Fechar();
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s), 1 removido(s).");
+    EXPECT_EQ(servidor_.Pedidos("Zu.exe.txt").size(), 1U);
     EsperarClienteExato();
 
     pasta_.Escrever("Zu.exe.txt", "estragado");
     pasta_.Escrever("Zu.exe.txt.novo", std::string(conteudo.size(), '?'));
-    pasta_.Escrever("Zu.exe.txt.upd", conteudo.substr(0, 20'000));
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
-    EXPECT_EQ(servidor_.Pedidos("Zu.exe.txt")[0].Cabecalho("range"), "bytes=20000-");
     EsperarClienteExato();
 }
 
 TEST_F(Atualizacao, ReparoApagaSobrasDoQueNaoEstaMaisNaLista) {
-    const std::set<std::string> ficam = {"Zu.exe.txt.novo", "Data/x.upd.p01", "Screenshots/a.novo", "upd"};
-    for (const std::string& nome : ficam)
-        pasta_.Escrever(nome, "ficam");
-    for (const char* nome : {"velho.pak.upd", "Data/velho.pak.upd.p002", "Data/Sub/velho.pak.NOVO"})
+    const std::pair<const char*, bool> casos[] = {
+        {"Zu.exe.txt.novo", true}, {"Data/x.upd.p01", true},           {"Screenshots/a.novo", true},      {"upd", true},
+        {"velho.pak.upd", false},  {"Data/velho.pak.upd.p002", false}, {"Data/Sub/velho.pak.NOVO", false}};
+    for (const auto& [nome, fica] : casos)
         pasta_.Escrever(nome, "sobra");
-    servidor_.Definir("Zu.exe.txt", [](const Pedido&) { return Resposta{.status = 500}; });
+    servidor_.Definir("Zu.exe.txt", {.status = 500});
     Rodar(true);
-    std::set<std::string> ficaram;
-    for (const auto& [nome, conteudo] : pasta_.Tudo()) {
-        if (conteudo == "ficam" || conteudo == "sobra") ficaram.insert(nome);
-    }
-    EXPECT_EQ(ficaram, ficam);
+    for (const auto& [nome, fica] : casos)
+        EXPECT_EQ(pasta_.Tem(nome), fica) << nome;
 }
 
 // The server changes under a player's download: every other list in turn, the files always those of the last.
@@ -353,27 +279,22 @@ TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
     const std::string maisVelha = lista(4, "novo!");
     const std::string outra = lista(6, "mais novo");
     const std::string nova = lista(7, "novo");
-    struct Caso {
-        std::vector<std::string> listas;  // one an answer, the last again and again
-        std::size_t pedidos;
-        std::string fim;
-    };
-    const Caso casos[] = {
-        {{velha, velha}, 2, "7 1 arquivo(s) não baixaram. "},
+    // The lists, one an answer and the last again and again; how many are asked for; the end.
+    const std::tuple<std::vector<std::string>, std::size_t, const char*> casos[] = {
+        {{velha}, 2, "7 1 arquivo(s) não baixaram. "},
         {{velha, maisVelha}, 2, "7 1 arquivo(s) não baixaram. "},
         {{velha, outra, velha, nova}, 3, "7 1 arquivo(s) não baixaram. "},
         {{velha, outra, nova}, 3, "5 Atualização concluída: "},
     };
-    for (const Caso& caso : casos) {
+    for (const auto& [listas, quantas, fim] : casos) {
         std::size_t pedidos = 0;
-        servidor_.Definir("UpdateList.txt", [&](const Pedido& pedido) {
-            return teste::Servir(caso.listas[std::min(pedidos++, caso.listas.size() - 1)])(pedido);
+        servidor_.Definir("UpdateList.txt", [&pedidos, &lidas = listas](const Pedido&) {
+            return Resposta{.corpo = lidas[std::min(pedidos++, lidas.size() - 1)]};
         });
-        const std::string fim = Rodar();
-        EXPECT_TRUE(fim.starts_with(caso.fim)) << fim;
-        EXPECT_EQ(pedidos, caso.pedidos);
+        EXPECT_THAT(Rodar(), StartsWith(fim));
+        EXPECT_EQ(pedidos, quantas);
     }
-    EXPECT_TRUE(Logou("[update] o servidor publicou outra lista (seq 7): recomeçando com ela"));
+    EXPECT_THAT(Log(), Contains("[update] o servidor publicou outra lista (seq 7): recomeçando com ela"));
     EsperarClienteExato();
 }
 
@@ -381,19 +302,17 @@ TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
     servidor_.EsquecerPedidos();
     // What is joined from parts is there twice for a moment.
     const std::uint64_t livres = std::filesystem::space(pasta_.Caminho()).available;
-    for (const auto& [tamanho, partes] :
-         {std::pair{std::uint64_t{1} << 60, ""}, {livres / 3 * 2, "\t\t20"}, {std::uint64_t{1} << 60, "\t\t20"}}) {
+    for (const auto& [tamanho, partes] : {std::pair{std::uint64_t{1} << 60, ""}, {livres / 3 * 2, "\t\t20"}}) {
         servidor_.Definir("UpdateList.txt",
                           teste::Servir(teste::Assinar(Formatar("f\t00000000\t{}{}\n", tamanho, partes))));
-        const std::string fim = Rodar();
-        EXPECT_TRUE(fim.starts_with("7 Espaço em disco insuficiente: faltam ")) << fim;
-        EXPECT_TRUE(fim.ends_with(" MB em " + pasta_.Caminho().root_name().string() + ".")) << fim;
+        EXPECT_THAT(Rodar(), AllOf(StartsWith("7 Espaço em disco insuficiente: faltam "),
+                                   EndsWith(" MB em " + pasta_.Caminho().root_name().string() + ".")));
     }
-    EXPECT_EQ(servidor_.QuantosPedidos(), 3U);
+    EXPECT_EQ(servidor_.QuantosPedidos(), 2U);
     EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the cache";
 }
 
-TEST_F(Atualizacao, CacheESalvaNoMeioENoCancelamentoDaVerificacao) {
+TEST_F(Atualizacao, CacheESalvoNoMeioMasNaoACadaVez) {
     CacheDeArquivos cache(milliseconds(0));
     CacheDeArquivos semPressa;
     for (CacheDeArquivos* qual : {&semPressa, &cache}) {
@@ -402,83 +321,67 @@ TEST_F(Atualizacao, CacheESalvaNoMeioENoCancelamentoDaVerificacao) {
         qual->GravarDeVezEmQuando();
         EXPECT_EQ(LerCache().size(), qual == &cache ? 1U : 0U);
     }
+}
 
-    // The second file takes long enough to be cancelled in.
+TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
+    const auto cancelarQuando = [&](const auto& condicao) {
+        atualizador_.Iniciar(false);
+        EXPECT_TRUE(teste::Esperar(20s, condicao));
+        atualizador_.Cancelar();
+        EXPECT_TRUE(atualizador_.Aguardar(1s));
+        return atualizador_.Estado().erro;
+    };
+    // while the list's second attempt is waited for
+    servidor_.Definir("UpdateList.txt", {.status = 500});
+    EXPECT_EQ(cancelarQuando([&] { return servidor_.QuantosPedidos() > 0; }), "Cancelado.");
+
+    // while a large file is read: what was read before it stays known
     const std::string grande = teste::Bytes(64 << 20);
+    const std::string conteudo = grande.substr(0, 2'000'000);
     publicacao_.arquivos = {{"a", "pequeno"}, {"b", grande}};
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
     pasta_.Escrever("a", "pequeno");
     pasta_.Escrever("b", grande);
-    Atualizador atualizador;
-    atualizador.Iniciar(true);
-    teste::Esperar(20s, [&] { return !atualizador.EmCurso() || atualizador.Estado().bytesFeitos > 7; });
-    atualizador.Cancelar();
-    EXPECT_TRUE(atualizador.Aguardar(milliseconds(5000)));
-    EXPECT_EQ(atualizador.Estado().texto, "Cancelado.");
-    const MapaCache salva = LerCache();
-    ASSERT_EQ(salva.size(), 1U);
-    EXPECT_EQ(salva.begin()->second.tamanho, 7U);
-}
+    EXPECT_EQ(cancelarQuando([&] { return atualizador_.Estado().bytesFeitos > 7; }), "Cancelado.");
+    EXPECT_EQ(LerCache().size(), 1U);
+    EXPECT_EQ(LerCache()["a"].tamanho, 7U);
 
-TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
-    // while the list's second attempt is waited for
-    servidor_.Definir("UpdateList.txt", [](const Pedido&) { return Resposta{.status = 500}; });
-    Atualizador atualizador;
-    atualizador.Iniciar(false);
-    teste::Esperar(20s, [&] { return !servidor_.Pedidos("UpdateList.txt").empty(); });
-    const ULONGLONG inicio = GetTickCount64();
-    atualizador.Cancelar();
-    EXPECT_TRUE(atualizador.Aguardar(milliseconds(1000)));
-    EXPECT_LT(GetTickCount64() - inicio, 1000U);
-    EXPECT_EQ(atualizador.Estado().texto, "Cancelado.");
-    EXPECT_EQ(atualizador.Estado().status, StatusUpdate::kErro);
-
-    // in the middle of a file
-    const std::string conteudo = teste::Bytes(2'000'000);
-    publicacao_.arquivos["Data/Mapas do Sul/praça.map"] = conteudo;
+    // in the middle of a file, on a line so slow that a read which waits for a whole block would keep nothing
+    publicacao_.arquivos["b"] = conteudo;
     publicacao_.Servir(servidor_);
-    const std::string caminho = "Data/Mapas%20do%20Sul/pra%C3%A7a.map";
-    servidor_.Definir(caminho, [&](const Pedido&) {
-        return Resposta{.corpo = conteudo, .bloco = 270'000, .pausa = milliseconds(200)};
-    });
-    atualizador.Iniciar(false);
-    teste::Esperar(20s, [&] { return pasta_.Ler("Data/Mapas do Sul/praça.map.upd").size() > 262'144; });
-    atualizador.Cancelar();
-    EXPECT_TRUE(atualizador.Aguardar(milliseconds(3000)));
-    EXPECT_EQ(atualizador.Estado().texto, "Download cancelado.");
-    EXPECT_EQ(atualizador.Estado().erro, "Download cancelado.");
-    EXPECT_FALSE(Logou("[update] 1 arquivo(s) não vieram; baixando um de cada vez"));
-    const std::string parcial = pasta_.Ler("Data/Mapas do Sul/praça.map.upd");
-    EXPECT_TRUE(conteudo.starts_with(parcial));
-    EXPECT_LT(parcial.size(), conteudo.size());
+    servidor_.Definir("b", {.corpo = conteudo, .bloco = 1000, .pausa = milliseconds(20)});
+    EXPECT_EQ(cancelarQuando([&] { return pasta_.Ler("b.upd").size() > 3000; }), "Download cancelado.");
+    EXPECT_THAT(Log(), Not(Contains("[update] 1 arquivo(s) não vieram; baixando um de cada vez")));
+    const std::string parcial = pasta_.Ler("b.upd");
+    EXPECT_TRUE(conteudo.starts_with(parcial) && parcial.size() < 200'000);
 
     publicacao_.Servir(servidor_);
     servidor_.EsquecerPedidos();
-    EXPECT_TRUE(Rodar().starts_with("5 ")) << Rodar();
-    EXPECT_EQ(servidor_.Pedidos(caminho)[0].Cabecalho("range"), Formatar("bytes={}-", parcial.size()));
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
+    EXPECT_EQ(servidor_.Pedidos("b")[0].Cabecalho("range"), Formatar("bytes={}-", parcial.size()));
     EsperarClienteExato();
 }
 
-TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoENaoMaisThreadsQueItens) {
+TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
     teste::Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
-    for (const auto& [caminho, conteudo] : publicacao_.arquivos) {
-        servidor_.Definir(caminho, [texto = conteudo](const Pedido&) {
-            return Resposta{.corpo = texto, .atraso = milliseconds(150)};
+    std::atomic<int> juntos = 0;
+    for (const char* caminho : {"Zu.exe.txt", "Data/grande.pak"}) {
+        servidor_.Definir(caminho, [&juntos, conteudo = publicacao_.arquivos[caminho]](const Pedido&) {
+            ++juntos;
+            teste::Esperar(5s, [&] { return juntos == 2; });
+            return Resposta{.corpo = juntos == 2 ? conteudo : ""};
         });
     }
     // A path that is listed twice has one temporary file.
     update::UpdateList lista = publicacao_.Lista();
     lista.itens.push_back(lista.itens.front());
     servidor_.Definir("UpdateList.txt", teste::Servir(teste::Assinar(update::EscreverLista(lista))));
-    Atualizador atualizador;
-    atualizador.Iniciar(false);
-    EXPECT_EQ(Rodar(atualizador), "5 Atualização concluída: 4 arquivo(s) novo(s).");
+    atualizador_.Iniciar(false);
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
     EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);
-    EXPECT_LE(servidor_.MaisConexoes(), 5);
-    EXPECT_GE(servidor_.MaisConexoes(), 3);
 
     const std::tuple<int, const char*, int> casos[] = {
         {0, "http://s/", 1}, {0, "https://x.GitHub.io/", 8}, {3, "https://github.com/", 3}, {16, "http://s/", 16}};
@@ -486,6 +389,7 @@ TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoENaoMaisThreadsQueItens
         EXPECT_EQ(NumeroDeConexoes(pedidas, url), conexoes) << url;
 }
 
+// One that does not let itself be asked counts by its file, which cannot be written while it runs.
 TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
     const auto parado = teste::kPastaBin / "processo_parado.exe";
     const teste::PastaTemporaria outra;
@@ -493,14 +397,15 @@ TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
     const teste::Programa deOutraPasta(outra / "Zu.exe");
     EXPECT_FALSE(JogoAberto(pasta_.Caminho()));
     EXPECT_TRUE(JogoAberto(outra.Caminho()));
-    for (const char* nome : {"Zu.exe", "Zu2.exe"}) {
-        std::filesystem::copy_file(parado, pasta_ / nome);
-        teste::Programa jogo(pasta_ / nome);
-        EXPECT_EQ(Rodar(), "9 O jogo está aberto: feche o Zu para verificar as atualizações.") << nome;
-        jogo.Matar();
-        std::filesystem::remove(pasta_ / nome);
+    EXPECT_TRUE(ContaComoAberto({}, outra / "Zu.exe"));
+    EXPECT_FALSE(ContaComoAberto({}, outra / "Zu2.exe") || ContaComoAberto(parado, outra / "Zu.exe"));
+    std::filesystem::copy_file(parado, pasta_ / "Zu2.exe");
+    EXPECT_FALSE(ContaComoAberto({}, pasta_ / "Zu2.exe"));
+    {
+        const teste::Programa jogo(pasta_ / "Zu2.exe");
+        EXPECT_EQ(Rodar(), "9 O jogo está aberto: feche o Zu para verificar as atualizações.");
     }
-    EXPECT_TRUE(Rodar().starts_with("5 "));
+    EXPECT_THAT(Rodar(), StartsWith("5 "));
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -5,13 +6,17 @@
 #include "core/formato.h"
 #include "tests/suporte/publicacao.h"
 #include "update/atualizador.h"
+#include "update/http.h"
 
 namespace zu::launcher {
 namespace {
 
+using teste::Fim;
 using teste::Pedido;
 using teste::Resposta;
+using testing::StartsWith;
 
+// One file of the list, and the transfer below it.
 class Item : public testing::Test {
  protected:
     Item() { teste::Configurar(pasta_.Caminho(), servidor_.Url()); }
@@ -22,14 +27,26 @@ class Item : public testing::Test {
         publicacao.arquivos[caminho] = conteudo;
         publicacao.partes[caminho] = partes;
         publicacao.Servir(servidor_);
+        servidor_.EsquecerPedidos();
         return publicacao.Lista().itens.front();
     }
+    // Into "f.upd"; why it failed, if it did.
     std::string Baixar(const update::ItemLista& item) {
         std::string erro;
         std::string sha256;
+        bytes_ = 0;
         const bool ok = atualizador_.BaixarItem(item, pasta_ / "f.upd", bytes_, sha256, erro);
-        EXPECT_EQ(ok, erro.empty());
         return ok ? "baixado" : erro;
+    }
+    std::string Transferir(const std::string& caminho, std::uint64_t esperado) {
+        std::string erro;
+        const std::atomic<bool> cancelar = false;
+        const bool ok =
+            HttpBaixarArquivo(DeUtf8(servidor_.Url() + caminho), pasta_ / "f.upd", esperado, {}, cancelar, erro);
+        return ok ? "baixado" : erro;
+    }
+    std::string HttpEm(int status, const std::string& caminho) {
+        return Formatar("HTTP {} em {}{}", status, servidor_.Url(), caminho);
     }
 
     teste::PastaTemporaria pasta_;
@@ -38,154 +55,149 @@ class Item : public testing::Test {
     std::atomic<std::uint64_t> bytes_ = 0;
 };
 
-TEST_F(Item, EnderecoEscapadoComOCrc) {
-    const std::string conteudo = teste::Bytes(1000);
+// Whatever lies there: large files are hashed behind their writer, also behind what was there and when the server
+// begins anew.
+TEST_F(Item, DeQualquerComecoChegaAoConteudoOuSeApaga) {
+    const std::string conteudo = teste::Bytes(12 << 20);
+    constexpr std::size_t kMeio = 5'000'001;
+    const std::string meio = conteudo.substr(0, kMeio);
+    const std::string errado(kMeio, '?');
     update::ItemLista item = Publicar("a b/ç.pak", conteudo);
     item.caminho = "\\a b\\ç.pak";
-    EXPECT_EQ(Baixar(item), "baixado");
-    EXPECT_EQ(pasta_.Ler("f.upd"), conteudo);
-    EXPECT_EQ(bytes_, conteudo.size());
-    const auto pedidos = servidor_.Pedidos("a%20b/%C3%A7.pak");
-    ASSERT_EQ(pedidos.size(), 1U);
-    EXPECT_EQ(pedidos[0].consulta, Formatar("v={:08x}", item.crc));
+    struct Caso {
+        const char* nome;
+        std::string presente;
+        bool faixas;
+        std::string fim;
+        std::size_t bytes;
+    };
+    const Caso casos[] = {
+        {"nothing", "", true, "baixado", conteudo.size()},
+        {"a part of it", meio, true, "baixado", conteudo.size() - kMeio},
+        {"range ignored", meio, false, "baixado", conteudo.size()},
+        {"wrong bytes, range ignored", errado, false, "baixado", conteudo.size()},
+        {"wrong bytes", errado, true, "o arquivo baixado não confere", conteudo.size() - kMeio},
+        {"too much", conteudo + "?", true, "baixado", conteudo.size()},
+        {"all of it", conteudo, true, "baixado", 0},
+        {"wrong bytes to the end", std::string(conteudo.size(), '?'), true, "o arquivo baixado não confere", 0},
+    };
+    for (const Caso& caso : casos) {
+        SCOPED_TRACE(caso.nome);
+        pasta_.Escrever("f.upd", caso.presente);
+        servidor_.EsquecerPedidos();
+        servidor_.Definir("a%20b/%C3%A7.pak", [&](const Pedido& pedido) {
+            return caso.faixas ? teste::Servir(conteudo)(pedido) : Resposta{.corpo = conteudo};
+        });
+        EXPECT_THAT(Baixar(item), StartsWith(caso.fim));
+        EXPECT_TRUE(pasta_.Ler("f.upd") == (caso.fim == "baixado" ? conteudo : "(nada)"));
+        EXPECT_EQ(bytes_, caso.bytes);
+        EXPECT_EQ(servidor_.QuantosPedidos(), caso.bytes == 0 ? 0U : 1U);
+    }
 }
 
-TEST_F(Item, ConteudoErradoDoTamanhoCertoEApagado) {
+TEST_F(Item, PequenoVazioEErradoDoTamanhoCerto) {
     update::ItemLista item = Publicar("f", "certo");
     servidor_.Definir("f", teste::Servir("errad"));
     EXPECT_EQ(Baixar(item), Formatar("o arquivo baixado não confere (CRC32/SHA-256: CRC {:08X} esperado {:08X})",
                                      0x378A24AEU, item.crc));
     EXPECT_FALSE(pasta_.Tem("f.upd"));
-
-    // A partial file of the wrong bytes is found out in the same way, and the next attempt starts from zero.
     servidor_.Definir("f", teste::Servir("certo"));
-    pasta_.Escrever("f.upd", "err");
-    EXPECT_TRUE(Baixar(item).starts_with("o arquivo baixado não confere"));
-    EXPECT_EQ(Baixar(item), "baixado");
-
-    // Complete already, so taken without a request, but proved all the same.
-    pasta_.Escrever("f.upd", "errad");
-    servidor_.EsquecerPedidos();
-    EXPECT_TRUE(Baixar(item).starts_with("o arquivo baixado não confere"));
-    EXPECT_EQ(servidor_.QuantosPedidos(), 0U);
-
     item.sha256 = std::string(64, '!');
     EXPECT_EQ(Baixar(item), "o arquivo baixado não confere (CRC32/SHA-256)");
     item.sha256.clear();
     EXPECT_EQ(Baixar(item), "baixado");
-}
-
-// A large file is hashed behind its writer, also behind what was there and when the server begins anew.
-TEST_F(Item, GrandeEConferidoEnquantoChega) {
-    const std::string conteudo = teste::Bytes(12 << 20);
-    const update::ItemLista item = Publicar("f", conteudo);
-    struct Caso {
-        std::string presente;
-        bool faixas;
-        const char* fim;
-    };
-    const Caso casos[] = {{"", true, "baixado"},
-                          {conteudo.substr(0, 5'000'001), true, "baixado"},
-                          {conteudo.substr(0, 5'000'001), false, "baixado"},
-                          {std::string(5'000'001, '?'), false, "baixado"},
-                          {std::string(5'000'001, '?'), true, "o arquivo baixado não confere"}};
-    for (const Caso& caso : casos) {
-        pasta_.Escrever("f.upd", caso.presente);
-        servidor_.Definir("f", [&](const Pedido& pedido) {
-            return caso.faixas ? teste::Servir(conteudo)(pedido) : Resposta{.corpo = conteudo};
-        });
-        const std::string fim = Baixar(item);
-        EXPECT_TRUE(fim.starts_with(caso.fim)) << fim;
-        EXPECT_TRUE(pasta_.Ler("f.upd") == (fim == "baixado" ? conteudo : "(nada)"));
-    }
-}
-
-TEST_F(Item, ArquivoVazioEPartesVazias) {
-    pasta_.Escrever("f.upd", "resto de outra versão");
     EXPECT_EQ(Baixar(Publicar("vazio", "")), "baixado");
     EXPECT_EQ(pasta_.Ler("f.upd"), "");
-    EXPECT_EQ(Baixar(Publicar("partido", "ab", 2)), "baixado");
-    EXPECT_EQ(pasta_.Ler("f.upd"), "ab");
 }
 
-// After an interruption: what each part had on the disk, and the range that it is asked for.
+// After an interruption: what each part had on the disk, and the bytes that come. A part that is known to be complete
+// is asked for its last one again.
 TEST_F(Item, PartesEmOrdemJuntasERetomadas) {
     const std::string conteudo = teste::Bytes(900'000);
     const update::ItemLista item = Publicar("g.pak", conteudo, 3);
     constexpr std::size_t kFalta = std::string::npos;
-    struct Caso {
-        const char* nome;
-        std::array<std::size_t, 3> presentes;
-        std::array<const char*, 3> faixas;
-        std::uint64_t bytes;
+    const std::tuple<const char*, std::array<std::size_t, 3>, std::size_t> casos[] = {
+        {"nothing yet", {kFalta, kFalta, kFalta}, 900'000},
+        {"in the second part", {300'000, 100'000, kFalta}, 500'001},
+        {"between two parts", {300'000, 0, kFalta}, 600'001},
+        {"while joining", {300'000, 300'000, 300'000}, 3},
+        {"of an older version", {800'000, 200'000, 5}, 699'996},
+        {"joined", {300'000, kFalta, kFalta}, 0},
     };
-    const Caso casos[] = {
-        {"nothing yet", {kFalta, kFalta, kFalta}, {"", "", ""}, 900'000},
-        {"in the second part", {300'000, 100'000, kFalta}, {"bytes=299999-", "bytes=100000-", ""}, 500'001},
-        {"between two parts", {300'000, 0, kFalta}, {"bytes=299999-", "", ""}, 600'001},
-        {"while joining", {300'000, 300'000, 300'000}, {"bytes=299999-", "bytes=299999-", "bytes=299999-"}, 3},
-        {"of an older version", {800'000, 200'000, 5}, {"bytes=799999-", "bytes=199999-", "bytes=5-"}, 699'996},
-    };
-    for (const Caso& caso : casos) {
-        SCOPED_TRACE(caso.nome);
-        std::filesystem::remove(pasta_ / "f.upd");
-        servidor_.EsquecerPedidos();
-        bytes_ = 0;
+    for (const auto& [nome, presentes, bytes] : casos) {
+        SCOPED_TRACE(nome);
+        if (bytes != 0) std::filesystem::remove(pasta_ / "f.upd");
         for (std::size_t i = 0; i < 3; ++i) {
-            if (caso.presentes[i] == kFalta) continue;
-            pasta_.Escrever(Formatar("f.upd.p00{}", i + 1), conteudo.substr(i * 300'000, caso.presentes[i]));
+            if (presentes[i] == kFalta) continue;
+            pasta_.Escrever(Formatar("f.upd.p00{}", i + 1), conteudo.substr(i * 300'000, presentes[i]));
         }
         EXPECT_EQ(Baixar(item), "baixado");
         EXPECT_EQ(pasta_.Ler("f.upd"), conteudo);
         EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the parts are gone";
-        EXPECT_EQ(bytes_, caso.bytes);
-        for (std::size_t i = 0; i < 3; ++i) {
-            const auto pedidos = servidor_.Pedidos(Formatar("g.pak.p00{}", i + 1));
-            ASSERT_FALSE(pedidos.empty());
-            EXPECT_EQ(pedidos[0].Cabecalho("range"), caso.faixas[i]);
-            EXPECT_EQ(pedidos[0].consulta, Formatar("v={:08x}", item.crc));
-        }
+        EXPECT_EQ(bytes_, bytes);
     }
 }
 
-TEST_F(Item, JuntadoAntesDaInterrupcaoNaoVemDeNovo) {
-    const std::string conteudo = teste::Bytes(900'000);
-    const update::ItemLista item = Publicar("g.pak", conteudo, 3);
-    servidor_.EsquecerPedidos();
-    pasta_.Escrever("f.upd", conteudo);
-    pasta_.Escrever("f.upd.p001", conteudo.substr(0, 300'000));
-    EXPECT_EQ(Baixar(item), "baixado");
-    EXPECT_EQ(servidor_.QuantosPedidos(), 0U);
-    EXPECT_FALSE(pasta_.Tem("f.upd.p001"));
-}
-
-// Together the parts never take more than the whole, and a mirror that sends more is not believed in any of them.
-TEST_F(Item, EspelhoRuimNaoEncheODisco) {
+// What came stays when one part does not; but together the parts never take more than the whole, and a mirror that
+// sends more is not believed in any of them.
+TEST_F(Item, ParteQueFaltaEEspelhoQueEncheriaODisco) {
     const update::ItemLista item = Publicar("g.pak", teste::Bytes(100'000), 10);
+    servidor_.Definir("g.pak.p002", {.status = 500});
+    EXPECT_EQ(Baixar(item), HttpEm(500, Formatar("g.pak.p002?v={:08x}", item.crc)));
+    EXPECT_EQ(pasta_.Ler("f.upd.p001"), teste::Bytes(10'000));
     for (int parte = 1; parte <= 10; ++parte)
         servidor_.Definir(Formatar("g.pak.p{:03}", parte), teste::Servir(teste::Bytes(90'000)));
-    for (int vez = 0; vez < 2; ++vez) {
-        bytes_ = 0;
-        EXPECT_EQ(Baixar(item), "o servidor mandou mais dados que o esperado");
-        EXPECT_LE(bytes_, 180'000U);
-        EXPECT_TRUE(pasta_.Tudo().empty());
-    }
-    EXPECT_EQ(Baixar(Publicar("g.pak", teste::Bytes(100'000), 10)), "baixado") << "a good mirror mends it";
+    EXPECT_EQ(Baixar(item), "o servidor mandou mais dados que o esperado");
+    EXPECT_LE(bytes_, 180'000U);
+    EXPECT_TRUE(pasta_.Tudo().empty());
 }
 
-TEST_F(Item, ParteQueFaltaOuCancelamentoGuardaAsOutras) {
-    const std::string conteudo = teste::Bytes(900'000);
-    const update::ItemLista item = Publicar("g.pak", conteudo, 3);
-    servidor_.Definir("g.pak.p002", [](const Pedido&) { return Resposta{.status = 500}; });
-    EXPECT_EQ(Baixar(item), Formatar("HTTP 500 em {}g.pak.p002?v={:08x}", servidor_.Url(), item.crc));
-    EXPECT_EQ(pasta_.Ler("f.upd.p001"), conteudo.substr(0, 300'000));
+TEST_F(Item, TextoAteOLimiteESemCache) {
+    servidor_.Definir("a", teste::Servir(std::string(1000, 'x')));
+    std::string corpo;
+    std::string erro;
+    EXPECT_TRUE(HttpBaixarTexto(DeUtf8(servidor_.Url() + "a"), corpo, erro, 1000));
+    EXPECT_EQ(corpo, std::string(1000, 'x'));
+    EXPECT_FALSE(HttpBaixarTexto(DeUtf8(servidor_.Url() + "a"), corpo, erro, 999));
+    EXPECT_EQ(erro, "resposta grande demais");
+    EXPECT_FALSE(HttpBaixarTexto(L"ftp://127.0.0.1/a", corpo, erro, 10));
+    EXPECT_EQ(erro, "URL: URL deve começar com http:// ou https://");
+    const Pedido pedido = servidor_.Pedidos("a").front();
+    EXPECT_EQ(pedido.Cabecalho("cache-control"), "no-cache");
+    EXPECT_EQ(pedido.Cabecalho("pragma"), "no-cache");
+    EXPECT_EQ(pedido.Cabecalho("user-agent"), "ZuLauncher/1.0");
+}
 
-    servidor_.Definir("g.pak.p002", [this, conteudo](const Pedido&) {
-        atualizador_.Cancelar();
-        return Resposta{.corpo = conteudo.substr(300'000, 300'000)};
-    });
-    EXPECT_EQ(Baixar(item), "cancelado");
-    EXPECT_TRUE(pasta_.Tem("f.upd.p001"));
+TEST_F(Item, RetomaAtravesDeUmRedirecionamento) {
+    servidor_.Definir("novo", teste::Servir("conteúdo"));
+    servidor_.Definir("velho", {.status = 302, .cabecalhos = {{"Location", "/novo"}}});
+    pasta_.Escrever("f.upd", "cont");
+    EXPECT_EQ(Transferir("velho", 9), "baixado");
+    EXPECT_EQ(pasta_.Ler("f.upd"), "conteúdo");
+    EXPECT_EQ(servidor_.Pedidos("novo")[0].Cabecalho("range"), "bytes=4-");
+}
+
+TEST_F(Item, RespostasQueNaoServem) {
+    for (const int status : {206, 204}) {
+        const std::string caminho = std::to_string(status);
+        servidor_.Definir(caminho, {.status = status, .corpo = "12345"});
+        EXPECT_EQ(Transferir(caminho, 5), HttpEm(status, caminho));
+        EXPECT_FALSE(pasta_.Tem("f.upd"));
+    }
+    // What came of a body that is too short stays. Of the refusals 416 alone takes it away, so that the next attempt
+    // starts from zero.
+    servidor_.Definir("curto", {.corpo = "1234", .fim = Fim::kFechar});
+    EXPECT_EQ(Transferir("curto", 5), "download incompleto (4 de 5 bytes)");
+    EXPECT_EQ(Transferir("falta", 5), HttpEm(404, "falta"));
+    EXPECT_EQ(pasta_.Ler("f.upd"), "1234");
+    servidor_.Definir("f", teste::Servir("123"));
+    EXPECT_EQ(Transferir("f", 5), HttpEm(416, "f"));
+    EXPECT_FALSE(pasta_.Tem("f.upd"));
+    EXPECT_EQ(Transferir("f", 2), "o servidor mandou mais dados que o esperado");
+    EXPECT_FALSE(pasta_.Tem("f.upd"));
+    std::filesystem::create_directory(pasta_ / "f.upd");
+    EXPECT_THAT(Transferir("f", 3),
+                StartsWith("não foi possível gravar " + ParaUtf8((pasta_ / "f.upd").native()) + " (erro "));
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "tests/suporte/ini.h"
+#include "core/formato.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
 
@@ -14,6 +14,19 @@ namespace {
 
 constexpr const char* kIni = "Config/Zu.ini";
 const std::string kFalhou = " — FALHOU ao gravar alguma chave";
+
+// The options file as the game writes it: with every key that the launcher knows, and keys and sections of the game's
+// own before, between and behind them. (No empty lines: Wine drops them.)
+std::string TextoDoIni(const OpcoesJogo& o = {}) {
+    return Formatar(
+        "; opções do jogo\r\n[Idioma]\r\nNome=ação\r\n"
+        "[Video]\r\nDlss=3\r\nApi={}\r\nVSync={}\r\nSombras=ultra alta\r\nFpsLimit={}\r\n"
+        "[Window]\r\nX=10\r\nWindowMode={}\r\nBorderless={}\r\nResolution={}\r\nTitulo=Zu é Zu\r\n"
+        "[Sound]\r\nSoundLevel={}\r\nVoz=1\r\nMusicLevel={}\r\n"
+        "[Launcher]\r\nFecharAoJogar={}\r\n[Teclas]\r\nPular=32\r\n",
+        o.api, o.vsync, o.fpsLimit, o.windowMode, o.borderless, o.resolution, o.soundLevel, o.musicLevel,
+        o.fecharAoJogar);
+}
 
 class Opcoes : public testing::Test {
  protected:
@@ -61,7 +74,7 @@ TEST_F(Opcoes, CadaChaveNaSuaSecaoComPadraoELimites) {
 // Brought into range, and all else stays. In UTF-16, which only the wide profile functions keep.
 TEST_F(Opcoes, GravaSoOQueMudaENoSeuLugar) {
     const auto utf16 = [](const OpcoesJogo& opcoes) {
-        const std::wstring largo = L"\uFEFF" + DeUtf8(teste::TextoDoIni(opcoes));
+        const std::wstring largo = L"\uFEFF" + DeUtf8(TextoDoIni(opcoes));
         return std::string(reinterpret_cast<const char*>(largo.data()), largo.size() * sizeof(wchar_t));
     };
     const OpcoesJogo antes{"vulkan", 0, 0, 4, 1, 0, 4, 4, 1};
@@ -78,7 +91,7 @@ TEST_F(Opcoes, GravaSoOQueMudaENoSeuLugar) {
 TEST_F(Opcoes, ArquivoProtegidoPresoOuSemPastaSoNoLog) {
     EXPECT_TRUE(Gravou({.vsync = 0}));  // into a folder that it makes
     EXPECT_EQ(LerOpcoesJogo(), OpcoesJogo{.vsync = 0});
-    pasta_.Escrever(kIni, teste::TextoDoIni());
+    pasta_.Escrever(kIni, TextoDoIni());
     Proteger(true);
     EXPECT_FALSE(Gravou({.api = "vulkan"}));  // the first key of all, and the last
     EXPECT_FALSE(Gravou({.fecharAoJogar = 0}));
@@ -87,7 +100,7 @@ TEST_F(Opcoes, ArquivoProtegidoPresoOuSemPastaSoNoLog) {
     EXPECT_FALSE(Gravou({"vulkan", 0, 1, 1, 0, 1, 1, 1, 0}));
     EXPECT_EQ(teste::recusa.vezes, 9);  // each is tried
     teste::recusa = {};
-    EXPECT_EQ(pasta_.Ler(kIni), teste::TextoDoIni());
+    EXPECT_EQ(pasta_.Ler(kIni), TextoDoIni());
     // A file stands where the folder would have to be.
     std::filesystem::remove_all(pasta_ / "Config");
     pasta_.Escrever("Config", "arquivo");

@@ -55,16 +55,12 @@ TEST(Relatorio, FornecedorEAcao) {
         // which rows mark
         {tabela + "[OK] Vulkan 1.3 | a | b | c\n[!] Memória | a | b | c\n[X] Vulkan | a | b | c", ""},
         {tabela + "[!] Placa de vídeo | a | b | c", kAtualizacoes},
-        {tabela + "[X] DirectX 12 | a | b | c", kAtualizacoes},
         {tabela + "[X] Driver de vídeo | a | b | c", kAtualizacoes},
         // the id of the card: the first counts, known or not, but not one inside the table
-        {"VEN 10DE" + vulkan, kNvidia},
-        {"x (PCI\\VEN 1002 DEV 1)" + vulkan, kAmd},
         {"O que fazer:\n- VEN 1022" + vulkan, kAmd},
         {vulkan + "VEN 10DE\n\nVEN 8086", kIntel},
         {"VEN 1414 (software)\nVEN 8086\nVEN 10DE" + vulkan, kIntel},
         {"VEN 1414\nVEN 10DE" + vulkan, kAtualizacoes},
-        {"VEN 10de" + vulkan, kAtualizacoes},
         {"VEN 10D\nVEN 8086" + vulkan, kIntel},
         // the driver's name goes before the id
         {"VEN 8086" + vulkan + "[OK] Driver de vídeo | NVIDIA 551 | b | c", kNvidia},
@@ -89,62 +85,34 @@ TEST(Relatorio, FornecedorEAcao) {
     }
 }
 
-TEST(Relatorio, ChavesTiposEPadroes) {
-    const std::tuple<const char*, bool, bool, const char*> casos[] = {
-        {"{\"d3d12\":0,\"vulkan\":2,\"titulo\":7}", false, true, ""},
-        {"{\"d3d12\":\"false\",\"vulkan\":null,\"titulo\":[\"a\"]}", true, true, ""},
-        {"\xEF\xBB\xBF{\"vulkan\":false,\"titulo\":\"t\",\"titulo\":\"u\"}", true, false, "t"},
-        {"{\"D3D12\":false,\"x\":{\"vulkan\":false}}", true, true, ""},
-        {"[{\"d3d12\":false}]", true, true, ""},
-    };
-    for (const auto& [json, d3d12, vulkan, titulo] : casos) {
-        ResultadoRequisitos r;
-        std::string erro;
-        ASSERT_TRUE(LerRelatorio(json, r, erro)) << json << erro;
-        EXPECT_TRUE(r.relatorioLido && !r.concluido);
-        EXPECT_EQ(std::tuple(r.d3d12, r.vulkan, r.titulo), std::tuple(d3d12, vulkan, std::string(titulo))) << json;
-    }
-
+TEST(Relatorio, CadaChaveNoSeuLugarEOQueFaltaRoda) {
     const std::string inteiro = R"({"d3d12Detalhe":"1","vulkanDetalhe":"2","placa":"3","memoria":"4","sistema":"5",
         "geral":"6","titulo":"7","relatorio":"VEN 10DE\nItem | a\n[X] DirectX 12 | b | c | d\n\nO que fazer:\n- e"})";
     ResultadoRequisitos r;
     std::string erro;
-    for (std::size_t i = 0; i < inteiro.size(); ++i)
-        EXPECT_FALSE(LerRelatorio(inteiro.substr(0, i), r, erro)) << i;
-    EXPECT_FALSE(r.relatorioLido || !r.placa.empty() || !r.items.empty());
-    ASSERT_TRUE(LerRelatorio(inteiro, r, erro));
+    EXPECT_FALSE(LerRelatorio(inteiro + ",", r, erro) || r.relatorioLido || !r.items.empty());
+    EXPECT_TRUE(LerRelatorio(inteiro, r, erro) && r.relatorioLido && r.d3d12 && r.vulkan);
     EXPECT_EQ(r.d3d12Detalhe + r.vulkanDetalhe + r.placa + r.memoria + r.sistema + r.geral + r.titulo, "1234567");
     EXPECT_EQ(ItensEConselhos(r), "2 DirectX 12<b<c<d\n- e\n");
     EXPECT_EQ(r.acaoEndereco, kNvidia);
 }
 
 TEST(Veredito, UmRamoPorVez) {
-    const auto so = [](const std::wstring& api) {
-        return L"Só o " + api + L" roda neste computador: escolha o " + api +
-               L" em Opções → API gráfica (fica gravado no Config\\Zu.ini).";
-    };
-    const std::wstring falha = L"O jogo não pode ser aberto neste computador. Veja abaixo o que falta e como resolver.";
-    const std::wstring amarelo =
-        L"Há itens em amarelo (abaixo do recomendado ou a atualizar): o jogo roda, mas pode ficar lento.";
-    const std::wstring ambos =
-        L"O jogo roda com DirectX 12 e com Vulkan neste computador (escolha em Opções → API gráfica).";
-    const std::wstring atende = L"Seu computador atende aos requisitos";
     const struct {
         const char* geral;
         bool d3d12, vulkan;
         EstadoItem item;
         const wchar_t* titulo;
         int nivel;
-        std::wstring tituloEsperado, texto;
+        const wchar_t *tituloEsperado, *inicio;
     } casos[] = {
-        {"falha", true, true, EstadoItem::kOk, L"", 2, L"Seu computador não atende aos requisitos mínimos", falha},
-        {"aviso", false, false, EstadoItem::kFalha, L"", 1, atende, so(L"DirectX 12")},
-        {"aviso", true, true, EstadoItem::kOk, L"t", 1, L"t", so(L"Vulkan")},
-        {"falhas", false, true, EstadoItem::kAviso, L"t", 1, L"t", amarelo},
-        {"ok", true, false, EstadoItem::kOk, L"", 0, atende, L"O jogo roda com DirectX 12 neste computador."},
-        {"", false, true, EstadoItem::kOk, L"", 0, atende, L"O jogo roda com Vulkan neste computador."},
-        {"", false, false, EstadoItem::kOk, L"", 0, atende, L"O jogo roda com Vulkan neste computador."},
-        {"aviso ", true, true, EstadoItem::kOk, L"", 0, atende, ambos},
+        {"falha", true, true, EstadoItem::kOk, L"", 2, L"Seu computador não atende aos requisitos mínimos", L"O jogo"},
+        {"aviso", false, false, EstadoItem::kFalha, L"t", 1, L"t", L"Só o DirectX 12 roda neste"},
+        {"aviso", true, true, EstadoItem::kOk, L"t", 1, L"t", L"Só o Vulkan roda neste"},
+        {"falhas", false, true, EstadoItem::kAviso, L"", 1, L"Seu computador atende aos requisitos", L"Há itens em am"},
+        {"ok", true, false, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 neste computador."},
+        {"", false, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com Vulkan neste computador."},
+        {"aviso ", true, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 e com Vulkan neste"},
     };
     for (const auto& caso : casos) {
         ResultadoRequisitos r{.relatorioLido = true, .d3d12 = caso.d3d12, .vulkan = caso.vulkan, .geral = caso.geral};
@@ -152,15 +120,11 @@ TEST(Veredito, UmRamoPorVez) {
         const VereditoRequisitos v = JulgarRequisitos(r, caso.titulo);
         EXPECT_EQ(static_cast<int>(v.nivel), caso.nivel) << caso.geral;
         EXPECT_EQ(v.titulo, caso.tituloEsperado) << caso.geral;
-        EXPECT_EQ(v.texto, caso.texto) << caso.geral;
+        EXPECT_TRUE(v.texto.starts_with(caso.inicio)) << caso.geral;
+        r.relatorioLido = false;
+        EXPECT_EQ(JulgarRequisitos(r, caso.titulo).titulo, L"Não foi possível fazer o diagnóstico");
+        EXPECT_EQ(JulgarRequisitos(r, caso.titulo).nivel, NivelVeredito::kOk);
     }
-
-    const VereditoRequisitos v = JulgarRequisitos({.geral = "falha"}, L"título");
-    EXPECT_EQ(v.nivel, NivelVeredito::kOk);
-    EXPECT_EQ(v.titulo, L"Não foi possível fazer o diagnóstico");
-    EXPECT_EQ(v.texto,
-              L"O Zu.exe não respondeu ao --requisitos-json (Zu.exe ausente ou de uma versão antiga). Feche e abra o "
-              L"launcher para baixar o jogo de novo; detalhes no ZuLauncher.log.");
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 //                           beside it; "copiar": the bytes of "jogo_falso.json" beside the program
 //     demora=MS             waits before it writes
 //     fica=MS               lives on after it has written
-//     --requisitos-simular=NAME takes the place of relatorio=, when it is a name that relatorio= knows.
 //
 //  2. Play: --api=X --launcher=64 LOWER-CASE HEX DIGITS. The launcher has made the mapping
 //     "Local\ZuLauncher-token-PID" with the 32 token bytes and the event "Local\ZuLauncher-confirmado-PID", PID being
@@ -23,9 +22,10 @@
 //     viver=MS              how long it lives (default 3000)
 //     The log then has "api X" and "token errado" or "token certo SHA-256 OF THE TOKEN".
 #include <windows.h>
-// after windows.h
-#include <shellapi.h>
 
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -41,69 +41,38 @@ namespace {
 constexpr int kTokenErrado = 5;
 constexpr std::size_t kBytesDoToken = 32;
 
-std::string LerDaPasta(const wchar_t* nome) {
-    std::string texto;
-    return LerArquivoInteiro(PastaDoPrograma() / nome, texto) ? texto : "";
-}
+using Linhas = std::vector<std::string>;
 
 // Empty when there is none of that name.
-std::string LerRelatorio(const std::string& nome) {
+std::string Ler(const std::filesystem::path& caminho) {
     std::string texto;
-    LerArquivoInteiro(std::filesystem::path(ZU_PASTA_RELATORIOS) / DeUtf8(nome + ".json"), texto);
+    LerArquivoInteiro(caminho, texto);
     return texto;
 }
 
-// Read at the start, before the log shows that the game has started.
-const std::string kAjustes = LerDaPasta(L"jogo_falso.txt");
+// Before the log shows that the game has started.
+Linhas LerAjustes() {
+    std::istringstream texto(Ler(PastaDoPrograma() / L"jogo_falso.txt"));
+    Linhas linhas;
+    for (std::string linha; std::getline(texto, linha);)
+        linhas.push_back(linha.substr(0, linha.find('\r')));
+    return linhas;
+}
+const Linhas kAjustes = LerAjustes();
 
-std::string Ajuste(std::string_view chave, std::string padrao) {
-    for (std::string_view resto = kAjustes; !resto.empty();) {
-        std::string_view linha = TomarAte(resto, '\n');
-        if (linha.ends_with('\r')) linha.remove_suffix(1);
-        if (TomarAte(linha, '=') == chave) padrao = linha;
-    }
+// What stands behind the option's name in the last line that begins with it.
+std::string Opcao(const Linhas& linhas, std::string_view nome, std::string padrao = "") {
+    for (const std::string& linha : linhas)
+        if (linha.starts_with(nome)) padrao = linha.substr(nome.size());
     return padrao;
 }
 
 void Dormir(std::string_view chave, const char* padrao) {
-    Sleep(std::stoul(Ajuste(chave, padrao)));
-}
-
-using Argumentos = std::vector<std::string>;
-
-Argumentos LerArgumentos() {
-    int quantos = 0;
-    wchar_t** lista = CommandLineToArgvW(GetCommandLineW(), &quantos);
-    Argumentos argumentos;
-    for (int i = 1; i < quantos; ++i)
-        argumentos.push_back(ParaUtf8(lista[i]));
-    LocalFree(lista);
-    return argumentos;
-}
-
-// What stands behind the option's name in the last argument that begins with it; empty when none does.
-std::string Opcao(const Argumentos& argumentos, std::string_view nome) {
-    std::string valor;
-    for (const std::string& argumento : argumentos)
-        if (argumento.starts_with(nome)) valor = argumento.substr(nome.size());
-    return valor;
+    Sleep(std::stoul(Opcao(kAjustes, chave, padrao)));
 }
 
 void Registrar(const std::string& linha) {
-    const HandleArquivo log(CreateFileW((PastaDoPrograma() / L"jogo_falso.log").c_str(), FILE_APPEND_DATA,
-                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                        nullptr));
-    const std::string comFim = linha + "\n";
-    DWORD escritos = 0;
-    if (log) WriteFile(log.Valor(), comFim.data(), static_cast<DWORD>(comFim.size()), &escritos, nullptr);
-}
-
-void RegistrarInicio(const Argumentos& argumentos) {
-    const std::filesystem::path pasta = std::filesystem::current_path();
-    std::string linha = pasta == PastaDoPrograma() ? "." : ParaUtf8(pasta.native());
-    for (const std::string& argumento : argumentos)
-        linha += " | " + (argumento.starts_with("--launcher=") ? "--launcher=..." : argumento);
-    Registrar(linha);
+    std::ofstream(PastaDoPrograma() / L"jogo_falso.log", std::ios::app | std::ios::binary) << linha + "\n";
 }
 
 void EsperarSinal() {
@@ -111,52 +80,60 @@ void EsperarSinal() {
         Sleep(10);
 }
 
-int Diagnosticar(const Argumentos& argumentos, const std::string& destino) {
-    std::string nome = Ajuste("relatorio", "bom");
-    const std::string simular = Opcao(argumentos, "--requisitos-simular=");
-    if (!LerRelatorio(simular).empty()) nome = simular;
-    const std::string relatorio = nome == "copiar" ? LerDaPasta(L"jogo_falso.json") : LerRelatorio(nome);
-    Dormir("demora", "0");
+int Diagnosticar(const std::string& destino) {
+    const std::string nome = Opcao(kAjustes, "relatorio=", "bom");
+    const std::string relatorio = Ler(nome == "copiar" ? PastaDoPrograma() / L"jogo_falso.json"
+                                                       : std::filesystem::path(ZU_PASTA_RELATORIOS) / (nome + ".json"));
+    Dormir("demora=", "0");
     if (nome == "travar") EsperarSinal();
     if (nome == "nenhum" || nome == "travar") return 0;
     if (!GravarArquivoAtomico(DeUtf8(destino), relatorio)) return 1;
-    Dormir("fica", "0");
+    Dormir("fica=", "0");
     return 0;
 }
 
+std::wstring NomeDoCanal(const wchar_t* qual) {
+    return qual + std::to_wstring(GetCurrentProcessId());
+}
+
 std::string LerToken() {
-    const std::wstring nome = L"Local\\ZuLauncher-token-" + std::to_wstring(GetCurrentProcessId());
-    const HandleKernel mapa(OpenFileMappingW(FILE_MAP_READ, FALSE, nome.c_str()));
+    const HandleKernel mapa(OpenFileMappingW(FILE_MAP_READ, FALSE, NomeDoCanal(L"Local\\ZuLauncher-token-").c_str()));
     const void* vista = mapa ? MapViewOfFile(mapa.Valor(), FILE_MAP_READ, 0, 0, kBytesDoToken) : nullptr;
     return vista == nullptr ? "" : std::string(static_cast<const char*>(vista), kBytesDoToken);
 }
 
 bool Confirmar() {
-    const std::wstring nome = L"Local\\ZuLauncher-confirmado-" + std::to_wstring(GetCurrentProcessId());
-    const HandleKernel evento(OpenEventW(EVENT_MODIFY_STATE, FALSE, nome.c_str()));
+    const HandleKernel evento(
+        OpenEventW(EVENT_MODIFY_STATE, FALSE, NomeDoCanal(L"Local\\ZuLauncher-confirmado-").c_str()));
     return evento && SetEvent(evento.Valor()) != 0;
 }
 
-int Jogar(const Argumentos& argumentos) {
+int Jogar(const Linhas& argumentos) {
     Registrar("api " + Opcao(argumentos, "--api="));
-    const std::string aperto = Ajuste("aperto", "confirmar");
+    const std::string aperto = Opcao(kAjustes, "aperto=");
     if (aperto == "sair") return 0;
-    if (Ajuste("esperar", "0") == "1") EsperarSinal();
+    if (Opcao(kAjustes, "esperar=") == "1") EsperarSinal();
     const std::string token = LerToken();
     const std::span bytes(reinterpret_cast<const std::uint8_t*>(token.data()), token.size());
     const bool certo = !token.empty() && Opcao(argumentos, "--launcher=") == ParaHex(bytes);
     Registrar(certo ? "token certo " + ParaHex(Sha256Of(bytes)) : "token errado");
     if (!certo) return kTokenErrado;
     if (aperto != "calar" && !Confirmar()) Registrar("sem evento de confirmação");
-    Dormir("viver", "3000");
+    Dormir("viver=", "3000");
     return 0;
 }
 
 int Principal() {
-    const Argumentos argumentos = LerArgumentos();
-    RegistrarInicio(argumentos);
+    const std::filesystem::path pasta = std::filesystem::current_path();
+    std::string inicio = pasta == PastaDoPrograma() ? "." : ParaUtf8(pasta.native());
+    Linhas argumentos;
+    for (int i = 1; i < __argc; ++i) {
+        argumentos.push_back(ParaUtf8(__wargv[i]));
+        inicio += " | " + (argumentos.back().starts_with("--launcher=") ? "--launcher=..." : argumentos.back());
+    }
+    Registrar(inicio);
     const std::string destino = Opcao(argumentos, "--requisitos-json=");
-    return destino.empty() ? Jogar(argumentos) : Diagnosticar(argumentos, destino);
+    return destino.empty() ? Jogar(argumentos) : Diagnosticar(destino);
 }
 
 }  // namespace

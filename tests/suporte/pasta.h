@@ -57,11 +57,10 @@ class PastaTemporaria {
                                                 OPEN_EXISTING, 0, nullptr));
         FILETIME hora{};
         DWORD escritos = 0;
-        if (GetFileTime(arquivo.Valor(), nullptr, nullptr, &hora) == 0 ||
-            WriteFile(arquivo.Valor(), conteudo.data(), static_cast<DWORD>(conteudo.size()), &escritos, nullptr) == 0 ||
-            SetFileTime(arquivo.Valor(), nullptr, nullptr, &hora) == 0) {
+        GetFileTime(arquivo.Valor(), nullptr, nullptr, &hora);
+        WriteFile(arquivo.Valor(), conteudo.data(), static_cast<DWORD>(conteudo.size()), &escritos, nullptr);
+        if (SetFileTime(arquivo.Valor(), nullptr, nullptr, &hora) == 0)
             throw std::runtime_error("adulterar " + relativo);
-        }
     }
 
     // Somebody else's hold on a file that is there, which leaves others `deixando`.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 
 #include "app/selo.h"
@@ -37,17 +38,13 @@ std::string Assinar(std::string_view assinados) {
 }
 
 update::UpdateList Publicacao::Lista() const {
-    update::UpdateList lista;
-    lista.seq = seq;
-    lista.versao = versao;
-    lista.remover = remover;
+    update::UpdateList lista{.seq = seq, .versao = versao, .remover = remover};
     for (const auto& [caminho, conteudo] : arquivos) {
-        const auto parte = partes.find(caminho);
         lista.itens.push_back({.caminho = caminho,
                                .sha256 = ParaHex(Sha256Of(ComoBytes(conteudo))),
                                .tamanho = conteudo.size(),
                                .crc = ~Crc32Update(kCrc32Inicial, conteudo.data(), conteudo.size()),
-                               .partes = parte == partes.end() ? 0 : parte->second});
+                               .partes = partes.contains(caminho) ? partes.at(caminho) : 0});
     }
     return lista;
 }
@@ -56,14 +53,10 @@ void Publicacao::Servir(Servidor& servidor) const {
     for (const update::ItemLista& item : Lista().itens) {
         const std::string& conteudo = arquivos.at(item.caminho);
         const std::string caminho = MontarUrl("", item.caminho).substr(1);
-        if (item.partes == 0) {
-            servidor.Definir(caminho, teste::Servir(conteudo));
-            continue;
-        }
-        const std::size_t porParte = (conteudo.size() + item.partes - 1) / item.partes;
-        for (std::uint32_t i = 0; i < item.partes; ++i) {
+        if (item.partes == 0) servidor.Definir(caminho, teste::Servir(conteudo));
+        const std::size_t porParte = (conteudo.size() + item.partes - 1) / std::max(1U, item.partes);
+        for (std::uint32_t i = 0; i < item.partes; ++i)
             servidor.Definir(caminho + SufixoDaParte(i + 1), teste::Servir(conteudo.substr(i * porParte, porParte)));
-        }
     }
     servidor.Definir("UpdateList.txt", teste::Servir(Assinar(update::EscreverLista(Lista()))));
 }
@@ -82,25 +75,16 @@ std::string Selado(const std::string& urlUpdate, bool automatico) {
 }
 
 void Configurar(const std::filesystem::path& pasta, const std::string& urlUpdate, int conexoes) {
-    ConfigLauncher config;
-    config.pastaJogo = pasta;
-    config.urlUpdate = urlUpdate;
-    config.conexoes = conexoes;
-    DefinirConfig(config);
-}
-
-std::string LerLog(const PastaTemporaria& pasta) {
-    return pasta.Ler("ZuLauncher.log");
+    DefinirConfig({.pastaJogo = pasta, .urlUpdate = urlUpdate, .conexoes = conexoes});
 }
 
 std::vector<std::string> LinhasDoLog(const PastaTemporaria& pasta) {
     constexpr std::size_t kTamanhoDaHora = std::string_view("00:00:00.000 ").size();
-    const std::string log = LerLog(pasta);
+    std::istringstream log(pasta.Ler("ZuLauncher.log"));
     std::vector<std::string> linhas;
-    for (std::string_view resto = log; !resto.empty();) {
-        std::string_view linha = TomarAte(resto, '\n');
-        if (linha.ends_with('\r')) linha.remove_suffix(1);
-        linhas.emplace_back(linha.substr(std::min(kTamanhoDaHora, linha.size())));
+    for (std::string linha; std::getline(log, linha);) {
+        if (linha.ends_with('\r')) linha.pop_back();
+        linhas.push_back(linha.substr(std::min(kTamanhoDaHora, linha.size())));
     }
     return linhas;
 }

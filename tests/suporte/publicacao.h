@@ -36,8 +36,7 @@ std::string Selado(const std::string& urlUpdate, bool automatico = true);
 // The record as start-up would fill it for a folder and a server.
 void Configurar(const std::filesystem::path& pasta, const std::string& urlUpdate, int conexoes = 4);
 
-// The log whole, and its messages without their times, a line each.
-std::string LerLog(const PastaTemporaria& pasta);
+// The log's messages without their times.
 std::vector<std::string> LinhasDoLog(const PastaTemporaria& pasta);
 
 }  // namespace zu::launcher::teste

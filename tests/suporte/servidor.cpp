@@ -23,45 +23,35 @@ bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
 
 // Reads up to the blank line that ends a request's headers, behind which nothing comes before the answer. False when
 // the client closed.
-bool LerCabeca(SOCKET conexao, std::string& cabeca, const std::atomic<bool>& fim) {
-    cabeca.clear();
+bool LerPedido(SOCKET conexao, Pedido& pedido, const std::atomic<bool>& fim) {
+    pedido = {};
     std::array<char, 2048> bloco{};
     if (!Esperar(conexao, fim)) return false;
-    while (!cabeca.ends_with("\r\n\r\n")) {
+    while (!pedido.cabeca.ends_with("\r\n\r\n")) {
         const int lidos = recv(conexao, bloco.data(), static_cast<int>(bloco.size()), 0);
         if (lidos <= 0) return false;
-        cabeca.append(bloco.data(), static_cast<std::size_t>(lidos));
+        pedido.cabeca.append(bloco.data(), static_cast<std::size_t>(lidos));
     }
-    return true;
-}
-
-Pedido LerPedido(const std::string& cabeca) {
-    std::string_view resto = cabeca;
-    std::string_view primeira = TomarAte(resto, '\n');
-    TomarAte(primeira, ' ');
-    std::string_view alvo = TomarAte(primeira, ' ');
-    Pedido pedido;
-    pedido.caminho = TomarAte(alvo, '?').substr(1);
+    std::string_view resto = pedido.cabeca;
+    TomarAte(resto, '/');
+    std::string_view alvo = TomarAte(resto, ' ');
+    pedido.caminho = TomarAte(alvo, '?');
     pedido.consulta = alvo;
-    while (!resto.empty()) {
-        std::string_view linha = TomarAte(resto, '\n');
-        if (linha.ends_with('\r')) linha.remove_suffix(1);
-        const std::string nome = MinusculasAscii(std::string(TomarAte(linha, ':')));
-        if (!nome.empty()) pedido.cabecalhos[nome] = linha.substr(std::min<std::size_t>(1, linha.size()));
-    }
-    return pedido;
+    return true;
 }
 
-bool EnviarTudo(SOCKET conexao, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const int enviados = send(conexao, bytes.data(), static_cast<int>(bytes.size()), 0);
-        if (enviados <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(enviados));
-    }
-    return true;
+bool EnviarBytes(SOCKET conexao, std::string_view bytes) {
+    return send(conexao, bytes.data(), static_cast<int>(bytes.size()), 0) == static_cast<int>(bytes.size());
 }
 
 }  // namespace
+
+std::string Pedido::Cabecalho(const std::string& nome) const {
+    const std::size_t lugar = MinusculasAscii(cabeca).find("\n" + nome + ": ");
+    if (lugar == std::string::npos) return "";
+    std::string_view resto = std::string_view(cabeca).substr(lugar + nome.size() + 3);
+    return std::string(TomarAte(resto, '\r'));
+}
 
 Roteiro Servir(std::string conteudo) {
     return [conteudo = std::move(conteudo)](const Pedido& pedido) -> Resposta {
@@ -137,60 +127,44 @@ void Servidor::Aceitar() {
 }
 
 void Servidor::Atender(SOCKET conexao) {
-    const int abertas = ++abertas_;
-    for (int antes = maisConexoes_; antes < abertas && !maisConexoes_.compare_exchange_weak(antes, abertas);) {
-    }
     // Headers and body leave at once, instead of the body waiting until the client has confirmed the headers.
     const BOOL semEspera = TRUE;
     setsockopt(conexao, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&semEspera), sizeof semEspera);
-    std::string cabeca;
-    while (LerCabeca(conexao, cabeca, fim_)) {
-        const Resposta resposta = Responder(LerPedido(cabeca));
-        Dormir(resposta.atraso);
-        const bool enviou = Enviar(conexao, resposta);
-        if (resposta.fim == Fim::kDerrubar) {
-            const linger jaNao{1, 0};
-            setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
-        }
-        while (resposta.fim == Fim::kCalar && !fim_)
-            Dormir(std::chrono::milliseconds(20));
-        if (!enviou || resposta.fim != Fim::kNormal) break;
+    Fim fim = Fim::kNormal;
+    for (Pedido pedido; fim == Fim::kNormal && LerPedido(conexao, pedido, fim_);) {
+        const Resposta resposta = Anotar(pedido)(pedido);
+        std::this_thread::sleep_for(resposta.atraso);
+        fim = Enviar(conexao, resposta) ? resposta.fim : Fim::kFechar;
     }
-    --abertas_;
+    const linger jaNao{1, 0};
+    if (fim == Fim::kDerrubar)
+        setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
+    while (fim == Fim::kCalar && !fim_)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
     closesocket(conexao);
 }
 
-Resposta Servidor::Responder(const Pedido& pedido) {
-    Roteiro roteiro;
-    {
-        const std::lock_guard guarda(trava_);
-        pedidos_.push_back(pedido);
-        const auto lugar = roteiros_.find(pedido.caminho);
-        if (lugar != roteiros_.end()) roteiro = lugar->second;
-    }
-    return roteiro ? roteiro(pedido) : Resposta{.status = 404, .corpo = "nada aqui"};
+Roteiro Servidor::Anotar(const Pedido& pedido) {
+    const std::lock_guard guarda(trava_);
+    pedidos_.push_back(pedido);
+    const auto lugar = roteiros_.find(pedido.caminho);
+    return lugar != roteiros_.end() ? lugar->second : [](const Pedido&) { return Resposta{.status = 404}; };
 }
 
 bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
     std::string cabeca = Formatar("HTTP/1.1 {} X\r\n", resposta.status);
-    if (!resposta.semTamanho) {
+    if (resposta.fim != Fim::kFechar)
         cabeca += Formatar("Content-Length: {}\r\n", resposta.anunciado.value_or(resposta.corpo.size()));
-    }
     for (const auto& [nome, valor] : resposta.cabecalhos)
         cabeca += Formatar("{}: {}\r\n", nome, valor);
     if (resposta.fim != Fim::kNormal) cabeca += "Connection: close\r\n";
-    if (!EnviarTudo(conexao, cabeca + "\r\n")) return false;
-    std::string_view corpo = resposta.corpo;
-    while (!corpo.empty() && !fim_) {
-        if (!EnviarTudo(conexao, corpo.substr(0, resposta.bloco))) return false;
+    bool enviou = EnviarBytes(conexao, cabeca + "\r\n");
+    for (std::string_view corpo = resposta.corpo; enviou && !corpo.empty() && !fim_;) {
+        enviou = EnviarBytes(conexao, corpo.substr(0, resposta.bloco));
         corpo.remove_prefix(std::min(resposta.bloco, corpo.size()));
-        if (!corpo.empty()) Dormir(resposta.pausa);
+        if (!corpo.empty()) std::this_thread::sleep_for(resposta.pausa);
     }
-    return true;
-}
-
-void Servidor::Dormir(std::chrono::milliseconds pausa) const {
-    if (pausa.count() > 0 && !fim_) std::this_thread::sleep_for(pausa);
+    return enviou;
 }
 
 }  // namespace zu::launcher::teste

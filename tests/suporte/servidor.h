@@ -19,20 +19,18 @@
 namespace zu::launcher::teste {
 
 struct Pedido {
-    std::string caminho;                            // escaped, without the leading "/" and without the query
-    std::string consulta;                           // behind the "?"
-    std::map<std::string, std::string> cabecalhos;  // names in lower case
+    std::string caminho;   // escaped, without the leading "/" and without the query
+    std::string consulta;  // behind the "?"
+    std::string cabeca;    // all of it
 
-    [[nodiscard]] std::string Cabecalho(const std::string& nome) const {
-        const auto lugar = cabecalhos.find(nome);
-        return lugar == cabecalhos.end() ? "" : lugar->second;
-    }
+    // By its name in lower case; empty when there is none.
+    [[nodiscard]] std::string Cabecalho(const std::string& nome) const;
 };
 
 // How an answer ends once its bytes are out.
 enum class Fim {
     kNormal,    // the connection stays for the next request
-    kFechar,    // closed in order
+    kFechar,    // closed in order, which alone tells where the body ends
     kDerrubar,  // reset
     kCalar,     // held open in silence until the server ends
 };
@@ -41,8 +39,7 @@ struct Resposta {
     int status = 200;
     std::string corpo;
     std::map<std::string, std::string> cabecalhos;
-    std::optional<std::uint64_t> anunciado;  // Content-Length when it is not the body's; 0 bytes more: none at all
-    bool semTamanho = false;                 // no Content-Length: the body ends with the connection
+    std::optional<std::uint64_t> anunciado;  // Content-Length when it is not the body's
     Fim fim = Fim::kNormal;
     std::chrono::milliseconds atraso{0};
     std::size_t bloco = 64 * 1024;       // bytes sent at once
@@ -65,25 +62,23 @@ class Servidor {
     [[nodiscard]] std::string Url() const;
     // Paths are as they travel. Everything that has no script is answered with 404.
     void Definir(const std::string& caminho, Roteiro roteiro);
+    void Definir(const std::string& caminho, Resposta sempre) {
+        Definir(caminho, [resposta = std::move(sempre)](const Pedido&) { return resposta; });
+    }
 
     [[nodiscard]] std::vector<Pedido> Pedidos(const std::string& caminho) const;
     [[nodiscard]] std::size_t QuantosPedidos() const;
     void EsquecerPedidos();
-    // The most connections that were open at once.
-    [[nodiscard]] int MaisConexoes() const { return maisConexoes_; }
 
  private:
     void Aceitar();
     void Atender(SOCKET conexao);
-    Resposta Responder(const Pedido& pedido);
+    Roteiro Anotar(const Pedido& pedido);
     bool Enviar(SOCKET conexao, const Resposta& resposta) const;
-    void Dormir(std::chrono::milliseconds pausa) const;
 
     SOCKET escuta_ = INVALID_SOCKET;
     int porta_ = 0;
     std::atomic<bool> fim_ = false;
-    std::atomic<int> abertas_ = 0;
-    std::atomic<int> maisConexoes_ = 0;
     mutable std::mutex trava_;
     std::map<std::string, Roteiro> roteiros_;
     std::vector<Pedido> pedidos_;
