@@ -151,7 +151,7 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
     EXPECT_FALSE(Esperar(4s, [&] { return pasta_.Tem("fotos/principal.png"); }));
     std::string chamadas;
     NaThreadDe(ui.Janela(), [&] {
-        falso.NavigationCompleted();
+        falso.Ocorrer(Ocorrencia::kNavigationCompleted);
         const std::size_t antes = std::string(falso.Chamadas()).size();
         ShowWindow(ui.Janela(), SW_SHOWMINNOACTIVE);
         ShowWindow(ui.Janela(), SW_RESTORE);
