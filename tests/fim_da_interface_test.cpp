@@ -38,6 +38,11 @@ struct Lancado {
 class Fim : public ComServidor {
  protected:
     Fim() { pasta_.Escrever("Launcher.emu", Selado(servidor_.Url())); }
+
+    int Fotografar(const char* destino) const {
+        const std::wstring captura = L"--captura=" + (pasta_ / destino).native();
+        return Programa(Lancado::Instalar(pasta_ / "testes_janela.exe"), {captura}).Esperar();
+    }
 };
 
 // Faults: the end waits for a read that the server leaves unanswered; what the run has found out is lost; a start that
@@ -111,6 +116,7 @@ TEST_F(Fim, OApertoSobreviveAJanela) {
             Clicar(GetDlgItem(janela, kBotaoConectar));
             return pasta_.Ler("jogo_falso.log").find("api ") != std::string::npos;
         }));
+        EXPECT_NE(IsWindowVisible(janela), FALSE);  // as the option asks
         PostMessageW(janela, WM_CLOSE, 0, 0);
         EXPECT_TRUE(Esperar(5s, [&] { return IsWindowVisible(janela) == FALSE; }));
         ASSERT_NE(IsWindow(janela), FALSE);
@@ -130,19 +136,17 @@ TEST_F(Fim, OApertoSobreviveAJanela) {
 // Faults: the session's end is not seen from a loop of the system's, or ends nothing there; the log's last line comes
 // after the message, when the process may be gone.
 TEST_F(Fim, ASessaoAcabaDeDentroDeCadaLaco) {
-    const auto abrirOpcoes = [](const Interface& ui) {
-        Esperar(10s, [&] { return ui.Habilitado(kBotaoOpcoes); });
-        PostMessageW(ui.Janela(), WM_COMMAND, kBotaoOpcoes, 0);
-        HWND opcoes = nullptr;
-        Esperar(5s, [&] { return IsWindowVisible(opcoes = FindWindowW(kClasseDasOpcoes, nullptr)) != FALSE; });
-        return opcoes;
-    };
     const std::pair<const char*, std::function<bool(const Interface&)>> lacos[] = {
-        {"modal", [&](const Interface& ui) { return abrirOpcoes(ui) != nullptr; }},
         {"menu",
          [&](const Interface& ui) {
-             PostMessageW(GetDlgItem(abrirOpcoes(ui), kListaEfeitos), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-             return Esperar(5s, [] { return FindWindowW(L"#32768", nullptr) != nullptr; });
+             Esperar(10s, [&] { return ui.Habilitado(kBotaoOpcoes); });
+             PostMessageW(ui.Janela(), WM_COMMAND, kBotaoOpcoes, 0);
+             return Esperar(10s, [] {
+                 const HWND opcoes = FindWindowW(kClasseDasOpcoes, nullptr);
+                 if (!IsWindowVisible(opcoes)) return false;
+                 PostMessageW(GetDlgItem(opcoes, kListaEfeitos), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+                 return Esperar(5s, [] { return FindWindowW(L"#32768", nullptr) != nullptr; });
+             });
          }},
         {"arrasto",
          [](const Interface& ui) {
@@ -177,6 +181,35 @@ TEST_F(Fim, ASessaoAcabaDeDentroDeCadaLaco) {
         mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
         EXPECT_TRUE(Esperar(10s, [] { return !ObterControlador().Atualizando(); }));
     }
+}
+
+// Faults: a run that nobody watches waits in a box; the player is told nothing. (Without windows: the system's test.)
+TEST_F(Fim, ConfiguracaoRecusadaComCaixaSoDianteDoJogador) {
+    std::filesystem::remove(pasta_ / "Launcher.emu");
+    EXPECT_EQ(Fotografar("fotos"), 2);
+    Lancado recusado(pasta_);
+    EXPECT_EQ(TextoDaCaixa(),
+              "A configuração do launcher não pôde ser lida.\n\nLauncher.emu não encontrado na pasta do jogo.\n\nO "
+              "Launcher.emu é gerado pela equipe do servidor e não pode ser editado. Reinstale o cliente ou peça o "
+              "Launcher.emu atual à equipe do servidor.");
+    PostMessageW(CaixaDeMensagem(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(recusado.programa.Esperar(), 2);
+}
+
+// Beside a launcher that has the folder, and in a folder with DLLs of the names that a window needs.
+TEST_F(Fim, CapturaAoLadoDoDonoSoFotografaENaoCarregaDllPlantada) {
+    PorJogo("relatorio=so_vulkan\n", true);
+    const InstanciaUnica dono(pasta_.Caminho());
+    for (const char* dll : {"gdiplus.dll", "dwmapi.dll", "windowscodecs.dll", "uxtheme.dll"})
+        pasta_.Escrever(dll, "não é uma DLL");
+    const auto inicio = std::chrono::steady_clock::now();
+    EXPECT_EQ(Fotografar("fotos/novas"), 0);
+    EXPECT_GT(std::chrono::steady_clock::now() - inicio, 2500ms);  // the windows are given their time
+    EXPECT_EQ(pasta_.Ler("fotos/novas/principal.png").substr(1, 3), "PNG");
+    EXPECT_EQ(Fotografar("Zu.exe"), 1);  // no folder
+    EXPECT_EQ(QuantasLinhas("Captura principal.png: FALHOU"), 1);
+    EXPECT_EQ(servidor_.QuantosPedidos(), 0U);
+    EXPECT_FALSE(pasta_.Tem("Config") || pasta_.Tem("a.bin"));
 }
 
 // Faults: a message box stands alone on the screen while the game starts, or holds up the start that was asked for.

@@ -71,19 +71,6 @@ HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao) {
                            nullptr, nullptr);
 }
 
-void NaThreadDe(HWND janela, const std::function<void()>& trabalho) {
-    static constexpr UINT kRodar = WM_APP + 999;
-    static const std::function<void()>* agora = nullptr;
-    agora = &trabalho;
-    const HOOKPROC rodar = [](int, WPARAM, LPARAM lParam) -> LRESULT {
-        if (reinterpret_cast<CWPSTRUCT*>(lParam)->message == kRodar) (*agora)();
-        return 0;
-    };
-    const HHOOK gancho = SetWindowsHookExW(WH_CALLWNDPROC, rodar, nullptr, GetWindowThreadProcessId(janela, nullptr));
-    SendMessageW(janela, kRodar, 0, 0);
-    UnhookWindowsHookEx(gancho);
-}
-
 void Clicar(HWND controle) {
     SendMessageW(controle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
     SendMessageW(controle, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
@@ -141,6 +128,10 @@ NavegadorFalso& RuntimeFalso() {
 Interface::Interface()
     : thread_([this] {
           CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+          SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
+              if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
+              trabalho_ = nullptr;
+          });
           codigo_ = RodarInterface();
           fim_ = true;
       }) {
@@ -193,9 +184,22 @@ void ComServidor::PorJogo(const std::string& roteiro, bool fecharAoJogar) const 
     if (!fecharAoJogar) pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nFecharAoJogar=0\r\n");
 }
 
+std::string ComServidor::TextoDaCaixa() {
+    constexpr int kTexto = 0xFFFF;
+    wchar_t texto[400]{};
+    Esperar(20s, [] { return GetDlgItem(CaixaDeMensagem(), kTexto) != nullptr; });
+    SendMessageW(GetDlgItem(CaixaDeMensagem(), kTexto), WM_GETTEXT, std::size(texto), reinterpret_cast<LPARAM>(texto));
+    return ParaUtf8(texto);
+}
+
 std::ptrdiff_t ComServidor::QuantasLinhas(const std::string& inicio) const {
     return std::ranges::count_if(LinhasDoLog(pasta_),
                                  [&](const std::string& linha) { return linha.starts_with(inicio); });
+}
+
+void Interface::NaThread(const std::function<void()>& trabalho) {
+    trabalho_ = &trabalho;
+    EXPECT_TRUE(Esperar(5s, [] { return trabalho_ == nullptr; }));
 }
 
 bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto) {
@@ -207,19 +211,19 @@ bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pron
     });
 }
 
-std::pair<int, int> ContarPosses() {
+int ContarPosses() {
     GdiFlush();
-    auto gdi = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
-    auto user = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    if (gdi != 0) return {gdi, user};
+    int posses = 0;
+    for (DWORD tipo = GR_GDIOBJECTS; tipo <= GR_USEROBJECTS; ++tipo)
+        posses += static_cast<int>(GetGuiResources(GetCurrentProcess(), tipo));
     // Wine does not count, but finds a handle by its lower half.
-    for (UINT_PTR i = 1; i < 0x10000; ++i) {
+    for (UINT_PTR i = posses == 0 ? 1 : 0x10000; i < 0x10000; ++i) {
         DWORD processo = 0;
         GetWindowThreadProcessId(reinterpret_cast<HWND>(i), &processo);
-        gdi += GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0 ? 1 : 0;
-        user += IsMenu(reinterpret_cast<HMENU>(i)) || processo == GetCurrentProcessId() ? 1 : 0;
+        posses += GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0 ? 1 : 0;
+        posses += IsMenu(reinterpret_cast<HMENU>(i)) || processo == GetCurrentProcessId() ? 1 : 0;
     }
-    return {gdi, user};
+    return posses;
 }
 
 }  // namespace zu::launcher::teste

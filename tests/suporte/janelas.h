@@ -38,9 +38,6 @@ namespace zu::launcher::teste {
 // A visible popup of 500 x 300 whose messages go to `espiao` too, of the last one alone.
 HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao);
 
-// Runs on the thread of a window whose loop handles messages, and returns when it has run.
-void NaThreadDe(HWND janela, const std::function<void()>& trabalho);
-
 // A click or a key as the window sees it; the window may be another process's. The key waits its turn.
 void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
@@ -77,8 +74,12 @@ class Interface {
     // The run's code, once it has ended by itself; -1 when it does not.
     int EsperarFim(std::chrono::milliseconds limite);
     int Fechar();
+    // Runs on its thread, from its loop of messages, and returns when it has run.
+    void NaThread(const std::function<void()>& trabalho);
 
  private:
+    static inline std::atomic<const std::function<void()>*> trabalho_ = nullptr;
+
     HWND janela_ = nullptr;
     int codigo_ = -1;
     std::atomic<bool> fim_ = false;
@@ -98,6 +99,8 @@ class ComServidor : public testing::Test {
     // How many lines of the log begin so.
     [[nodiscard]] std::ptrdiff_t QuantasLinhas(const std::string& inicio) const;
     static HWND CaixaDeMensagem() { return FindWindowW(L"#32770", L"Zu Launcher"); }
+    // Once there is one.
+    static std::string TextoDaCaixa();
 
     PastaTemporaria pasta_;
     Servidor servidor_;
@@ -108,7 +111,7 @@ class ComServidor : public testing::Test {
 bool Bombear(
     std::chrono::milliseconds limite, const std::function<bool()>& pronto = [] { return false; });
 
-// GDI objects of this process, and windows and menus.
-std::pair<int, int> ContarPosses();
+// GDI objects of this process, windows and menus.
+int ContarPosses();
 
 }  // namespace zu::launcher::teste

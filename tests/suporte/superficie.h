@@ -15,9 +15,13 @@
 
 namespace zu::launcher::teste {
 
-inline SIZE TamanhoDe(HWND janela) {
+inline RECT NaTela(HWND janela) {
     RECT r{};
     GetWindowRect(janela, &r);
+    return r;
+}
+inline SIZE TamanhoDe(HWND janela) {
+    const RECT r = NaTela(janela);
     return {r.right - r.left, r.bottom - r.top};
 }
 
