@@ -21,6 +21,7 @@ struct Escrito {
 };
 std::atomic<HDC> lida = nullptr;
 std::vector<Escrito> escritos;
+std::string_view sinais;  // around the texts: how the control stands that is being drawn
 
 int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT formato) {
     static const auto original =
@@ -34,7 +35,9 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
         const bool cabe =
             inteiro.right <= r->right - r->left || (formato & DT_SINGLELINE) == 0 || (formato & DT_PATH_ELLIPSIS) != 0;
         escritos.push_back(
-            {lugar.y, lugar.x, ParaUtf8({texto, static_cast<std::size_t>(tamanho)}) + (cabe ? "" : "…")});
+            {lugar.y, lugar.x,
+             Formatar("{}{}{}{}", sinais.substr(0, 1), ParaUtf8({texto, static_cast<std::size_t>(tamanho)}),
+                      cabe ? "" : "…", sinais.substr(sinais.size() / 2))});
     }
     return original(dc, texto, tamanho, r, formato);
 }
@@ -42,6 +45,7 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
 BOOL CALLBACK DesenharFilho(HWND filho, LPARAM) {
     POINT canto{};
     MapWindowPoints(filho, GetParent(filho), &canto, 1);
+    sinais = !IsWindowEnabled(filho) ? "()" : EstadoDo(filho).checked ? "[]" : "";
     SetViewportOrgEx(lida, canto.x, canto.y, nullptr);
     SendMessageW(filho, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(lida.load()), PRF_CLIENT);
     return TRUE;
@@ -86,6 +90,7 @@ std::string LerTela(HWND janela) {
     lida = s.Dc();
     SendMessageW(janela, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(s.Dc()), PRF_CLIENT);
     EnumChildWindows(janela, DesenharFilho, 0);
+    sinais = "";
     lida = nullptr;
     constexpr LONG kMesmaLinha = 5;
     std::ranges::stable_sort(escritos, {}, &Escrito::y);

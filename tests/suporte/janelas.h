@@ -43,7 +43,8 @@ void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
 
 // The texts that a window and its controls draw when they are asked to, as a reader meets them: " | " between those of
-// one row, and a line a row. A "…" follows one that does not fit its place.
+// one row, and a line a row. A "…" follows one that does not fit its place; what belongs to a disabled control is in
+// parentheses, to a checked one in brackets.
 std::string LerTela(HWND janela);
 
 // With the drawing kit, its fonts and the classes of every window. What the process keeps of the case before is gone.
