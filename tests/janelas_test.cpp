@@ -123,6 +123,10 @@ TEST_F(Janelas, OpcoesNaTela) {
     const HWND h = AbrirOpcoes();
     EXPECT_EQ(AbrirOpcoes(), h);
     EXPECT_EQ(IsWindowEnabled(Ui().principal), FALSE);
+    UpdateWindow(h);
+    UpdateWindow(Ui().principal);
+    EXPECT_EQ(Superficie(h).Provar("60,10=CBD4E0 10,13=C1CBD9 0,21=D4D4D4~0"), "");
+    EXPECT_EQ(Superficie(Ui().principal).Provar("60,0=EBEBEB~20 60,10=D5D5D5 60,19=C1C1C1"), "");
     const auto esperar = [h](const char* d3d12, const char* vulkan) {
         static constexpr char kTela[] =
             "Opções\nAPI gráfica\n[DirectX 12] | Vulkan\n[{}] | {}\nTela\nModo de tela: | Tela cheia\n"

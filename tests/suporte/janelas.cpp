@@ -1,16 +1,10 @@
 #include "tests/suporte/janelas.h"
 
-#include <objbase.h>
-
-#include <algorithm>
 #include <bit>
 
-#include "ui/interface.h"
 #include "ui/modal.h"
 
 namespace zu::launcher::teste {
-
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -128,83 +122,6 @@ NavegadorFalso& RuntimeFalso() {
     static const HMODULE dll =
         LoadLibraryW((kAplicativoFalso / kVersaoFalsa / "EBWebView\\x64\\EmbeddedBrowserWebView.dll").c_str());
     return *std::bit_cast<ObterNavegador>(GetProcAddress(dll, "ControleDoRuntime"))();
-}
-
-Interface::Interface()
-    : thread_([this] {
-          CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-          SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
-              if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
-              trabalho_ = nullptr;
-          });
-          codigo_ = RodarInterface();
-          fim_ = true;
-      }) {
-    Esperar(10s, [this] {
-        janela_ = FindWindowW(kClasseDaJanela, nullptr);
-        return janela_ != nullptr && IsWindowVisible(janela_);
-    });
-}
-
-std::pair<int, int> Interface::Barras() const {
-    const Superficie s(janela_);
-    const auto cheia = [&s](int y) {
-        int pixels = 200;
-        while (pixels > 0 && !s.Azul(151 + pixels, y))
-            --pixels;
-        return (pixels + 4) / 10 * 5;  // the outline's end is of no colour
-    };
-    return {cheia(418), cheia(437)};
-}
-
-int Interface::EsperarFim(std::chrono::milliseconds limite) {
-    return Esperar(limite, [this] { return fim_.load(); }) ? Fechar() : -1;
-}
-
-int Interface::Fechar() {
-    if (!thread_.joinable()) return codigo_;
-    PostMessageW(janela_, WM_CLOSE, 0, 0);
-    thread_.join();
-    return codigo_;
-}
-
-ComServidor::ComServidor() {
-    RenovarRequisitos();
-    Configurar(pasta_.Caminho(), servidor_.Url());
-    Publicar({{"a.bin", "a"}});
-}
-
-ComServidor::~ComServidor() {
-    EXPECT_TRUE(Esperar(30s, [] { return !ObterControlador().Atualizando(); }));
-}
-
-void ComServidor::Publicar(std::map<std::string, std::string> arquivos) {
-    publicacao_.arquivos = std::move(arquivos);
-    publicacao_.Servir(servidor_);
-}
-
-void ComServidor::PorJogo(const std::string& roteiro, bool fecharAoJogar) const {
-    std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
-    pasta_.Escrever("jogo_falso.txt", roteiro);
-    if (!fecharAoJogar) pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nFecharAoJogar=0\r\n");
-}
-
-std::string ComServidor::TextoDaCaixa() {
-    constexpr int kTexto = 0xFFFF;
-    wchar_t texto[400]{};
-    Esperar(20s, [] { return GetDlgItem(CaixaDeMensagem(), kTexto) != nullptr; });
-    SendMessageW(GetDlgItem(CaixaDeMensagem(), kTexto), WM_GETTEXT, std::size(texto), reinterpret_cast<LPARAM>(texto));
-    return ParaUtf8(texto);
-}
-
-std::ptrdiff_t ComServidor::QuantasLinhas(const std::string& inicio) const {
-    return std::ranges::count_if(LinhasDoLog(pasta_),
-                                 [&](const std::string& linha) { return linha.starts_with(inicio); });
-}
-
-void Interface::NaThread(const std::function<void()>& trabalho) {
-    trabalho_ = &trabalho;
-    EXPECT_TRUE(Esperar(5s, [] { return trabalho_ == nullptr; }));
 }
 
 bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto) {
