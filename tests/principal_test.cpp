@@ -1,6 +1,9 @@
 // The main window through the real interface run, driven by messages as the system and the player send them; and how a
 // launcher ends, hides and is woken: the real program beside others, and a run inside the system's own loops.
 #include "tests/suporte/janelas.h"
+// after windows.h
+#include <sddl.h>
+
 #include "update/jogo_aberto.h"
 
 namespace zu::launcher {
@@ -254,14 +257,11 @@ TEST_F(Fim, DoCliqueAoFimComServidorParadoOuLento) {
 
 // Faults: the topmost launcher is woken instead of the folder's; a mutex that another right level made counts as none.
 TEST_F(Fim, OutroInicioAcordaOLauncherDaPasta) {
-    ACL fechada{};
-    SECURITY_DESCRIPTOR descritor{};
-    SECURITY_ATTRIBUTES ninguem{sizeof ninguem, &descritor, FALSE};
-    InitializeAcl(&fechada, sizeof fechada, ACL_REVISION);
-    InitializeSecurityDescriptor(&descritor, SECURITY_DESCRIPTOR_REVISION);
-    SetSecurityDescriptorDacl(&descritor, TRUE, &fechada, FALSE);
+    SECURITY_ATTRIBUTES ninguem{sizeof ninguem, nullptr, FALSE};
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:", SDDL_REVISION_1, &ninguem.lpSecurityDescriptor,
+                                                         nullptr);
     HandleKernel mutex(CreateMutexW(&ninguem, FALSE, NomeDaInstancia(pasta_.Caminho()).c_str()));
-    ASSERT_TRUE(mutex);
+    LocalFree(ninguem.lpSecurityDescriptor);
     {
         InstanciaUnica outra(pasta_.Caminho());
         EXPECT_FALSE(outra.Possui());

@@ -13,11 +13,8 @@ MEDIDA = '''(async () => {
     await new Promise(r => setTimeout(r, 200));
     const alvo = document.querySelector('[data-alvo]'), caixa = document.getElementById('tv-launcher-box');
     const medir = e => e && (r => [r.x, r.y, r.width, r.height])(e.getBoundingClientRect());
-    let noAlvo = 0;
-    for (let i = 0; i <= 8; ++i)
-        for (let j = 0; j <= 8; ++j)
-            noAlvo += alvo && alvo.contains(document.elementFromPoint(
-                Math.floor((innerWidth - 1) * i / 8), Math.floor((innerHeight - 1) * j / 8))) ? 1 : 0;
+    const noAlvo = [[0, 0], [innerWidth - 1, innerHeight - 1], [innerWidth / 2, innerHeight / 2]].filter(
+        ponto => alvo && alvo.contains(document.elementFromPoint(...ponto))).length;
     scrollTo(1e6, 1e6);
     return {
         caixa: medir(caixa), alvo: medir(alvo), noAlvo, rolou: [scrollX, scrollY],
@@ -28,7 +25,7 @@ MEDIDA = '''(async () => {
     };
 })()'''
 TODO = [0, 0, LARGURA, ALTURA]
-CORTADA = {'caixa': TODO, 'alvo': TODO, 'noAlvo': 81, 'rolou': [0, 0], 'barras': [0, 0], 'aMostra': 0,
+CORTADA = {'caixa': TODO, 'alvo': TODO, 'noAlvo': 3, 'rolou': [0, 0], 'barras': [0, 0], 'aMostra': 0,
            'fundo': 'rgb(0, 0, 0)', 'quadros': []}
 
 ENCHIMENTO = '<p style="width:900px">' + 'Texto em volta do que interessa. ' * 30 + '</p>'

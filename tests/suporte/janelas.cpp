@@ -55,20 +55,6 @@ decltype(&DrawTextW) __imp_DrawTextW = &zu::launcher::teste::EscreverENotar;
 
 namespace zu::launcher::teste {
 
-HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao) {
-    static std::function<void(UINT, WPARAM)> atual;
-    atual = std::move(espiao);
-    WNDCLASSW classe{};
-    classe.lpfnWndProc = [](HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        atual(mensagem, wParam);
-        return DefWindowProcW(janela, mensagem, wParam, lParam);
-    };
-    classe.lpszClassName = L"ZuTeste";
-    RegisterClassW(&classe);
-    return CreateWindowExW(0, classe.lpszClassName, L"", WS_POPUP | WS_VISIBLE, 100, 100, 500, 300, nullptr, nullptr,
-                           nullptr, nullptr);
-}
-
 void Clicar(HWND controle) {
     SendMessageW(controle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
     SendMessageW(controle, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));

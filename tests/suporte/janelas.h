@@ -41,9 +41,6 @@ namespace zu::launcher::teste {
 
 using namespace std::chrono_literals;
 
-// A visible popup of 500 x 300 whose messages go to `espiao` too, of the last one alone.
-HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao);
-
 // A click or a key as the window sees it; the window may be another process's. The key waits its turn.
 void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
