@@ -109,18 +109,19 @@ TEST_F(Principal, NoMeioDaTelaMinimizaEVoltaComAMensagemQuandoOJogoNaoAbre) {
 TEST_F(Principal, CentroNaTelaSemSiteSemRuntimeEComAVisao) {
     constexpr RECT kAcima{9, 49, 445, 352};
     constexpr RECT kLinhaDaFalha{9, 352, 445, 374};
-    // Header, the rings around the centre, the logo in it; footer, panels and their shadow, border; then the strip as
-    // the pointer goes over its boxes.
+    // Header, the rings around the centre, the logo in it; footer, panels and their shadow, border; and the strip, also
+    // with the pointer over its boxes.
     const std::pair<int, const char*> telas[] = {
+        {10, "10,13=1E3CAA~0 441,10=1E1E1E~40"},
+        {441, "10,13=000000~0 441,14=EFA998~6 441,10=96140A~40"},
         {60,
          "300,20=FBFBFB 300,43=CFCFCF 300,44=969696~0 6,46=606060~0 447,384=606060~0 7,47=FFFFFF~0 446,383=FFFFFF~0 "
          "8,48=FFFFFF~0 445,382=FFFFFF~0 5,45=D4D4D4~0 448,385=D4D4D4~0 9,49=080406~0 444,381=080406~0 "
          "226,387=D4D4D4~0 2,388=606060~0 440,389=A6A6A6 440,514=D2D2D2 226,450=E2E2E2~0 226,396=FAFAFA~12 "
          "54,397=A9A9A9 226,459=BEBEBE~9 98,486=E2E2E2~0 1,200=404040~30 200,1=404040~30 225,336=F3EDE6 230,337=978A8E "
          "410,208=8B5321 200,88=9E7C4E"},
-        {60, "60,0=ECF1F7~20 60,10=CBD4E0 60,19=AEB9CB 0,20=6E6E6E~40 10,13=000000~0 441,14=C6C6C6~6 441,10=1E1E1E~40"},
-        {10, "10,13=1E3CAA~0 441,10=1E1E1E~40"},
-        {441, "10,13=000000~0 441,14=EFA998~6 441,10=96140A~40"}};
+        {60,
+         "60,0=ECF1F7~20 60,10=CBD4E0 60,19=AEB9CB 0,20=6E6E6E~40 10,13=000000~0 441,14=C6C6C6~6 441,10=1E1E1E~40"}};
     ComSite(pasta_.Caminho(), L"", {L"--sem-cef"});
     std::unique_ptr<Superficie> logo;
     {
@@ -322,8 +323,8 @@ TEST_F(Fim, ASessaoAcabaDeDentroDeUmMenuEDeUmArrasto) {
         EXPECT_TRUE(Esperar(20s, [&] {
             const HWND opcoes = FindWindowW(kClasseDasOpcoes, nullptr);
             if (laco == GUI_INMOVESIZE) {
-                mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
                 SetCursorPos(NaTela(ui.Janela()).left + 200, NaTela(ui.Janela()).top + 10);
+                mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
                 mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
                 mouse_event(MOUSEEVENTF_MOVE, 30, 20, 0, 0);
             } else if (opcoes == nullptr) {

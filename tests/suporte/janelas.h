@@ -95,8 +95,9 @@ class Interface {
         return Esperar(limite, [this] { return fim_.load(); }) ? Fechar() : -1;
     }
     int Fechar() {
+        if (!thread_.joinable()) return codigo_;
         PostMessageW(janela_, WM_CLOSE, 0, 0);
-        if (thread_.joinable()) thread_.join();
+        thread_.join();
         return codigo_;
     }
     // Runs on its thread, from its loop of messages, and returns when it has run.
