@@ -39,8 +39,6 @@
 
 namespace zu::launcher::teste {
 
-using namespace std::chrono_literals;
-
 // A click or a key as the window sees it; the window may be another process's. The key waits its turn.
 void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
@@ -75,7 +73,8 @@ class Interface {
               codigo_ = RodarInterface();
               fim_ = true;
           }) {
-        Esperar(10s, [this] { return IsWindowVisible(janela_ = FindWindowW(kClasseDaJanela, nullptr)) != FALSE; });
+        Esperar(std::chrono::seconds(10),
+                [this] { return IsWindowVisible(janela_ = FindWindowW(kClasseDaJanela, nullptr)) != FALSE; });
     }
     Interface(const Interface&) = delete;
     Interface& operator=(const Interface&) = delete;
@@ -86,7 +85,7 @@ class Interface {
     // What of it the screen does not come to show.
     [[nodiscard]] std::string Provar(const std::string& provas) const {
         std::string faltas;
-        Esperar(10s, [&] { return (faltas = Superficie(janela_).Provar(provas)).empty(); });
+        Esperar(std::chrono::seconds(10), [&] { return (faltas = Superficie(janela_).Provar(provas)).empty(); });
         return faltas;
     }
     [[nodiscard]] bool Terminou() const { return fim_; }
@@ -103,7 +102,7 @@ class Interface {
     // Runs on its thread, from its loop of messages, and returns when it has run.
     static void NaThread(const std::function<void()>& trabalho) {
         trabalho_ = &trabalho;
-        EXPECT_TRUE(Esperar(5s, [] { return trabalho_ == nullptr; }));
+        EXPECT_TRUE(Esperar(std::chrono::seconds(5), [] { return trabalho_ == nullptr; }));
     }
 
  private:
@@ -127,7 +126,7 @@ class ComServidor : public testing::Test {
     ~ComServidor() override { EsperarRepouso(); }
 
     static void EsperarRepouso() {
-        EXPECT_TRUE(Esperar(30s, [] { return !ObterControlador().Atualizando(); }));
+        EXPECT_TRUE(Esperar(std::chrono::seconds(30), [] { return !ObterControlador().Atualizando(); }));
     }
     void Publicar(const std::map<std::string, std::string>& arquivos) {
         publicacao_.arquivos = arquivos;
@@ -148,7 +147,7 @@ class ComServidor : public testing::Test {
     static std::string TextoDaCaixa() {
         constexpr int kTexto = 0xFFFF;
         wchar_t texto[400]{};
-        Esperar(20s, [] { return GetDlgItem(CaixaDeMensagem(), kTexto) != nullptr; });
+        Esperar(std::chrono::seconds(20), [] { return GetDlgItem(CaixaDeMensagem(), kTexto) != nullptr; });
         SendDlgItemMessageW(CaixaDeMensagem(), kTexto, WM_GETTEXT, std::size(texto), reinterpret_cast<LPARAM>(texto));
         return ParaUtf8(texto);
     }
