@@ -1,151 +1,101 @@
+// What no window shows of the front ends' one object. The shell's call is replaced, so that nothing opens.
 #include "app/controlador.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
+// after windows.h
+#include <shellapi.h>
 
-#include <algorithm>
-#include <array>
-
-#include "core/formato.h"
 #include "game/jogo.h"
-#include "game/opcoes.h"
 #include "game/requisitos.h"
+#include "game/veredito.h"
 #include "tests/suporte/espera.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
-#include "update/jogo_aberto.h"
 
 namespace zu::launcher {
 namespace {
 
 using namespace std::chrono_literals;
-using std::chrono::milliseconds;
 
-class Observador : public ObservadorLauncher {
- public:
-    void Notificar(const EventoLauncher& evento) override { eventos.push_back(static_cast<int>(evento.numero)); }
-    std::vector<int> eventos;
-};
+std::wstring abertos;  // targets, a line each
 
-class Controlador : public testing::Test {
- protected:
-    Controlador() {
-        teste::Configurar(pasta_.Caminho(), "");
-        InstalarJogo();
-        controlador_.DefinirObservador(&observador_);
-        controlador_.DefinirSaida([this] { saiu_ = true; });
-    }
-
-    void InstalarJogo() { std::filesystem::copy_file(teste::kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe"); }
-    void Opcoes(const std::string& api, bool fechar) {
-        OpcoesJogo opcoes;
-        opcoes.api = api;
-        opcoes.fecharAoJogar = fechar ? 1 : 0;
-        GravarOpcoesJogo(opcoes);
-    }
-    // Ticks until nothing is under way and the probe has been taken in.
-    static void Girar(ControladorLauncher& controlador) {
-        teste::Esperar(10s, [&] {
-            controlador.Tick();
-            return !controlador.Ocupado() && ObterRequisitos().concluido;
-        });
-        controlador.Tick();
-    }
-    void Girar() { Girar(controlador_); }
-    // A game that still runs would keep the test's folder.
-    void EsperarFimDoJogo() const {
-        EXPECT_TRUE(teste::Esperar(5s, [this] { return !JogoAberto(pasta_.Caminho()); }));
-    }
-    void Comecar() {
-        controlador_.Iniciar();
-        Girar();
-    }
-    [[nodiscard]] int QuantasLinhas(std::string_view inicio) const {
-        const auto linhas = teste::LinhasDoLog(pasta_);
-        return static_cast<int>(std::ranges::count_if(linhas, [&](const auto& l) { return l.starts_with(inicio); }));
-    }
-
-    teste::PastaTemporaria pasta_{L"Jogo é"};
-    Observador observador_;
-    bool saiu_ = false;
-    ControladorLauncher controlador_{
-        {.limiteDoDiagnostico = milliseconds(5000), .esperaConfirmacao = milliseconds(600)}};
-};
-
-TEST_F(Controlador, OsTresFinsDoAperto) {
-    const std::pair<const char*, const char*> casos[] = {
-        {"", "Lançamento: anti-hack confirmou o token"},
-        {"aperto=sair\n", "Lançamento: o jogo fechou antes de confirmar"},
-        {"aperto=calar\nviver=1500\n", "Lançamento: sem confirmação do anti-hack no tempo do protocolo"},
-    };
-    Opcoes("vulkan", false);
-    Comecar();
-    int abertos = 0;
-    for (const auto& [modo, linha] : casos) {
-        pasta_.Escrever("jogo_falso.txt", modo);
-        ASSERT_TRUE(controlador_.PodeJogar());
-        controlador_.Jogar();
-        EXPECT_TRUE(controlador_.AbrindoJogo());
-        EXPECT_FALSE(controlador_.PodeJogar());
-        controlador_.Jogar();  // a second press
-        Girar();
-        EXPECT_EQ(QuantasLinhas(linha), 1) << linha;
-        EXPECT_EQ(QuantasLinhas("Jogo aberto: Zu.exe --api=vulkan (pid "), ++abertos);
-    }
-    EXPECT_TRUE(observador_.eventos.empty());
-    EXPECT_FALSE(saiu_);
-    EXPECT_EQ(QuantasLinhas("Jogar: "), 0);
-    const std::string visto = pasta_.Ler("jogo_falso.log");
-    EXPECT_NE(visto.find("api vulkan"), std::string::npos) << visto;
-    EXPECT_NE(visto.find("token certo"), std::string::npos) << visto;
-    EXPECT_EQ(visto.find("token errado"), std::string::npos) << visto;
-    EsperarFimDoJogo();
+HINSTANCE WINAPI Abrir(HWND, LPCWSTR verbo, LPCWSTR alvo, LPCWSTR parametros, LPCWSTR pasta, INT mostrar) {
+    const bool simples = std::wstring(L"open") == verbo && parametros == nullptr && pasta == nullptr;
+    abertos += (simples && mostrar == SW_SHOWNORMAL ? L"" : L"errado: ") + std::wstring(alvo) + L"\n";
+    return nullptr;
 }
 
-TEST_F(Controlador, FecharAoJogarEscondeESaiOuMostraDeNovo) {
-    Opcoes("d3d12", true);
-    pasta_.Escrever("jogo_falso.txt", "viver=10\n");
-    Comecar();
-    controlador_.Jogar();
-    Girar();
-    EXPECT_EQ(observador_.eventos, std::vector<int>{0});
-    EXPECT_TRUE(saiu_);
-    EsperarFimDoJogo();
+}  // namespace
 
-    std::filesystem::remove(pasta_ / "Zu.exe");
-    pasta_.Escrever("Zu.exe", "não é um programa");
-    controlador_.Jogar();
-    Girar();
-    EXPECT_EQ(observador_.eventos, (std::vector<int>{0, 0, 1}));
-    EXPECT_EQ(QuantasLinhas("Jogar: não foi possível abrir o Zu.exe (erro "), 1);
-    EXPECT_TRUE(controlador_.TomarMensagemFinal().starts_with("não foi possível abrir o Zu.exe (erro "));
-    // Handed out once; a launcher that was sealed without updates has no more to say.
-    EXPECT_EQ(controlador_.TomarMensagemFinal(), "");
-    EXPECT_EQ(QuantasLinhas("[update] Atualização automática não configurada (Launcher.emu: AutoUpdate"), 1);
+// In place of the import library's.
+extern "C" {
+decltype(&ShellExecuteW) __imp_ShellExecuteW = &Abrir;
+}
 
-    for (const bool pasta : {false, true}) {
-        std::filesystem::remove(pasta_ / "Zu.exe");
-        if (pasta) std::filesystem::create_directory(pasta_ / "Zu.exe");
-        EXPECT_FALSE(controlador_.PodeJogar());
+namespace {
+
+// Fault: a launcher that was sealed without updates greets every player with a warning.
+TEST(Controlador, SemServicoNadaADizerESemJogoNadaAAbrir) {
+    const teste::PastaTemporaria pasta;
+    teste::Configurar(pasta.Caminho(), "");
+    ControladorLauncher controlador;
+    controlador.Iniciar();
+    EXPECT_TRUE(teste::Esperar(10s, [&] { return !controlador.Atualizando(); }));
+    EXPECT_EQ(controlador.TomarMensagemFinal(), "");
+    for (int volta = 0; volta < 2; ++volta) {
         std::string erro;
-        EXPECT_FALSE(AbrirJogo(erro));
+        EXPECT_FALSE(controlador.PodeJogar() || AbrirJogo(erro));
         EXPECT_EQ(erro, "Zu.exe não encontrado na pasta do jogo. Feche e abra o launcher para baixar de novo.");
+        std::filesystem::create_directory(pasta / "Zu.exe");
     }
 }
 
-TEST_F(Controlador, CorrigeAApiQueNaoRodaSeAOutraRoda) {
-    const std::array<const char*, 3> casos[] = {{"so_vulkan", "d3d12", "vulkan"}, {"so_d3d12", "vulkan", "d3d12"},
-                                                {"bom", "vulkan", "vulkan"},      {"so_vulkan", "vulkan", "vulkan"},
-                                                {"falha", "d3d12", "d3d12"},      {"nenhum", "vulkan", "vulkan"}};
-    for (const auto& [relatorio, gravada, fica] : casos) {
-        pasta_.Escrever("jogo_falso.txt", Formatar("relatorio={}\n", relatorio));
-        Opcoes(gravada, true);
-        ControladorLauncher controlador({.limiteDoDiagnostico = milliseconds(5000)});
-        controlador.Iniciar();
-        Girar(controlador);
-        EXPECT_EQ(LerOpcoesJogo().api, fica) << relatorio << " " << gravada;
+TEST(Controlador, ApiQueNaoRodaDaLugarAOutraSeAOutraRoda) {
+    const std::tuple<const char*, bool, bool, bool, const char*> casos[] = {{"d3d12", true, false, true, "vulkan"},
+                                                                            {"vulkan", true, true, false, "d3d12"},
+                                                                            {"vulkan", true, true, true, "vulkan"},
+                                                                            {"d3d12", true, false, false, "d3d12"},
+                                                                            {"d3d12", false, false, true, "d3d12"}};
+    for (const auto& [api, lido, d3d12, vulkan, fica] : casos)
+        EXPECT_EQ(ApiQueRoda(api, {.relatorioLido = lido, .d3d12 = d3d12, .vulkan = vulkan}), fica) << api << vulkan;
+}
+
+TEST(Controlador, EnderecoSoDaWebEEmMinusculas) {
+    abertos.clear();
+    for (const char* endereco :
+         {"http:/a", "HTTP://a", " https://a", "file:///C:/a", "C:\\a.exe", "http://á", "https://b?c=1 2"})
+        AbrirEndereco(endereco);
+    EXPECT_EQ(abertos, L"http://á\nhttps://b?c=1 2\n");
+}
+
+TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
+    const teste::PastaTemporaria pasta(L"Jogo é");
+    const std::filesystem::path jogo = pasta.Caminho();
+    std::filesystem::copy_file(teste::kPastaBin / "jogo_falso.exe", pasta / "Zu.exe");
+    pasta.Escrever("jogo_falso.json", R"({"relatorio": "Item | a\n[X] DirectX 12 | b | c | d"})");
+    const struct {
+        const char *palavra, *relatorio, *registro;
+        std::wstring alvo;
+    } casos[] = {
+        {"registrar", "vazio", "https://registro/", L"https://registro/\n"},
+        {"registrar", "vazio", "", L"https://site/\n"},
+        {"driver", "copiar", "", L"ms-settings:windowsupdate\n"},
+        {"driver", "sem_driver", "", L"https://www.amd.com/pt/support/download/drivers.html\n"},
+        {"driver", "vazio", "", L""},
+        // Not the program or the link of the folder's name that may lie beside it.
+        {"pasta", "vazio", "", jogo.native() + L"\\\n"},
+        {"log", "vazio", "", (jogo / L"ZuLauncher.log").native() + L"\n"},
+    };
+    for (const auto& [palavra, relatorio, registro, alvo] : casos) {
+        DefinirConfig({.pastaJogo = jogo, .urlSite = "https://site/", .urlRegistro = registro});
+        pasta.Escrever("jogo_falso.txt", std::string("relatorio=") + relatorio);
+        IniciarRequisitos();
+        EXPECT_TRUE(teste::Esperar(30s, [] { return ObterRequisitos().concluido; }));
+        abertos.clear();
+        ObterControlador().Acao(palavra);
+        EXPECT_EQ(abertos, alvo) << palavra << " " << relatorio;
     }
-    EXPECT_EQ(QuantasLinhas("A API gravada ("), 2);
-    EXPECT_EQ(QuantasLinhas("A API gravada (d3d12) não roda neste PC: trocando para a outra"), 1);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <set>
 #include <vector>
 
-#include "core/formato.h"
 #include "core/texto.h"
 #include "core/utf16.h"
 #include "tests/suporte/processo.h"
@@ -25,20 +24,14 @@ std::set<std::string> Importadas(const BYTE* imagem, const IMAGE_NT_HEADERS64& c
     return nomes;
 }
 
-// As the properties of the file show it, both forms of it.
-std::string Versoes(const std::filesystem::path& caminho) {
+// As the properties of the file show it.
+std::string Versao(const std::filesystem::path& caminho) {
     std::vector<char> dados(GetFileVersionInfoSizeW(caminho.c_str(), nullptr));
-    VS_FIXEDFILEINFO* fixa = nullptr;
     wchar_t* texto = nullptr;
     UINT tamanho = 0;
-    if (!GetFileVersionInfoW(caminho.c_str(), 0, static_cast<DWORD>(dados.size()), dados.data()) ||
-        !VerQueryValueW(dados.data(), L"\\", reinterpret_cast<void**>(&fixa), &tamanho) ||
-        !VerQueryValueW(dados.data(), L"\\StringFileInfo\\041604B0\\FileVersion", reinterpret_cast<void**>(&texto),
-                        &tamanho)) {
-        return "sem versão";
-    }
-    return Formatar("{}.{}.{} {}", HIWORD(fixa->dwFileVersionMS), LOWORD(fixa->dwFileVersionMS),
-                    HIWORD(fixa->dwFileVersionLS), ParaUtf8(texto));
+    GetFileVersionInfoW(caminho.c_str(), 0, static_cast<DWORD>(dados.size()), dados.data());
+    const wchar_t* const lugar = L"\\StringFileInfo\\041604B0\\FileVersion";
+    return VerQueryValueW(dados.data(), lugar, reinterpret_cast<void**>(&texto), &tamanho) ? ParaUtf8(texto) : "";
 }
 
 TEST(Importacoes, SoDllsQueOSistemaGuardaEVersaoIconeEManifesto) {
@@ -60,7 +53,7 @@ TEST(Importacoes, SoDllsQueOSistemaGuardaEVersaoIconeEManifesto) {
         EXPECT_TRUE(Importadas(imagem, cabeca).contains("kernel32.dll"));
         for (const std::string& dll : Importadas(imagem, cabeca))
             EXPECT_TRUE(conhecidas.contains(dll)) << dll;
-        EXPECT_EQ(Versoes(programa), ZU_VERSAO " " ZU_VERSAO);
+        EXPECT_EQ(Versao(programa), ZU_VERSAO);
         EXPECT_NE(FindResourceW(modulo, MAKEINTRESOURCEW(1), RT_GROUP_ICON), nullptr);
         EXPECT_NE(FindResourceW(modulo, MAKEINTRESOURCEW(1), RT_MANIFEST), nullptr);
         FreeLibrary(modulo);

@@ -31,8 +31,9 @@ namespace {
 
 using namespace teste;
 
+using Linhas = std::vector<std::string>;
 const std::string kLinhaDeSucesso =
-    Formatar("WebView2 {} ({})\n", kVersaoFalsa, ParaUtf8((kAplicativoFalso / kVersaoFalsa).native()));
+    Formatar("WebView2 {} ({})", kVersaoFalsa, ParaUtf8((kAplicativoFalso / kVersaoFalsa).native()));
 
 class VisaoDoSite : public testing::Test {
  protected:
@@ -62,18 +63,17 @@ class VisaoDoSite : public testing::Test {
         while (entregas-- > 0)
             falso_.Entregar();
     }
-    [[nodiscard]] std::string Log() const {
-        std::string log;
-        if (!pasta_.Tem("ZuLauncher.log")) return log;
-        for (const std::string& linha : LinhasDoLog(pasta_))
-            log += linha + "\n";
-        return log;
-    }
     // The centre has been drawn again for the view's end, and for its coming where it came.
-    void EsperarFalha(const std::string& linhas, int repinturas = 1) {
-        EXPECT_TRUE(visao_->site_failed() && visao_->Assentou() && !visao_->Presente()) << linhas;
-        EXPECT_EQ(repinturas_, repinturas) << linhas;
-        EXPECT_EQ(Log(), linhas);
+    void EsperarFalha(const std::string& linha, std::size_t antes = 1, int repinturas = 1) {
+        EXPECT_TRUE(visao_->site_failed() && visao_->Assentou() && !visao_->Presente()) << linha;
+        EXPECT_EQ(repinturas_, repinturas) << linha;
+        Linhas linhas(antes, kLinhaDeSucesso);
+        linhas.push_back("WebView2: " + linha);
+        EXPECT_EQ(LinhasDoLog(pasta_), linhas);
+        EsperarNadaVivo(linha);
+    }
+    void EsperarSucesso(const std::string& quando) {
+        EXPECT_EQ(LinhasDoLog(pasta_), Linhas{kLinhaDeSucesso}) << quando;
     }
     void EsperarNadaVivo(const std::string& quando) {
         EXPECT_EQ(std::pair(falso_.Vivos(), falso_.Faltas()), std::pair(0, 0)) << quando << "\n" << falso_.Chamadas();
@@ -92,37 +92,35 @@ class VisaoDoSite : public testing::Test {
 };
 
 TEST_F(VisaoDoSite, DoRegistroDaMaquinaAoDoUsuarioAPasta) {
-    const std::wstring& aqui = kAplicativoFalso.native();
     const std::wstring versao = DeUtf8(kVersaoFalsa);
-    const std::wstring outra = (pasta_ / "outra").native();
     const struct {
         const wchar_t* maquina;
-        std::wstring pvMaquina, lugarMaquina, pvUsuario, lugarUsuario;
+        std::wstring pvMaquina;
+        bool lugarMaquina;
+        std::wstring pvUsuario;
     } casos[] = {
-        {L"maquina", versao, aqui, L"1.2.3.4", outra},
-        {L"maquina", L"0.0.0.0", outra, versao, aqui},
-        {L"maquina", L"", outra, versao, aqui},
-        {L"maquina", L"1.2.3.4", L"", versao, aqui},
-        {L"outro", L"1.2.3.4", outra, versao, aqui},  // the 64-bit view, where the runtime's installer does not write
-        {L"maquina", L"0.0.0.0", outra, L"0.0.0.0", outra},  // the folder has it
+        {L"maquina", versao, true, L"1.2.3.4"},
+        {L"maquina", L"0.0.0.0", true, versao},
+        {L"maquina", L"", true, versao},
+        {L"maquina", L"1.2.3.4", false, versao},
+        {L"outro", L"1.2.3.4", true, versao},        // the 64-bit view, where the runtime's installer does not write
+        {L"maquina", L"0.0.0.0", true, L"0.0.0.0"},  // the folder has it
     };
     const auto gravar = [](const std::wstring& lugar, const wchar_t* nome, const std::wstring& valor) {
-        if (valor.empty() && nome == std::wstring_view(L"location")) return;
         const std::wstring chave =
             kRegistro + L"\\" + lugar +
             L"\\SOFTWARE\\Microsoft\\EdgeUpdate\\Clients\\{F3017226-FE2A-4295-8BDF-00C3A9A7E4C5}";
         RegSetKeyValueW(HKEY_CURRENT_USER, chave.c_str(), nome, REG_SZ, valor.c_str(),
                         static_cast<DWORD>((valor.size() + 1) * sizeof(wchar_t)));
     };
-    for (const auto& [maquina, pvMaquina, lugarMaquina, pvUsuario, lugarUsuario] : casos) {
+    for (const auto& [maquina, pvMaquina, lugarMaquina, pvUsuario] : casos) {
         RegDeleteTreeW(HKEY_CURRENT_USER, kRegistro.c_str());
         gravar(maquina, L"pv", pvMaquina);
-        gravar(maquina, L"location", lugarMaquina);
+        if (lugarMaquina) gravar(maquina, L"location", kAplicativoFalso.native());
         gravar(L"usuario", L"pv", pvUsuario);
-        gravar(L"usuario", L"location", lugarUsuario);
+        gravar(L"usuario", L"location", kAplicativoFalso.native());
         Nova();
-        EXPECT_EQ(Log(), kLinhaDeSucesso) << ParaUtf8(pvMaquina);
-        EXPECT_TRUE(visao_->Presente());
+        EsperarSucesso(ParaUtf8(pvMaquina));
     }
 }
 
@@ -133,23 +131,22 @@ TEST_F(VisaoDoSite, SemRuntimeOuComUmQueNaoCarrega) {
     };
     const auto esperarQueNaoCarregue = [&](const char* versao, DWORD erro) {
         Nova();
-        EsperarFalha(Formatar("WebView2: não foi possível carregar {} (erro {})\n",
-                              ParaUtf8((pasta_ / dll(versao)).native()), erro));
+        EsperarFalha(
+            Formatar("não foi possível carregar {} (erro {})", ParaUtf8((pasta_ / dll(versao)).native()), erro), 0);
     };
     Nova();
-    EsperarFalha("WebView2: runtime não instalado; o centro mostra a logo\n");
-    for (const char* versao : {"9.0.0.1", "10.0.0.9", "10.0.0.10", "SetupMetrics", "11.0.0", "11.0.0.0.1", "11.0.0.x"})
+    EsperarFalha("runtime não instalado; o centro mostra a logo", 0);
+    for (const char* versao : {"9.0.0.1", "10.0.0.9", "10.0.0.10", "11.0.0", "11.0.0.0.1", "11.0.0.x"})
         pasta_.Escrever(dll(versao), "não é uma DLL");
-    for (const char* versao : {"12.0.0.0", "10.0.1.0"})
-        std::filesystem::create_directories((pasta_ / dll(versao)).parent_path());
+    std::filesystem::create_directories((pasta_ / dll("12.0.0.0")).parent_path());
     esperarQueNaoCarregue("10.0.0.10", ERROR_BAD_EXE_FORMAT);
     // A DLL of another kind.
+    std::filesystem::create_directories((pasta_ / dll("10.0.1.0")).parent_path());
     std::filesystem::copy_file(std::filesystem::path(VariavelDeAmbiente(L"SystemRoot")) / "system32" / "version.dll",
                                pasta_ / dll("10.0.1.0"));
     esperarQueNaoCarregue("10.0.1.0", ERROR_PROC_NOT_FOUND);
     Nova({}, 0, L"");
-    EXPECT_TRUE(visao_->Assentou() && !visao_->site_failed() && !visao_->Presente());
-    EXPECT_EQ(Log(), "");
+    EXPECT_TRUE(visao_->Assentou() && !visao_->site_failed() && !pasta_.Tem("ZuLauncher.log"));
 }
 
 TEST_F(VisaoDoSite, NaOrdemEInvisivelAteAPrimeiraPagina) {
@@ -161,38 +158,27 @@ TEST_F(VisaoDoSite, NaOrdemEInvisivelAteAPrimeiraPagina) {
         ScriptRecorte("#a'b\\c") +
         "\nadd_NavigationCompleted\nadd_NavigationStarting\nadd_NewWindowRequested\nadd_ProcessFailed\n"
         "Navigate http://site.example/\nNotifyParentWindowPositionChanged\n";
-    for (const bool dentro : {true, false}) {
-        Nova({.dentro = dentro}, 0);
-        EXPECT_EQ(visao_->Presente(), dentro);
-        EntregarTudo();
-        EXPECT_TRUE(visao_->Presente());
-        // What the window does meanwhile does not show it early.
-        visao_->DefinirVisivel(false);
-        visao_->DefinirVisivel(true);
-        visao_->JanelaMoveu();
-        EXPECT_EQ(falso_.Chamadas(), ordem);
-        EXPECT_FALSE(visao_->Assentou());
-        visao_->DefinirVisivel(false);
-        falso_.NavigationCompleted();
-        EXPECT_TRUE(visao_->site_shown() && visao_->Assentou());
-        visao_->DefinirVisivel(true);
-        falso_.NavigationCompleted();
-        visao_->Liberar();
-        visao_->DefinirVisivel(false);
-        visao_->JanelaMoveu();
-        EXPECT_EQ(falso_.Chamadas(), ordem + "put_IsVisible 0\nput_IsVisible 1\nput_IsVisible 1\nClose\n");
-        EsperarNadaVivo(dentro ? "dentro" : "depois");
-        EXPECT_FALSE(visao_->site_failed());
-        EXPECT_EQ(Log(), kLinhaDeSucesso);
-    }
+    Nova();
+    // What the window does meanwhile does not show it early.
+    visao_->DefinirVisivel(true);
+    visao_->JanelaMoveu();
+    visao_->DefinirVisivel(false);
+    EXPECT_EQ(falso_.Chamadas(), ordem);
+    EXPECT_TRUE(visao_->Presente() && !visao_->Assentou());
+    falso_.Ocorrer(Ocorrencia::kNavigationCompleted);
+    EXPECT_TRUE(visao_->site_shown() && visao_->Assentou());
+    visao_->DefinirVisivel(true);
+    falso_.Ocorrer(Ocorrencia::kNavigationCompleted);
+    visao_->Liberar();
+    visao_->DefinirVisivel(false);
+    visao_->JanelaMoveu();
+    EXPECT_EQ(falso_.Chamadas(), ordem + "put_IsVisible 0\nput_IsVisible 1\nput_IsVisible 1\nClose\n");
+    EsperarNadaVivo("no fim");
+    EXPECT_FALSE(visao_->site_failed());
 }
 
 TEST_F(VisaoDoSite, FalhaEmCadaEtapa) {
-    const struct {
-        const char* etapa;
-        HRESULT falha;
-        const char* linha;
-    } casos[] = {
+    const std::tuple<const char*, HRESULT, const char*> casos[] = {
         {"entrada", E_ACCESSDENIED, "o ambiente não abriu (0x80070005)"},
         {"ambiente", E_FAIL, "o ambiente não abriu (0x80004005)"},
         {"ambiente", S_OK, "o ambiente não abriu (0x00000000)"},
@@ -207,24 +193,27 @@ TEST_F(VisaoDoSite, FalhaEmCadaEtapa) {
         {"Navigate", E_INVALIDARG, "o site não abriu (0x80070057)"},
     };
     for (const auto& [etapa, falha, linha] : casos) {
-        for (const bool dentro : {true, false}) {
-            Nova({.falharEm = etapa, .falha = falha, .dentro = dentro});
-            EsperarFalha(Formatar("{}WebView2: {}\n", kLinhaDeSucesso, linha));
-            EsperarNadaVivo(etapa);
-        }
+        Nova({.falharEm = etapa, .falha = falha});
+        EsperarFalha(linha);
+        // The answer to a window that is on its way out is no failure.
+        if (std::string_view(etapa) != "ambiente" && std::string_view(etapa) != "controlador") continue;
+        Nova({.falharEm = etapa, .falha = falha}, 0);
+        terminando_ = true;
+        EntregarTudo();
+        EXPECT_FALSE(visao_->site_failed()) << etapa;
+        EsperarSucesso(etapa);
+        EsperarNadaVivo(etapa);
     }
     // A view that cannot tell of its end is still a view.
     Nova({.falharEm = "add_ProcessFailed"});
-    EXPECT_TRUE(visao_->Presente() && !visao_->site_failed());
+    EXPECT_TRUE(visao_->Presente());
     // The browser's or the page's own process; the end of any other hurts only a part of the view.
-    for (std::int32_t tipo = 0; tipo <= 9; ++tipo) {
+    for (std::int32_t tipo = 0; tipo <= 2; ++tipo) {
         Nova();
-        falso_.NavigationCompleted();
-        falso_.ProcessFailed({.tipo = tipo});
+        falso_.Ocorrer(Ocorrencia::kProcessFailed, {.tipo = tipo});
         EXPECT_EQ(visao_->Presente(), tipo > 1) << tipo;
         if (tipo > 1) continue;
-        EsperarFalha(Formatar("{}WebView2: o processo do site terminou (tipo {})\n", kLinhaDeSucesso, tipo), 2);
-        EsperarNadaVivo("depois da queda");
+        EsperarFalha(Formatar("o processo do site terminou (tipo {})", tipo), 1, 2);
     }
 }
 
@@ -232,34 +221,21 @@ TEST_F(VisaoDoSite, FalhaEmCadaEtapa) {
 TEST_F(VisaoDoSite, FecharOLauncherEmCadaEtapa) {
     constexpr int kEntregas = 2;
     for (int feitas = 0; feitas <= kEntregas; ++feitas) {
-        for (const std::string fim : {"terminando", "liberada", "destruída"}) {
-            const std::string quando = Formatar("{} depois de {}", fim, feitas);
+        for (const bool liberada : {false, true}) {
+            const std::string quando = Formatar("{} {}", liberada ? "liberada" : "terminando", feitas);
             Nova({}, feitas);
-            if (fim == "terminando") falso_.DestruirJanela();
+            if (!liberada) falso_.DestruirJanela();
             EXPECT_EQ(visao_->Presente(), feitas == kEntregas) << quando;
             terminando_ = true;
-            if (fim == "liberada") visao_->Liberar();
-            if (fim == "destruída") visao_.reset();
+            if (liberada) visao_->Liberar();
             EntregarTudo();
-            if (feitas < kEntregas || fim != "terminando") {
-                EXPECT_FALSE(visao_ && visao_->Presente()) << quando;
-                EsperarNadaVivo(quando);
-            }
-            falso_.NavigationCompleted();
+            if (feitas < kEntregas || liberada) EsperarNadaVivo(quando);
+            falso_.Ocorrer(Ocorrencia::kNavigationCompleted);
             visao_.reset();
             EsperarNadaVivo(quando);
             EXPECT_EQ(repinturas_, feitas == kEntregas ? 1 : 0) << quando;
-            EXPECT_EQ(Log(), kLinhaDeSucesso) << quando;
+            EsperarSucesso(quando);
         }
-    }
-    // The answer to a window that is on its way out is no failure.
-    for (const char* etapa : {"ambiente", "controlador"}) {
-        Nova({.falharEm = etapa, .falha = E_ABORT}, 0);
-        terminando_ = true;
-        EntregarTudo();
-        EXPECT_FALSE(visao_->site_failed()) << etapa;
-        EXPECT_EQ(Log(), kLinhaDeSucesso) << etapa;
-        EsperarNadaVivo(etapa);
     }
 }
 
@@ -271,19 +247,16 @@ TEST_F(VisaoDoSite, OQueSaiParaONavegador) {
         {{L"http://site.example/", true}, false, true},              // the launcher's own
         {{L"http://site.example/inicio", true, true}, false, true},  // redirected
         {{L"http://site.example/sozinha", false, false}, false, true},
-        {{L"http://site.example/clique", true, false}, true, true},
         {{L"https://loja.example/?a=1&b=\"2\"", true, false}, true, true},
-        {{L"mailto:equipe@site.example", true, false}, true, false},
         {{L"\\\\servidor\\http://", true, false}, true, false},
         {{L"httpx://site.example/", true, false}, true, false},
-        {{L"", true, false}, true, false},
     };
     Nova();
     for (const auto& [evento, cancela, daRede] : casos) {
         const std::string uri = ParaUtf8(evento.uri);
-        EXPECT_EQ(falso_.NavigationStarting(evento), cancela) << uri;
+        EXPECT_EQ(falso_.Ocorrer(Ocorrencia::kNavigationStarting, evento), cancela) << uri;
         EXPECT_EQ(std::exchange(abertos_, ""), cancela && daRede ? uri + "\n" : "");
-        EXPECT_TRUE(falso_.NewWindowRequested(evento)) << uri;
+        EXPECT_TRUE(falso_.Ocorrer(Ocorrencia::kNewWindow, evento)) << uri;
         EXPECT_EQ(std::exchange(abertos_, ""), daRede ? uri + "\n" : "");
     }
     visao_.reset();

@@ -1,36 +1,31 @@
-"""The launcher's page script in a real browser: paginas.py SCRIPT_PRINTER CHROMIUM SERVED_FOLDER ADDRESS PROFILE
+"""The launcher's page script in a real browser: paginas.py FOLDER, where the script's printer and the browser's two
+pipes lie.
 
 Every page is loaded as the launcher's view loads it, with the script run before the document exists, and its layout is
 measured: the page is cut down to its element, or looks exactly as it does without the script."""
-import pathlib, subprocess, sys
-
-from navegador import Navegador
+import itertools, json, pathlib, subprocess, sys
 
 LARGURA, ALTURA = 436, 333  # of the view, in pixels
 
 # [data-alvo] is what the selector means, known without it.
 MEDIDA = '''(async () => {
+    if (document.readyState !== 'complete') await new Promise(r => addEventListener('load', r));
     await new Promise(r => setTimeout(r, 200));
     const alvo = document.querySelector('[data-alvo]'), caixa = document.getElementById('tv-launcher-box');
     const medir = e => e && (r => [r.x, r.y, r.width, r.height])(e.getBoundingClientRect());
-    let noAlvo = 0;
-    for (let i = 0; i <= 8; ++i)
-        for (let j = 0; j <= 8; ++j)
-            noAlvo += alvo && alvo.contains(document.elementFromPoint(
-                Math.floor((innerWidth - 1) * i / 8), Math.floor((innerHeight - 1) * j / 8))) ? 1 : 0;
+    const noAlvo = [[0, 0], [innerWidth - 1, innerHeight - 1], [innerWidth / 2, innerHeight / 2]].filter(
+        ponto => alvo && alvo.contains(document.elementFromPoint(...ponto))).length;
     scrollTo(1e6, 1e6);
     return {
         caixa: medir(caixa), alvo: medir(alvo), noAlvo, rolou: [scrollX, scrollY],
         barras: [innerWidth - document.documentElement.clientWidth, innerHeight - document.documentElement.clientHeight],
-        aMostra: [...new Set([...document.body.children].filter(e => e !== caixa && e.getClientRects().length)
-                             .map(e => e.tagName))],
+        aMostra: [...document.body.children].filter(e => e !== caixa && e.getClientRects().length).length,
         fundo: getComputedStyle(document.body).backgroundColor,
-        quadros: [...document.querySelectorAll('iframe')].map(
-            f => [f.contentDocument.body.innerText, !!f.contentDocument.getElementById('tv-launcher-box')]),
+        quadros: [...document.querySelectorAll('iframe')].map(f => f.contentDocument.body.innerText),
     };
 })()'''
 TODO = [0, 0, LARGURA, ALTURA]
-CORTADA = {'caixa': TODO, 'alvo': TODO, 'noAlvo': 81, 'rolou': [0, 0], 'barras': [0, 0], 'aMostra': [],
+CORTADA = {'caixa': TODO, 'alvo': TODO, 'noAlvo': 3, 'rolou': [0, 0], 'barras': [0, 0], 'aMostra': 0,
            'fundo': 'rgb(0, 0, 0)', 'quadros': []}
 
 ENCHIMENTO = '<p style="width:900px">' + 'Texto em volta do que interessa. ' * 30 + '</p>'
@@ -43,66 +38,64 @@ def pagina(corpo, cabeca=ESTILO):
            f'{ENCHIMENTO * 5}<footer>fim</footer></body></html>'
 
 
-def alvo(atributos, dentro='<b>notícias</b>'):
-    return f'<div class="alvo" data-alvo {atributos}>{dentro}</div>'
-
-
-def politica(texto):
-    return f'<meta http-equiv="Content-Security-Policy" content="{texto}">'
+def alvo(atributos):
+    return f'<div class="alvo" data-alvo {atributos}><b>notícias</b></div>'
 
 
 FUNDO = '<div style="position:relative;overflow:hidden;width:250px;height:90px;opacity:.9">' * 40
 TARDE = '''<script>addEventListener('load', () => setTimeout(() => document.body.insertAdjacentHTML('afterbegin',
 '<div class="alvo" id="a" data-alvo></div>'), 50))</script>'''
-QUADRO = '<iframe src="quadro.html" style="width:80px;height:60px"></iframe>'
-SEM_RECORTE = None
-# The page forbids the style that the script brings, and the element only moves to the end.
-SEM_ESTILO = {'aMostra': ['H1', 'P', 'FOOTER']}
+SEM_SCRIPTS = '<meta http-equiv="Content-Security-Policy" content="script-src \'none\'">'
 
-# name, selector, page, what differs from a page that is cut
+# name, selector, page, what differs from a page that is cut; None: everything, it stays as it is
 CASOS = [
-    ('presente', '#a', pagina(ENCHIMENTO + alvo('id="a"')), {}),
-    ('o primeiro de dois', '.alvo', pagina(alvo('') + '<div class="alvo">outro</div>'), {}),
-    ('ausente', '#nada', pagina(alvo('id="a"')), SEM_RECORTE),
-    ('no fundo', 'main .alvo', pagina('<main>' + FUNDO + alvo('') + '</div>' * 40 + '</main>'), {}),
-    ('inserido tarde', '#a', pagina(TARDE), SEM_RECORTE),
-    ('com um quadro dentro', '#a', pagina(alvo('id="a"', QUADRO)), {'quadros': [['dentro do quadro', False]]}),
-    ('ele mesmo um quadro', 'iframe', pagina(QUADRO.replace('<iframe', '<iframe data-alvo')),
-     {'quadros': [['dentro do quadro', False]]}),
-    ('aspas simples', "[title='it\\'s']", pagina(alvo('title="it\'s"')), {}),
-    ('aspas duplas', '[title="a b"]', pagina(alvo('title="a b"')), {}),
-    ('barra invertida', '#a\\:b\\.c', pagina(alvo('id="a:b.c"')), {}),
-    ('duas barras', "[title='c:\\\\x']", pagina(alvo('title="c:\\x"')), {}),
-    ('acentos', '#notícias', pagina(alvo('id="notícias"')), {}),
-    ('seletor inválido', "div[", pagina(alvo('id="a"')), SEM_RECORTE),
-    ('política sem scripts', '#a', pagina(alvo('id="a"'), politica("script-src 'none'") + ESTILO), {}),
-    ('política estrita', '#a', pagina(alvo('id="a"'), politica("default-src 'self'")), SEM_ESTILO),
-    ('2 MB', '#a', pagina(ENCHIMENTO * (2_000_000 // len(ENCHIMENTO)) + alvo('id="a"')), {}),
+    ('no fundo, o primeiro de dois', '.alvo', pagina(FUNDO + alvo('') + '</div>' * 40 + '<p class="alvo">outro</p>'), {}),
+    ('inserido tarde', '#a', pagina(TARDE), None),
+    ('um quadro', 'iframe', pagina('<iframe data-alvo srcdoc="dentro"></iframe>'), {'quadros': ['dentro']}),
+    ('aspas, barra e acento', "[title='it\\'s \"ação\"']", pagina(alvo('title="it\'s &quot;ação&quot;"')), {}),
+    ('política sem scripts', '#a', pagina(alvo('id="a"'), SEM_SCRIPTS + ESTILO), {}),
 ]
 
 
-def main():
-    imprimir, chromium, pasta, endereco, perfil = sys.argv[1:]
-    (pathlib.Path(pasta) / 'quadro.html').write_text('<!DOCTYPE html><p>dentro do quadro</p>', 'utf-8')
-    navegador, faltas = Navegador(chromium, perfil), 0
-    for numero, (nome, seletor, html, diferenca) in enumerate(CASOS):
-        (pathlib.Path(pasta) / f'{numero}.html').write_text(html, 'utf-8')
-        script = subprocess.run([imprimir, seletor], check=True, capture_output=True, text=True).stdout
-        medir = lambda com: navegador.medir(f'{endereco}/{numero}.html', com, MEDIDA, LARGURA, ALTURA)
-        visto, inteira = medir(script), medir('')
-        if diferenca is SEM_ESTILO:
-            esperado = inteira | SEM_ESTILO | {medida: visto[medida] for medida in ('caixa', 'alvo', 'noAlvo', 'rolou')}
-        else:
-            esperado = inteira if diferenca is SEM_RECORTE else CORTADA | diferenca
-        # The page as it is has everything that the script takes away, or the test would show nothing.
-        tem = inteira['barras'][0] > 0 and inteira['rolou'][1] > 0 and len(inteira['aMostra']) > 2
-        if visto == esperado and tem:
-            print('certo:', nome)
-        else:
-            faltas += 1
-            print(f'FALHOU: {nome}\n  visto    {visto}\n  esperado {esperado}\n  inteira  {inteira}')
-    navegador.fechar()
-    sys.exit(1 if faltas else 0)
+class Navegador:
+    def __init__(self, pasta):
+        self.escrita, self.leitura = open(pasta / 'para', 'wb', 0), open(pasta / 'de', 'rb')
+        self.numeros = itertools.count(1)
+
+    def pedir(self, metodo, sessao={}, **parametros):
+        pedido = {'id': next(self.numeros), 'method': metodo, 'params': parametros} | sessao
+        self.escrita.write(json.dumps(pedido).encode() + b'\0')
+        resposta = {}
+        while resposta.get('id') != pedido['id']:
+            resposta = json.loads(b''.join(iter(lambda: self.leitura.read(1) or sys.exit('sem navegador'), b'\0')))
+        return resposta['result']
+
+    def medir(self, endereco, script):
+        """What the page, in a tab of its own with the script run first, looks like."""
+        aba = self.pedir('Target.createTarget', url='about:blank')['targetId']
+        nela = {'sessionId': self.pedir('Target.attachToTarget', targetId=aba, flatten=True)['sessionId']}
+        self.pedir('Page.enable', nela)
+        self.pedir('Emulation.setDeviceMetricsOverride', nela, width=LARGURA, height=ALTURA, deviceScaleFactor=1,
+                   mobile=False)
+        self.pedir('Emulation.setScrollbarsHidden', nela, hidden=False)
+        self.pedir('Page.addScriptToEvaluateOnNewDocument', nela, source=script)
+        self.pedir('Page.navigate', nela, url=endereco)
+        medida = self.pedir('Runtime.evaluate', nela, expression=MEDIDA, awaitPromise=True, returnByValue=True)
+        self.pedir('Target.closeTarget', targetId=aba)
+        return medida['result']['value']
 
 
-main()
+pasta = pathlib.Path(sys.argv[1])
+navegador, faltas = Navegador(pasta), 0
+for nome, seletor, html, diferenca in CASOS:
+    (pasta / 'pagina.html').write_text(html, 'utf-8')
+    endereco = (pasta / 'pagina.html').as_uri()
+    script = subprocess.run([pasta / 'imprimir', seletor], check=True, capture_output=True, text=True).stdout
+    visto, inteira = navegador.medir(endereco, script), navegador.medir(endereco, '')
+    esperado = inteira if diferenca is None else CORTADA | diferenca
+    # The page as it is has everything that the script takes away, or the test would show nothing.
+    tem = inteira['barras'][0] > 0 and inteira['rolou'][1] > 0 and inteira['aMostra'] > 2
+    faltas += visto != esperado or not tem
+    print(f'{"certo" if visto == esperado and tem else "FALHOU"}: {nome}\n  visto    {visto}\n  inteira  {inteira}')
+navegador.pedir('Browser.close')
+sys.exit(faltas)

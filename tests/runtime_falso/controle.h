@@ -11,8 +11,10 @@ namespace zu::launcher::teste {
 struct RoteiroDoRuntime {
     const char* falharEm = "";  // a method, "entrada", or the completion "ambiente" or "controlador"
     HRESULT falha = E_FAIL;     // a completion that fails with S_OK brings no object
-    bool dentro = false;        // completions come inside the call
 };
+
+// By the slot that takes the callback for it.
+enum class Ocorrencia { kNavigationStarting = 7, kNavigationCompleted = 15, kProcessFailed = 25, kNewWindow = 44 };
 
 struct EventoDoRuntime {
     const wchar_t* uri = L"";
@@ -29,12 +31,8 @@ class NavegadorFalso {
     virtual bool Entregar() = 0;
     // The window goes before the controller has been closed.
     virtual void DestruirJanela() = 0;
-
-    // The browser's events; nothing happens without a view that listens. The answers: cancelled, handled.
-    virtual bool NavigationStarting(const EventoDoRuntime& evento) = 0;
-    virtual void NavigationCompleted() = 0;
-    virtual void ProcessFailed(const EventoDoRuntime& evento) = 0;
-    virtual bool NewWindowRequested(const EventoDoRuntime& evento) = 0;
+    // Nothing happens without a view that listens. Whether the view has cancelled or handled it.
+    virtual bool Ocorrer(Ocorrencia qual, const EventoDoRuntime& evento = {}) = 0;
 
     // The calls in their order with their arguments, a line each.
     [[nodiscard]] virtual const char* Chamadas() const = 0;

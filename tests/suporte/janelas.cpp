@@ -1,16 +1,10 @@
 #include "tests/suporte/janelas.h"
 
-#include <objbase.h>
-
-#include <algorithm>
 #include <bit>
 
-#include "ui/interface.h"
 #include "ui/janelas/modal.h"
 
 namespace zu::launcher::teste {
-
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -21,6 +15,7 @@ struct Escrito {
 };
 std::atomic<HDC> lida = nullptr;
 std::vector<Escrito> escritos;
+std::string_view sinais;  // around the texts: how the control stands that is being drawn
 
 int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT formato) {
     static const auto original =
@@ -34,7 +29,9 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
         const bool cabe =
             inteiro.right <= r->right - r->left || (formato & DT_SINGLELINE) == 0 || (formato & DT_PATH_ELLIPSIS) != 0;
         escritos.push_back(
-            {lugar.y, lugar.x, ParaUtf8({texto, static_cast<std::size_t>(tamanho)}) + (cabe ? "" : "…")});
+            {lugar.y, lugar.x,
+             Formatar("{}{}{}{}", sinais.substr(0, 1), ParaUtf8({texto, static_cast<std::size_t>(tamanho)}),
+                      cabe ? "" : "…", sinais.substr(sinais.size() / 2))});
     }
     return original(dc, texto, tamanho, r, formato);
 }
@@ -42,6 +39,7 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
 BOOL CALLBACK DesenharFilho(HWND filho, LPARAM) {
     POINT canto{};
     MapWindowPoints(filho, GetParent(filho), &canto, 1);
+    sinais = !IsWindowEnabled(filho) ? "()" : EstadoDo(filho).checked ? "[]" : "";
     SetViewportOrgEx(lida, canto.x, canto.y, nullptr);
     SendMessageW(filho, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(lida.load()), PRF_CLIENT);
     return TRUE;
@@ -56,33 +54,6 @@ decltype(&DrawTextW) __imp_DrawTextW = &zu::launcher::teste::EscreverENotar;
 }
 
 namespace zu::launcher::teste {
-
-HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao) {
-    static std::function<void(UINT, WPARAM)> atual;
-    atual = std::move(espiao);
-    WNDCLASSW classe{};
-    classe.lpfnWndProc = [](HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        atual(mensagem, wParam);
-        return DefWindowProcW(janela, mensagem, wParam, lParam);
-    };
-    classe.lpszClassName = L"ZuTeste";
-    RegisterClassW(&classe);
-    return CreateWindowExW(0, classe.lpszClassName, L"", WS_POPUP | WS_VISIBLE, 100, 100, 500, 300, nullptr, nullptr,
-                           nullptr, nullptr);
-}
-
-void NaThreadDe(HWND janela, const std::function<void()>& trabalho) {
-    static constexpr UINT kRodar = WM_APP + 999;
-    static const std::function<void()>* agora = nullptr;
-    agora = &trabalho;
-    const HOOKPROC rodar = [](int, WPARAM, LPARAM lParam) -> LRESULT {
-        if (reinterpret_cast<CWPSTRUCT*>(lParam)->message == kRodar) (*agora)();
-        return 0;
-    };
-    const HHOOK gancho = SetWindowsHookExW(WH_CALLWNDPROC, rodar, nullptr, GetWindowThreadProcessId(janela, nullptr));
-    SendMessageW(janela, kRodar, 0, 0);
-    UnhookWindowsHookEx(gancho);
-}
 
 void Clicar(HWND controle) {
     SendMessageW(controle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
@@ -99,6 +70,7 @@ std::string LerTela(HWND janela) {
     lida = s.Dc();
     SendMessageW(janela, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(s.Dc()), PRF_CLIENT);
     EnumChildWindows(janela, DesenharFilho, 0);
+    sinais = "";
     lida = nullptr;
     constexpr LONG kMesmaLinha = 5;
     std::ranges::stable_sort(escritos, {}, &Escrito::y);
@@ -138,66 +110,6 @@ NavegadorFalso& RuntimeFalso() {
     return *std::bit_cast<ObterNavegador>(GetProcAddress(dll, "ControleDoRuntime"))();
 }
 
-Interface::Interface()
-    : thread_([this] {
-          CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-          codigo_ = RodarInterface();
-          fim_ = true;
-      }) {
-    Esperar(10s, [this] {
-        janela_ = FindWindowW(kClasseDaJanela, nullptr);
-        return janela_ != nullptr && IsWindowVisible(janela_);
-    });
-}
-
-std::pair<int, int> Interface::Barras() const {
-    const Superficie s(janela_);
-    const auto cheia = [&s](int y) {
-        int pixels = 200;
-        while (pixels > 0 && !s.Azul(151 + pixels, y))
-            --pixels;
-        return (pixels + 4) / 10 * 5;  // the outline's end is of no colour
-    };
-    return {cheia(418), cheia(437)};
-}
-
-int Interface::EsperarFim(std::chrono::milliseconds limite) {
-    return Esperar(limite, [this] { return fim_.load(); }) ? Fechar() : -1;
-}
-
-int Interface::Fechar() {
-    if (!thread_.joinable()) return codigo_;
-    PostMessageW(janela_, WM_CLOSE, 0, 0);
-    thread_.join();
-    return codigo_;
-}
-
-ComServidor::ComServidor() {
-    RenovarRequisitos();
-    Configurar(pasta_.Caminho(), servidor_.Url());
-    Publicar({{"a.bin", "a"}});
-}
-
-ComServidor::~ComServidor() {
-    EXPECT_TRUE(Esperar(30s, [] { return !ObterControlador().Atualizando(); }));
-}
-
-void ComServidor::Publicar(std::map<std::string, std::string> arquivos) {
-    publicacao_.arquivos = std::move(arquivos);
-    publicacao_.Servir(servidor_);
-}
-
-void ComServidor::PorJogo(const std::string& roteiro, bool fecharAoJogar) const {
-    std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
-    pasta_.Escrever("jogo_falso.txt", roteiro);
-    if (!fecharAoJogar) pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nFecharAoJogar=0\r\n");
-}
-
-std::ptrdiff_t ComServidor::QuantasLinhas(const std::string& inicio) const {
-    return std::ranges::count_if(LinhasDoLog(pasta_),
-                                 [&](const std::string& linha) { return linha.starts_with(inicio); });
-}
-
 bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pronto) {
     return Esperar(limite, [&] {
         MSG m{};
@@ -207,19 +119,19 @@ bool Bombear(std::chrono::milliseconds limite, const std::function<bool()>& pron
     });
 }
 
-std::pair<int, int> ContarPosses() {
+int ContarPosses() {
     GdiFlush();
-    auto gdi = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS));
-    auto user = static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    if (gdi != 0) return {gdi, user};
+    int posses = 0;
+    for (DWORD tipo = GR_GDIOBJECTS; tipo <= GR_USEROBJECTS; ++tipo)
+        posses += static_cast<int>(GetGuiResources(GetCurrentProcess(), tipo));
     // Wine does not count, but finds a handle by its lower half.
-    for (UINT_PTR i = 1; i < 0x10000; ++i) {
+    for (UINT_PTR i = posses == 0 ? 1 : 0x10000; i < 0x10000; ++i) {
         DWORD processo = 0;
         GetWindowThreadProcessId(reinterpret_cast<HWND>(i), &processo);
-        gdi += GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0 ? 1 : 0;
-        user += IsMenu(reinterpret_cast<HMENU>(i)) || processo == GetCurrentProcessId() ? 1 : 0;
+        posses += GetObjectType(reinterpret_cast<HGDIOBJ>(i)) != 0 ? 1 : 0;
+        posses += IsMenu(reinterpret_cast<HMENU>(i)) || processo == GetCurrentProcessId() ? 1 : 0;
     }
-    return {gdi, user};
+    return posses;
 }
 
 }  // namespace zu::launcher::teste

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <windows.h>
+// after windows.h
+#include <objbase.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -26,6 +29,7 @@
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/superficie.h"
 #include "ui/controles/controle.h"
+#include "ui/interface.h"
 #include "ui/janelas/diagnostico.h"
 #include "ui/janelas/estado_interface.h"
 #include "ui/janelas/fim_da_interface.h"
@@ -35,18 +39,13 @@
 
 namespace zu::launcher::teste {
 
-// A visible popup of 500 x 300 whose messages go to `espiao` too, of the last one alone.
-HWND CriarJanela(std::function<void(UINT, WPARAM)> espiao);
-
-// Runs on the thread of a window whose loop handles messages, and returns when it has run.
-void NaThreadDe(HWND janela, const std::function<void()>& trabalho);
-
 // A click or a key as the window sees it; the window may be another process's. The key waits its turn.
 void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
 
 // The texts that a window and its controls draw when they are asked to, as a reader meets them: " | " between those of
-// one row, and a line a row. A "…" follows one that does not fit its place.
+// one row, and a line a row. A "…" follows one that does not fit its place; what belongs to a disabled control is in
+// parentheses, to a checked one in brackets.
 std::string LerTela(HWND janela);
 
 // With the drawing kit, its fonts and the classes of every window. What the process keeps of the case before is gone.
@@ -64,21 +63,51 @@ NavegadorFalso& RuntimeFalso();
 // One launcher with its window, on a thread of its own as in the program.
 class Interface {
  public:
-    Interface();
+    Interface()
+        : thread_([this] {
+              CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+              SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
+                  if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
+                  trabalho_ = nullptr;
+              });
+              codigo_ = RodarInterface();
+              fim_ = true;
+          }) {
+        Esperar(std::chrono::seconds(10),
+                [this] { return IsWindowVisible(janela_ = FindWindowW(kClasseDaJanela, nullptr)) != FALSE; });
+    }
     Interface(const Interface&) = delete;
     Interface& operator=(const Interface&) = delete;
     ~Interface() { Fechar(); }
 
     [[nodiscard]] HWND Janela() const { return janela_; }
     [[nodiscard]] bool Habilitado(int id) const { return IsWindowEnabled(GetDlgItem(janela_, id)) != FALSE; }
-    // How full the bars on the screen are, in steps of 5 %.
-    [[nodiscard]] std::pair<int, int> Barras() const;
+    // What of it the screen does not come to show.
+    [[nodiscard]] std::string Provar(const std::string& provas) const {
+        std::string faltas;
+        Esperar(std::chrono::seconds(10), [&] { return (faltas = Superficie(janela_).Provar(provas)).empty(); });
+        return faltas;
+    }
     [[nodiscard]] bool Terminou() const { return fim_; }
     // The run's code, once it has ended by itself; -1 when it does not.
-    int EsperarFim(std::chrono::milliseconds limite);
-    int Fechar();
+    int EsperarFim(std::chrono::milliseconds limite) {
+        return Esperar(limite, [this] { return fim_.load(); }) ? Fechar() : -1;
+    }
+    int Fechar() {
+        if (!thread_.joinable()) return codigo_;
+        PostMessageW(janela_, WM_CLOSE, 0, 0);
+        thread_.join();
+        return codigo_;
+    }
+    // Runs on its thread, from its loop of messages, and returns when it has run.
+    static void NaThread(const std::function<void()>& trabalho) {
+        trabalho_ = &trabalho;
+        EXPECT_TRUE(Esperar(std::chrono::seconds(5), [] { return trabalho_ == nullptr; }));
+    }
 
  private:
+    static inline std::atomic<const std::function<void()>*> trabalho_ = nullptr;
+
     HWND janela_ = nullptr;
     int codigo_ = -1;
     std::atomic<bool> fim_ = false;
@@ -88,16 +117,40 @@ class Interface {
 // A game folder and the server that it is kept up to date from.
 class ComServidor : public testing::Test {
  protected:
-    ComServidor();
+    ComServidor() {
+        RenovarRequisitos();
+        Configurar(pasta_.Caminho(), servidor_.Url());
+        Publicar({{"a.bin", "a"}});
+    }
     // Not before the process's one controller is at rest, which the next case is to find so.
-    ~ComServidor() override;
+    ~ComServidor() override { EsperarRepouso(); }
 
-    void Publicar(std::map<std::string, std::string> arquivos);
+    static void EsperarRepouso() {
+        EXPECT_TRUE(Esperar(std::chrono::seconds(30), [] { return !ObterControlador().Atualizando(); }));
+    }
+    void Publicar(const std::map<std::string, std::string>& arquivos) {
+        publicacao_.arquivos = arquivos;
+        publicacao_.Servir(servidor_);
+    }
     // The stand-in as the game, which plays `roteiro`.
-    void PorJogo(const std::string& roteiro, bool fecharAoJogar) const;
+    void PorJogo(const std::string& roteiro, bool fecharAoJogar) const {
+        std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
+        pasta_.Escrever("jogo_falso.txt", roteiro);
+        if (!fecharAoJogar) pasta_.Escrever("Config/Zu.ini", "[Launcher]\r\nFecharAoJogar=0\r\n");
+    }
     // How many lines of the log begin so.
-    [[nodiscard]] std::ptrdiff_t QuantasLinhas(const std::string& inicio) const;
+    [[nodiscard]] std::ptrdiff_t QuantasLinhas(const std::string& inicio) const {
+        return std::ranges::count_if(LinhasDoLog(pasta_), [&](const auto& linha) { return linha.starts_with(inicio); });
+    }
     static HWND CaixaDeMensagem() { return FindWindowW(L"#32770", L"Zu Launcher"); }
+    // Once there is one.
+    static std::string TextoDaCaixa() {
+        constexpr int kTexto = 0xFFFF;
+        wchar_t texto[400]{};
+        Esperar(std::chrono::seconds(20), [] { return GetDlgItem(CaixaDeMensagem(), kTexto) != nullptr; });
+        SendDlgItemMessageW(CaixaDeMensagem(), kTexto, WM_GETTEXT, std::size(texto), reinterpret_cast<LPARAM>(texto));
+        return ParaUtf8(texto);
+    }
 
     PastaTemporaria pasta_;
     Servidor servidor_;
@@ -108,7 +161,7 @@ class ComServidor : public testing::Test {
 bool Bombear(
     std::chrono::milliseconds limite, const std::function<bool()>& pronto = [] { return false; });
 
-// GDI objects of this process, and windows and menus.
-std::pair<int, int> ContarPosses();
+// GDI objects of this process, windows and menus.
+int ContarPosses();
 
 }  // namespace zu::launcher::teste

@@ -15,9 +15,13 @@
 
 namespace zu::launcher::teste {
 
-inline SIZE TamanhoDe(HWND janela) {
+inline RECT NaTela(HWND janela) {
     RECT r{};
     GetWindowRect(janela, &r);
+    return r;
+}
+inline SIZE TamanhoDe(HWND janela) {
+    const RECT r = NaTela(janela);
     return {r.right - r.left, r.bottom - r.top};
 }
 
@@ -47,8 +51,6 @@ class Superficie {
         GdiFlush();
         return pixels_[y * tamanho_.cx + x] & 0xFFFFFF;
     }
-    // As a filled bar is, as nothing else in the main window is.
-    [[nodiscard]] bool Azul(int x, int y) const { return (Em(x, y) & 0xFF) > (Em(x, y) >> 16) + 60; }
     // How many pixels of the area look clearly other than in a picture of the same size.
     [[nodiscard]] int Diferentes(const Superficie& outra, RECT area = {0, 0, 9'999, 9'999}) const {
         int n = 0;
