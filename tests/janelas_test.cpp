@@ -195,7 +195,8 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
          "Sistema | Windows 11 Pro 64 bits (22631) | Windows 10 64 bits (19041) | OK\n",
          "24,42=D9940C 24,96=269440 24,116=269440 24,136=C2241A 24,156=269440"},
         {"avisos", "Seu computador atende aos requisitos mínimos\n",
-         "\nEspaço em disco | 214 GiB | 20 GiB | OK\nCopiar relatório | Fechar | Abrir site do driver"},
+         "\nEspaço em disco | 214 GiB | 20 GiB | OK\nFeche outros programas.\nCopiar relatório | Fechar | Abrir site "
+         "do driver"},
         {"sessenta", "", "\nItem 20 | valor | nenhum | OK\n"},
         {"copiar", "\nPlaca de vídeo | não informado\nDirectX 12 | Não roda neste PC\nVulkan 1.3 | Roda neste PC\n",
          "\nO relatório do jogo não traz itens.",
@@ -284,7 +285,7 @@ TEST_F(Janelas, ConselhosNasLinhasDeQueFalamECopiaComCrLf) {
                        "Memória de vídeo | v | m | s | A memória de vídeo é pouca.\n"
                        "Placa de vídeo | v | m | s | Troque a placa.\nA placa aquece.\n"
                        "Driver de vídeo | v | m | s | Atualize o DRIVER da placa.\nDirectX 12 | v | m | s\n"
-                       "Rede | v | m | s | Sem placares.\nDisco | v | m | s | Veja o DirectX.\nSobra.\n"))
+                       "Rede | v | m | s\nDisco | v | m | s\nSem placares.\nVeja o DirectX.\nSobra.\n"))
         << LerTela(d);
     Clicar(d, kBotaoCopiar);
     ASSERT_TRUE(OpenClipboard(d));

@@ -82,7 +82,7 @@ bool JanelaOpcoes::Montar() {
         }
     }
     Escolher(opcoes.api == "vulkan");
-    relatorioVisto_ = ObterControlador().ApiConferida();
+    relatorioVisto_ = ObterRequisitos().relatorioLido && ObterControlador().ApiConferida();
     Atualizar();
     return SetTimer(Handle(), kRelogio, kIntervalo, nullptr) != 0;
 }
