@@ -73,6 +73,7 @@ add_library(zu_ui STATIC
     ui/desenho/moldura.cpp
     ui/interface.cpp
     ui/janelas/area_de_transferencia.cpp
+    ui/janelas/barra_de_tarefas.cpp
     ui/janelas/conselhos.cpp
     ui/janelas/diagnostico.cpp
     ui/janelas/estado_interface.cpp

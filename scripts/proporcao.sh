@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# The tests' share of all lines, blank and // lines left out: prints it, and fails above the limit, which only ever goes
-# down: it is to be 33, and the share 30. proporcao.sh [--tudo] also prints each file of the tests.
+# The tests' share of all lines, blank and // lines left out: prints it, and fails above a third. 30 % is the aim.
+# proporcao.sh [--tudo] also prints each file of the tests.
 set -eu
 . "$(dirname "$0")/comum.sh"
 cd "$RAIZ"
-readonly LIMITE=38
+readonly LIMITE=33
 
 contar() {
     git ls-files -z -- "$@" | xargs -0 -r awk '{ sub(/\r$/, "") } !/^[ \t]*(\/\/.*)?$/ { n++ } END { print n + 0 }'

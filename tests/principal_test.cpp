@@ -4,6 +4,7 @@
 // after windows.h
 #include <sddl.h>
 
+#include "tests/suporte/ini.h"
 #include "update/jogo_aberto.h"
 
 namespace zu::launcher {
@@ -103,6 +104,36 @@ TEST_F(Principal, NoMeioDaTelaMinimizaEVoltaComAMensagemQuandoOJogoNaoAbre) {
     EXPECT_FALSE(Esperar(500ms, [] { return CaixaDeMensagem() != nullptr; }));
     Teclar(ui.Janela(), VK_ESCAPE);
     EXPECT_EQ(ui.EsperarFim(5s), 0);
+}
+
+// Faults: a control that the keyboard does not reach, or not in the order of reading; a key that presses twice; the
+// keyboard is lost when the window above closes; the mark that shows where it is does not come.
+TEST_F(Principal, SessaoInteiraSoPeloTeclado) {
+    PorJogo("relatorio=bom\n", true);
+    pasta_.Escrever("Config/Zu.ini", TextoDoIni());
+    Interface ui;
+    EXPECT_TRUE(EsperarPronto(ui) && Esperar(5s, [] { return ObterRequisitos().concluido; }));
+    const auto digitar = [](std::initializer_list<int> teclas) {
+        for (const int tecla : teclas) {
+            for (const DWORD ponta : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}})
+                keybd_event(static_cast<BYTE>(tecla), 0, ponta, 0);
+        }
+    };
+    digitar({VK_TAB, VK_TAB});
+    EXPECT_EQ(ui.Provar("140,476=1E48A0~60"), "");
+    // Opções: Vulkan; full screen and back; the last resolution; both boxes; 60; mute; the menu of the music; "Fechar".
+    digitar({VK_SPACE, VK_RIGHT, VK_TAB,   VK_DOWN, VK_UP,   VK_TAB,    VK_END, VK_TAB,
+             VK_SPACE, VK_TAB,   VK_SPACE, VK_TAB,  VK_DOWN, VK_DOWN,   VK_TAB, VK_HOME,
+             VK_TAB,   VK_F4,    VK_DOWN,  VK_DOWN, VK_DOWN, VK_RETURN, VK_TAB});
+    keybd_event(VK_SHIFT, 0, 0, 0);
+    digitar({VK_TAB});
+    keybd_event(VK_SHIFT, 0, KEYEVENTF_KEYUP, 0);
+    // Requisitos, Diagnóstico, its report copied, and out again; OK; Conectar.
+    digitar({VK_TAB, VK_TAB, VK_SPACE, VK_TAB, VK_SPACE, VK_SPACE, VK_SPACE, VK_ESCAPE, VK_ESCAPE, VK_TAB, VK_SPACE});
+    const std::string ini = TextoDoIni({"vulkan", 1, 1, 7, 0, 2, 0, 2, 0});
+    EXPECT_TRUE(Esperar(10s, [&] { return pasta_.Ler("Config/Zu.ini") == ini; })) << pasta_.Ler("Config/Zu.ini");
+    digitar({VK_TAB, VK_SPACE});
+    EXPECT_TRUE(Esperar(10s, [&] { return Logou("Jogo aberto: Zu.exe --api=vulkan"); }));
 }
 
 // Fault: the view has failed or is there, and the centre on the screen keeps what it showed before.

@@ -193,7 +193,8 @@ void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::
     RodarForjal(argumentos);
 }
 
-// primeira CLIENTE SAIDA: a first publication; and reading and hashing on all cores, then copying
+// primeira CLIENTE SAIDA: a first publication; and reading and hashing on all cores, then copying, down to the disk:
+// what a copy leaves in memory would be written during whatever is measured next
 void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
     const std::vector<std::filesystem::path> arquivos = Arquivos(cliente);
     const auto crua = [&] {
@@ -201,8 +202,13 @@ void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::
         forjal::EmParalelo(
             tamanhos, [&](std::size_t i) { HashArquivo(arquivos[i], 0); }, [] {});
         CreateDirectoryW(saida.c_str(), nullptr);
-        for (std::size_t i = 0; i < arquivos.size(); ++i)
-            CopyFileW(arquivos[i].c_str(), (saida / std::to_wstring(i)).c_str(), TRUE);
+        for (std::size_t i = 0; i < arquivos.size(); ++i) {
+            const std::filesystem::path copia = saida / std::to_wstring(i);
+            CopyFileW(arquivos[i].c_str(), copia.c_str(), TRUE);
+            FlushFileBuffers(
+                HandleArquivo(CreateFileW(copia.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr))
+                    .Valor());
+        }
     };
     Medir([&] { PublicarPasta(cliente, saida, 1); }, crua, 1, [&] { std::filesystem::remove_all(saida); });
 }

@@ -189,6 +189,8 @@ void JanelaPrincipal::AoFechar() {
 }
 
 bool JanelaPrincipal::Tratar(UINT mensagem, WPARAM wParam, LPARAM /*lParam*/) {
+    static const UINT botaoCriado = RegisterWindowMessageW(L"TaskbarButtonCreated");
+    if (mensagem == botaoCriado) barra_.Esquecer();
     switch (mensagem) {
         case WM_SIZE:
             site_.DefinirVisivel(wParam != SIZE_MINIMIZED);
@@ -253,8 +255,12 @@ void JanelaPrincipal::MostrarProgresso() {
     // In this order: a run that ends in between counts as ended.
     const EstadoAtualizacao estado = ObterControlador().Estado();
     AparenciaPrincipal nova = vista_;
-    std::tie(nova.superior, nova.inferior) = Progresso(estado, ObterControlador().Atualizando());
+    const bool atualizando = ObterControlador().Atualizando();
+    std::tie(nova.superior, nova.inferior) = Progresso(estado, atualizando);
     Mostrar(nova);
+    if (ModoCaptura()) return;
+    barra_.Mostrar(Handle(), SinalDe(estado.status, atualizando, nova.superior));
+    barra_.Acompanhar(Handle(), atualizando);
 }
 
 void JanelaPrincipal::JogarAgora() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/instancia_unica.h"
+#include "ui/janelas/barra_de_tarefas.h"
 #include "ui/janelas/janela.h"
 #include "ui/janelas/pintor_principal.h"
 #include "ui/site/visao_site.h"
@@ -59,6 +60,7 @@ class JanelaPrincipal final : public Janela {
     std::vector<std::string> enderecosPorAbrir_;  // UTF-8
     // The controller was busy when last looked at, and what came of it is still to be told.
     bool running_before_ = false;
+    BarraDeTarefas barra_;
     VisaoSite site_;
 };
 
