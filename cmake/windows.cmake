@@ -76,6 +76,7 @@ add_library(zu_ui STATIC
     ui/janelas/barra_de_tarefas.cpp
     ui/janelas/conselhos.cpp
     ui/janelas/diagnostico.cpp
+    ui/janelas/dica.cpp
     ui/janelas/estado_interface.cpp
     ui/janelas/fim_da_interface.cpp
     ui/janelas/janela.cpp

@@ -2,6 +2,7 @@
 // launcher ends, hides and is woken: the real program beside others, and a run inside the system's own loops.
 #include "tests/suporte/janelas.h"
 // after windows.h
+#include <gmock/gmock.h>
 #include <sddl.h>
 
 #include "tests/suporte/ini.h"
@@ -48,6 +49,11 @@ TEST_F(Principal, BarrasNaTelaEBotoesEmCadaFase) {
     EXPECT_EQ(ui.Provar("299,419=2762C2~10 305,416=AFAFAF~6 249,438=2762C2~10 255,435=AFAFAF~6"), "");
     EXPECT_EQ(LerTela(ui.Janela()),
               "Zu Launcher\nZU | TORVAL 97 C+\n75%\nRegistrar\n50%\n(Opções) | (Conectar) | Fechar");
+    SendMessageW(ui.Janela(), WM_MOUSEHOVER, 0, MAKELPARAM(200, 416));
+    const HWND dica = FindWindowW(L"ZuLauncherDica", nullptr);
+    EXPECT_THAT(LerTela(dica), testing::HasSubstr("\nb.bin\n3.0 MB de 4.0 MB; 1 de 2 arquivos"));
+    SendMessageW(ui.Janela(), WM_MOUSEMOVE, 0, MAKELPARAM(20, 416));
+    EXPECT_FALSE(IsWindow(dica));
     SendMessageW(ui.Janela(), WM_COMMAND, kBotaoConectar, 0);
     EXPECT_FALSE(ObterControlador().AbrindoJogo());
     EXPECT_EQ(ui.Fechar(), 0);
@@ -208,7 +214,7 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
         for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico}) {
             const HWND janela = FindWindowW(classe, nullptr);
             EXPECT_TRUE(NaTela(janela).right <= 0 && (janela == nullptr || janela != GetForegroundWindow()));
-            EXPECT_TRUE(janela == nullptr || (GetWindowLongPtrW(janela, GWL_EXSTYLE) & WS_EX_NOACTIVATE) != 0);
+            EXPECT_TRUE((GetWindowLongPtrW(janela, GWL_EXSTYLE) & WS_EX_NOACTIVATE) != 0 || !IsWindow(janela));
         }
         return ui.Terminou();
     }));

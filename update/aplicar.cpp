@@ -116,6 +116,7 @@ void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas)
                 haviaEstacionado,
                 {},
                 {}};
+    contexto.atualizador.Quadro().DefinirArquivo(a.normal);
     bool feito = false;
     try {
         feito = (RetomarEstacionado(a) || BaixarComTentativas(a, tentativas)) && Colocar(a);

@@ -44,6 +44,7 @@ void Painel::Comecar(StatusUpdate status, std::string_view texto, std::uint64_t 
         estado_.bytesFeitos = 0;
         estado_.bytesTotal = bytes;
         estado_.estacionados = 0;
+        estado_.arquivo.clear();
         estado_.fracao = 0;
         estado_.velocidade = 0;
     }
@@ -53,6 +54,11 @@ void Painel::Comecar(StatusUpdate status, std::string_view texto, std::uint64_t 
 void Painel::DefinirVersao(std::string_view versao) {
     const std::lock_guard guarda(trava_);
     estado_.versao = versao;
+}
+
+void Painel::DefinirArquivo(std::string_view caminho) {
+    const std::lock_guard guarda(trava_);
+    estado_.arquivo = caminho;
 }
 
 void Painel::SomarArquivo() {

@@ -25,9 +25,10 @@ enum class StatusUpdate : int {
 
 struct EstadoAtualizacao {
     StatusUpdate status = StatusUpdate::kParado;
-    std::string texto;   // the last sentence for the user
-    std::string erro;    // the sentence again when the status is 7, else empty
-    std::string versao;  // of the list that was accepted
+    std::string texto;    // the last sentence for the user
+    std::string erro;     // the sentence again when the status is 7, else empty
+    std::string versao;   // of the list that was accepted
+    std::string arquivo;  // in work: the one that was begun last
     std::uint64_t bytesFeitos = 0;
     std::uint64_t bytesTotal = 0;
     std::uint64_t arquivosFeitos = 0;
@@ -63,6 +64,7 @@ class Painel {
 
     // The same, and starts counting from 0 against new totals.
     void Comecar(StatusUpdate status, std::string_view texto, std::uint64_t arquivos, std::uint64_t bytes);
+    void DefinirArquivo(std::string_view caminho);
     void SomarArquivo();
     void DefinirBytes(std::uint64_t feitos);  // never shown beyond the total
     void DefinirVelocidade(double bytesPorSegundo);

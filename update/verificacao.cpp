@@ -27,7 +27,7 @@ class Verificacao {
         InfoArquivo info;
         if (!LerInfoArquivo(alvo, info) || info.Pasta()) return kFaltando;
         EntradaCache entrada;
-        if (!Conhecer(alvo, info, chave, entrada)) return kDiferente;
+        if (!Conhecer(alvo, info, normal, chave, entrada)) return kDiferente;
         const bool igual = entrada.tamanho == item.tamanho && entrada.crc == item.crc &&
                            (item.sha256.empty() || entrada.sha256 == item.sha256);
         return igual ? std::string_view{} : kDiferente;
@@ -42,9 +42,10 @@ class Verificacao {
 
  private:
     // What the file holds, from the cache or by reading it. False when it cannot be read, or the run was cancelled.
-    bool Conhecer(const std::filesystem::path& alvo, const InfoArquivo& info, const std::string& chave,
-                  EntradaCache& entrada) {
+    bool Conhecer(const std::filesystem::path& alvo, const InfoArquivo& info, const std::string& normal,
+                  const std::string& chave, EntradaCache& entrada) {
         if (!reparar_ && atualizador_.Cache().Achar(chave, info, entrada)) return true;
+        atualizador_.Quadro().DefinirArquivo(normal);
         std::uint64_t lidos = 0;
         const auto progresso = [&](std::uint64_t bytes) {
             lidos += bytes;

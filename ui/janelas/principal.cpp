@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <exception>
 #include <memory>
 #include <tuple>
@@ -19,7 +20,9 @@
 #include "ui/janelas/estado_interface.h"
 #include "ui/janelas/fim_da_interface.h"
 #include "ui/janelas/modal.h"
+#include "ui/janelas/molde.h"
 #include "ui/janelas/opcoes.h"
+#include "ui/janelas/texto_do_andamento.h"
 
 namespace zu::launcher {
 namespace {
@@ -188,14 +191,24 @@ void JanelaPrincipal::AoFechar() {
     FecharLauncher();
 }
 
-bool JanelaPrincipal::Tratar(UINT mensagem, WPARAM wParam, LPARAM /*lParam*/) {
+bool JanelaPrincipal::Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) {
     static const UINT botaoCriado = RegisterWindowMessageW(L"TaskbarButtonCreated");
     if (mensagem == botaoCriado) barra_.Esquecer();
     switch (mensagem) {
+        case WM_MOUSEMOVE:
+            AoMover(PontoDe(lParam));
+            return false;
+        case WM_MOUSELEAVE:
+            dica_.Esconder();
+            return false;
+        case WM_MOUSEHOVER:
+            AoPairar(PontoDe(lParam));
+            return true;
         case WM_SIZE:
             site_.DefinirVisivel(wParam != SIZE_MINIMIZED);
             return false;
         case WM_SHOWWINDOW:
+            if (wParam == FALSE) dica_.Esconder();
             site_.DefinirVisivel(wParam != FALSE && !IsIconic(Handle()));
             return false;
         case WM_MOVE:
@@ -259,8 +272,32 @@ void JanelaPrincipal::MostrarProgresso() {
     std::tie(nova.superior, nova.inferior) = Progresso(estado, atualizando);
     Mostrar(nova);
     if (ModoCaptura()) return;
+    if (std::exchange(etapa_, estado.status) != estado.status) inicioDaEtapa_ = GetTickCount64();
+    dica_.Mudar(TextoDaDica());
     barra_.Mostrar(Handle(), SinalDe(estado.status, atualizando, nova.superior));
     barra_.Acompanhar(Handle(), atualizando);
+}
+
+std::wstring JanelaPrincipal::TextoDaDica() const {
+    const std::chrono::milliseconds desde(GetTickCount64() - inicioDaEtapa_);
+    const EstadoAtualizacao estado = ObterControlador().Estado();
+    return DeUtf8(TextoDoAndamento(estado, ObterControlador().Atualizando(), desde));
+}
+
+void JanelaPrincipal::AoMover(POINT ponto) {
+    if (!PtInRect(&kAreaDoProgresso, ponto)) {
+        dica_.Esconder();
+        return;
+    }
+    TRACKMOUSEEVENT pedido{sizeof pedido, TME_HOVER | TME_LEAVE, Handle(), HOVER_DEFAULT};
+    TrackMouseEvent(&pedido);
+}
+
+void JanelaPrincipal::AoPairar(POINT ponto) {
+    const std::wstring texto = TextoDaDica();
+    if (!PtInRect(&kAreaDoProgresso, ponto) || texto.empty()) return;
+    ClientToScreen(Handle(), &ponto);
+    dica_.Mostrar(Handle(), ponto, texto);
 }
 
 void JanelaPrincipal::JogarAgora() {

@@ -10,6 +10,7 @@
 
 #include "app/instancia_unica.h"
 #include "ui/janelas/barra_de_tarefas.h"
+#include "ui/janelas/dica.h"
 #include "ui/janelas/janela.h"
 #include "ui/janelas/pintor_principal.h"
 #include "ui/site/visao_site.h"
@@ -52,6 +53,9 @@ class JanelaPrincipal final : public Janela {
     void AbrirEnderecosPedidos();
     [[nodiscard]] CentroDaPrincipal Centro() const;
     void MostrarProgresso();
+    [[nodiscard]] std::wstring TextoDaDica() const;
+    void AoMover(POINT ponto);
+    void AoPairar(POINT ponto);
     void Mostrar(const AparenciaPrincipal& nova);
 
     LogoEncaixado logo_;
@@ -61,6 +65,9 @@ class JanelaPrincipal final : public Janela {
     // The controller was busy when last looked at, and what came of it is still to be told.
     bool running_before_ = false;
     BarraDeTarefas barra_;
+    Dica dica_;
+    StatusUpdate etapa_ = StatusUpdate::kParado;
+    ULONGLONG inicioDaEtapa_ = 0;  // as GetTickCount64
     VisaoSite site_;
 };
 
