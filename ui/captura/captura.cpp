@@ -59,6 +59,7 @@ SessaoDeCaptura* sessao = nullptr;
 BOOL CALLBACK DesenharControle(HWND filho, LPARAM lParam) {
     if (!EhControle(filho) || !IsWindowVisible(filho)) return TRUE;
     const auto dc = reinterpret_cast<HDC>(lParam);
+    EstadoDo(filho).phase = 0;  // the same window is the same picture, whenever it is taken
     RECT r{};
     GetWindowRect(filho, &r);
     MapWindowPoints(nullptr, GetParent(filho), reinterpret_cast<POINT*>(&r), 2);
