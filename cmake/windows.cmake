@@ -68,6 +68,7 @@ add_library(zu_ui STATIC
     ui/captura/captura.cpp
     ui/controles/controle.cpp
     ui/controles/pintor_controle.cpp
+    ui/desenho/contraste.cpp
     ui/desenho/desenho.cpp
     ui/desenho/fontes.cpp
     ui/desenho/moldura.cpp

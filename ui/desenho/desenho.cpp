@@ -3,12 +3,17 @@
 #include <algorithm>
 #include <array>
 
+#include "ui/desenho/contraste.h"
+
 namespace zu::launcher {
 namespace {
 
 using namespace Gdiplus::DllExports;
 
 ULONG_PTR gdiplus = 0;
+
+constexpr ARGB kBranca = Argb(255, 255, 255, 255);
+constexpr LONG kMaiorTraco = 2;  // a rectangle as thin as that is a line
 
 struct TracosPincel {
     using Tipo = Gdiplus::GpBrush*;
@@ -24,9 +29,9 @@ struct TracosCaneta {
 };
 using Caneta = Handle<TracosCaneta>;
 
-Pincel PincelSolido(ARGB cor) {
+Pincel PincelSolido(ARGB cor, Papel papel) {
     Gdiplus::GpSolidFill* pincel = nullptr;
-    GdipCreateSolidFill(cor, &pincel);
+    GdipCreateSolidFill(NoContraste(cor, papel), &pincel);
     return Pincel(pincel);
 }
 
@@ -34,20 +39,21 @@ Pincel PincelSolido(ARGB cor) {
 Pincel PincelDegrade(const Area& faixa, ARGB alto, ARGB baixo) {
     const Gdiplus::RectF r(faixa.x, faixa.y, faixa.largura, faixa.altura);
     Gdiplus::GpLineGradient* pincel = nullptr;
-    GdipCreateLineBrushFromRect(&r, alto, baixo, Gdiplus::LinearGradientModeVertical, Gdiplus::WrapModeTileFlipXY,
-                                &pincel);
+    GdipCreateLineBrushFromRect(&r, NoContraste(alto, Papel::kSuperficie), NoContraste(baixo, Papel::kSuperficie),
+                                Gdiplus::LinearGradientModeVertical, Gdiplus::WrapModeTileFlipXY, &pincel);
     return Pincel(pincel);
 }
 
-Caneta CanetaSolida(ARGB cor, REAL largura) {
+Caneta CanetaSolida(ARGB cor, REAL largura, Papel papel = Papel::kTraco) {
     Gdiplus::GpPen* caneta = nullptr;
-    GdipCreatePen1(cor, largura, Gdiplus::UnitPixel, &caneta);
+    GdipCreatePen1(NoContraste(cor, papel), largura, Gdiplus::UnitPixel, &caneta);
     return Caneta(caneta);
 }
 
 }  // namespace
 
 bool IniciarDesenho() {
+    LerContraste();
     const Gdiplus::GdiplusStartupInput entrada;
     return Gdiplus::GdiplusStartup(&gdiplus, &entrada, nullptr) == Gdiplus::Ok;
 }
@@ -98,7 +104,7 @@ Tela::Tela(HDC dc) {
 }
 
 void Tela::Preencher(const Caminho& caminho, ARGB cor) {
-    GdipFillPath(grafico_.Valor(), PincelSolido(cor).Valor(), caminho.Valor());
+    GdipFillPath(grafico_.Valor(), PincelSolido(cor, Papel::kSuperficie).Valor(), caminho.Valor());
 }
 
 void Tela::Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB baixo) {
@@ -107,7 +113,9 @@ void Tela::Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB 
 
 void Tela::Preencher(const Caminho& caminho, const Area& faixa, ARGB alto, ARGB centro, ARGB baixo, REAL meio) {
     const Pincel pincel = PincelDegrade(faixa, alto, baixo);
-    const std::array cores{alto, centro, baixo};
+    std::array cores{alto, centro, baixo};
+    for (ARGB& cor : cores)
+        cor = NoContraste(cor, Papel::kSuperficie);
     const std::array lugares{REAL{0}, meio, REAL{1}};
     GdipSetLinePresetBlend(static_cast<Gdiplus::GpLineGradient*>(pincel.Valor()), cores.data(), lugares.data(), 3);
     GdipFillPath(grafico_.Valor(), pincel.Valor(), caminho.Valor());
@@ -118,14 +126,14 @@ void Tela::Contornar(const Caminho& caminho, ARGB cor, REAL largura) {
 }
 
 void Tela::Linha(const Gdiplus::PointF& de, const Gdiplus::PointF& ate, ARGB cor, REAL largura) {
-    const Caneta caneta = CanetaSolida(cor, largura);
+    const Caneta caneta = CanetaSolida(cor, largura, cor == kBranca ? Papel::kSinal : Papel::kTraco);
     GdipSetPenLineCap197819(caneta.Valor(), Gdiplus::LineCapRound, Gdiplus::LineCapRound, Gdiplus::DashCapFlat);
     GdipDrawLine(grafico_.Valor(), caneta.Valor(), de.X, de.Y, ate.X, ate.Y);
 }
 
 void Tela::Poligono(std::span<const Gdiplus::PointF> pontos, ARGB cor) {
-    GdipFillPolygon(grafico_.Valor(), PincelSolido(cor).Valor(), pontos.data(), static_cast<INT>(pontos.size()),
-                    Gdiplus::FillModeAlternate);
+    GdipFillPolygon(grafico_.Valor(), PincelSolido(cor, Papel::kTraco).Valor(), pontos.data(),
+                    static_cast<INT>(pontos.size()), Gdiplus::FillModeAlternate);
 }
 
 void Tela::Arco(const Area& area, REAL inicio, REAL graus, ARGB cor, REAL largura) {
@@ -134,7 +142,8 @@ void Tela::Arco(const Area& area, REAL inicio, REAL graus, ARGB cor, REAL largur
 }
 
 void Tela::Elipse(const Area& area, ARGB cor) {
-    GdipFillEllipse(grafico_.Valor(), PincelSolido(cor).Valor(), area.x, area.y, area.largura, area.altura);
+    GdipFillEllipse(grafico_.Valor(), PincelSolido(cor, Papel::kSinal).Valor(), area.x, area.y, area.largura,
+                    area.altura);
 }
 
 void Tela::Recortar(const Caminho& caminho) {
@@ -150,12 +159,17 @@ void Tela::SemRecorte() {
 }
 
 void PreencherRetangulo(HDC dc, const RECT& r, COLORREF cor) {
-    SetDCBrushColor(dc, cor);
+    const bool traco = std::min(r.right - r.left, r.bottom - r.top) <= kMaiorTraco;
+    SetDCBrushColor(dc, CorNoContraste(cor, traco ? Papel::kTraco : Papel::kSuperficie));
     FillRect(dc, &r, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 void PreencherFaixa(HDC dc, const RECT& r, COLORREF alto, COLORREF baixo) {
     const int altura = r.bottom - r.top;
+    if (AltoContraste()) {
+        PreencherRetangulo(dc, r, alto);
+        return;
+    }
     for (int i = 0; i < altura; ++i) {
         // The colour at the row's middle, rounded.
         const auto canal = [&](int desvio) {
@@ -171,13 +185,13 @@ void PreencherFaixa(HDC dc, const RECT& r, COLORREF alto, COLORREF baixo) {
 void ContornarRetangulo(HDC dc, const RECT& r, COLORREF cor) {
     const Selecao caneta(dc, GetStockObject(DC_PEN));
     const Selecao pincel(dc, GetStockObject(NULL_BRUSH));
-    SetDCPenColor(dc, cor);
+    SetDCPenColor(dc, CorNoContraste(cor, Papel::kTraco));
     Rectangle(dc, r.left, r.top, r.right, r.bottom);
 }
 
 void Escrever(HDC dc, std::wstring_view texto, RECT r, HFONT fonte, COLORREF cor, UINT formato) {
     const Selecao selecao(dc, fonte);
-    SetTextColor(dc, cor);
+    SetTextColor(dc, CorNoContraste(cor, Papel::kTexto));
     SetBkMode(dc, TRANSPARENT);
     DrawTextW(dc, texto.data(), static_cast<int>(texto.size()), &r, formato | DT_NOPREFIX);
 }

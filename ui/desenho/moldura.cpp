@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "ui/desenho/contraste.h"
+
 namespace zu::launcher {
 namespace {
 
@@ -55,9 +57,11 @@ constexpr ARGB kBarraLustro = Argb(110, 255, 255, 255);
 void PintarTitulo(HDC dc, const AparenciaMoldura& a, const CoresDaTira& cores, const Fontes& fontes) {
     constexpr UINT kFormato = kUmaLinha | DT_CENTER;
     RECT r{kMargemDoTitulo, 0, a.largura - kMargemDoTitulo, kAlturaDaTira};
-    OffsetRect(&r, 1, 1);
-    Escrever(dc, a.titulo, r, Fontes::De(fontes.negrito), cores.sombra, kFormato);
-    OffsetRect(&r, -1, -1);
+    if (!AltoContraste()) {
+        OffsetRect(&r, 1, 1);
+        Escrever(dc, a.titulo, r, Fontes::De(fontes.negrito), cores.sombra, kFormato);
+        OffsetRect(&r, -1, -1);
+    }
     Escrever(dc, a.titulo, r, Fontes::De(fontes.negrito), kTitulo, kFormato);
 }
 

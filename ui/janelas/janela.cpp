@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ui/controles/controle.h"
+#include "ui/desenho/contraste.h"
 #include "ui/janelas/molde.h"
 
 namespace zu::launcher {
@@ -142,6 +143,11 @@ LRESULT Janela::Responder(UINT mensagem, WPARAM wParam, LPARAM lParam) {
         case WM_SETFOCUS:
             if (IsChild(janela_, foco_) && IsWindowEnabled(foco_)) SetFocus(foco_);
             return 0;
+        case WM_SYSCOLORCHANGE:
+        case WM_SETTINGCHANGE:
+            LerContraste();
+            RedrawWindow(janela_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+            break;
         case WM_LBUTTONUP:
             AoClicarNaTira(PontoDe(lParam));
             return 0;
