@@ -62,10 +62,7 @@ TEST(Arquivo, PastasIdentidadeECaminhoCanonico) {
 }
 
 TEST(HandleDeArquivo, FechaUmaVezEGuardaOErro) {
-    const auto aberto = [](HANDLE h) {
-        DWORD opcoes = 0;
-        return GetHandleInformation(h, &opcoes) != 0;
-    };
+    const auto aberto = [](HANDLE h) { return WaitForSingleObject(h, 0) != WAIT_FAILED; };
     HANDLE const primeiro = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     HANDLE const segundo = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     {

@@ -12,6 +12,7 @@
 #include "tests/suporte/espera.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 
 namespace zu::launcher {
 namespace {
@@ -26,15 +27,6 @@ HINSTANCE WINAPI Abrir(HWND, LPCWSTR verbo, LPCWSTR alvo, LPCWSTR parametros, LP
     abertos += (simples && mostrar == SW_SHOWNORMAL ? L"" : L"errado: ") + std::wstring(alvo) + L"\n";
     return nullptr;
 }
-
-}  // namespace
-
-// In place of the import library's.
-extern "C" {
-decltype(&ShellExecuteW) __imp_ShellExecuteW = &Abrir;
-}
-
-namespace {
 
 // Fault: a launcher that was sealed without updates greets every player with a warning.
 TEST(Controlador, SemServicoNadaADizerESemJogoNadaAAbrir) {
@@ -98,3 +90,5 @@ TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
 
 }  // namespace
 }  // namespace zu::launcher
+
+ZU_DESVIAR(ShellExecuteW, &zu::launcher::Abrir);

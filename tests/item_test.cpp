@@ -20,11 +20,8 @@ class Item : public Test {
 
     // Publishes one file and returns its line of the list.
     update::ItemLista Publicar(const std::string& caminho, const std::string& conteudo, std::uint32_t partes = 0) {
-        Publicacao publicacao;
-        publicacao.arquivos[caminho] = conteudo;
-        publicacao.partes[caminho] = partes;
+        const Publicacao publicacao{.arquivos = {{caminho, conteudo}}, .partes = {{caminho, partes}}};
         publicacao.Servir(servidor_);
-        servidor_.EsquecerPedidos();
         return publicacao.Lista().itens.front();
     }
     // Into "f.upd"; why it failed, if it did.

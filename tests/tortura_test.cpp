@@ -58,6 +58,11 @@ BOOL WINAPI LerContador(LARGE_INTEGER* contador) {
     return lido;
 }
 
+// The threads' library counts its waits by these.
+ULONGLONG WINAPI LerTiques() {
+    return ZU_VERDADEIRA(L"kernel32", GetTickCount64)() + static_cast<ULONGLONG>(adiantado);
+}
+
 bool NaRede(const Chamada& chamada) {
     return chamada.nome.starts_with("WinHttp");
 }
@@ -273,6 +278,7 @@ TEST_F(Cliente, MarcaESegurarPorUmMomentoNaoAdiamNada) {
 }  // namespace zu::launcher
 
 ZU_DESVIAR(CreateProcessW, &zu::launcher::NaoCriarProcesso);
+ZU_DESVIAR(GetTickCount64, &zu::launcher::LerTiques);
 ZU_DESVIAR(QueryPerformanceCounter, &zu::launcher::LerContador);
 ZU_DESVIAR(Sleep, &zu::launcher::Dormir);
 ZU_DESVIAR(WaitForMultipleObjects, &zu::launcher::EsperarVarios);

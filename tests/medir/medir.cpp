@@ -264,29 +264,26 @@ void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int
 void MedirPintura() {
     constexpr int kRepinturas = 200;
     IniciarDesenho();
-    {
-        const Fontes fontes = CriarFontes();
-        const FontesDaPrincipal proprias;
-        const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF804020U)});
-        const EstadoControle botao;
-        const AparenciaPrincipal aparencia{L"Zu", true, CaixaDaTira::kNenhuma, CentroDaPrincipal::kLogo, 40, 60};
-        const HandleDc tela(CreateCompatibleDC(nullptr));
-        const HDC janela = GetDC(nullptr);
-        const auto repintar = [&] {
-            for (int i = 0; i < kRepinturas; ++i) {
-                const HandleGdi bitmap(CreateCompatibleBitmap(janela, kLarguraPrincipal, kAlturaPrincipal));
-                const Selecao selecao(tela.Valor(), bitmap.Valor());
-                PintarPrincipal(tela.Valor(), aparencia, logo, fontes, proprias);
-                for (int b = 0; b < 4; ++b)
-                    PintarControle(tela.Valor(), {0, 0, 76, 28}, {botao, L"Conectar", true}, fontes);
-                BitBlt(janela, 0, 0, kLarguraPrincipal, kAlturaPrincipal, tela.Valor(), 0, 0, SRCCOPY);
-                GdiFlush();
-            }
-        };
-        Medir(repintar, {}, kRepinturas);
-        ReleaseDC(nullptr, janela);
-    }
-    EncerrarDesenho();
+    const Fontes fontes = CriarFontes();
+    const FontesDaPrincipal proprias;
+    const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF804020U)});
+    const EstadoControle botao;
+    const AparenciaPrincipal aparencia{L"Zu", true, CaixaDaTira::kNenhuma, CentroDaPrincipal::kLogo, 40, 60};
+    const HandleDc tela(CreateCompatibleDC(nullptr));
+    const HDC janela = GetDC(nullptr);
+    const auto repintar = [&] {
+        for (int i = 0; i < kRepinturas; ++i) {
+            const HandleGdi bitmap(CreateCompatibleBitmap(janela, kLarguraPrincipal, kAlturaPrincipal));
+            const Selecao selecao(tela.Valor(), bitmap.Valor());
+            PintarPrincipal(tela.Valor(), aparencia, logo, fontes, proprias);
+            for (int b = 0; b < 4; ++b)
+                PintarControle(tela.Valor(), {0, 0, 76, 28}, {botao, L"Conectar", true}, fontes);
+            BitBlt(janela, 0, 0, kLarguraPrincipal, kAlturaPrincipal, tela.Valor(), 0, 0, SRCCOPY);
+            GdiFlush();
+        }
+    };
+    Medir(repintar, {}, kRepinturas);
+    ReleaseDC(nullptr, janela);
 }
 
 // From the start of the process to its window on the screen.
@@ -343,11 +340,8 @@ void MedirNoAr(const std::string& url, const std::filesystem::path& publicada, c
 // The first is the command itself.
 using Argumentos = std::vector<std::filesystem::path>;
 
-const struct {
-    const char* nome;
-    std::size_t argumentos;
-    void (*rodar)(const Argumentos&);
-} kComandos[] = {
+// With how many arguments each comes.
+const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComandos[] = {
     {"hash", 1, [](const Argumentos& a) { MedirHash(a[1]); }},
     {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(a[1], update::LerLista); }},
     {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(a[1], LerJson); }},
