@@ -1,7 +1,6 @@
 #include "update/atualizador.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -18,25 +17,17 @@ namespace zu::launcher {
 namespace {
 
 using namespace std::chrono_literals;
-using std::chrono::milliseconds;
-using teste::Pedido;
-using teste::Resposta;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::IsSupersetOf;
-using testing::Not;
-using testing::StartsWith;
+using namespace teste;
+using namespace testing;
 
-class Atualizacao : public testing::Test {
+class Atualizacao : public Test {
  protected:
     Atualizacao() {
-        teste::Configurar(pasta_.Caminho(), servidor_.Url());
+        Configurar(pasta_.Caminho(), servidor_.Url());
         publicacao_.arquivos = {{"Zu.exe.txt", "jogo"},
-                                {"Data/Mapas do Sul/praça.map", teste::Bytes(200'000, 2)},
+                                {"Data/Mapas do Sul/praça.map", Bytes(200'000, 2)},
                                 {"Data/vazio", ""},
-                                {"Data/grande.pak", teste::Bytes(700'000, 3)}};
+                                {"Data/grande.pak", Bytes(700'000, 3)}};
         publicacao_.partes["Data/grande.pak"] = 3;
         publicacao_.Servir(servidor_);
     }
@@ -47,7 +38,7 @@ class Atualizacao : public testing::Test {
         EXPECT_TRUE(atualizador_.Aguardar(60s));
         return Formatar("{} {}", static_cast<int>(atualizador_.Estado().status), atualizador_.Estado().texto);
     }
-    [[nodiscard]] std::vector<std::string> Log() const { return teste::LinhasDoLog(pasta_); }
+    [[nodiscard]] std::vector<std::string> Log() const { return LinhasDoLog(pasta_); }
     // The published files and nothing beside them but the launcher's own.
     void EsperarClienteExato() {
         auto tudo = pasta_.Tudo();
@@ -56,9 +47,9 @@ class Atualizacao : public testing::Test {
         EXPECT_EQ(tudo, publicacao_.arquivos);
     }
 
-    teste::PastaTemporaria pasta_{L"Pasta do Jogo ç"};
-    teste::Servidor servidor_;
-    teste::Publicacao publicacao_;
+    PastaTemporaria pasta_{L"Pasta do Jogo ç"};
+    Servidor servidor_;
+    Publicacao publicacao_;
     Atualizador atualizador_;
 };
 
@@ -108,7 +99,7 @@ TEST(PainelDaAtualizacao, NadaPassaDoTotalNemFicaDoQueVeioAntes) {
 TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
     Rodar();
     const auto alvo = pasta_ / "Data/Mapas do Sul/praça.map";
-    pasta_.Adulterar("Data/Mapas do Sul/praça.map", teste::Bytes(200'000, 7));
+    pasta_.Adulterar("Data/Mapas do Sul/praça.map", Bytes(200'000, 7));
     EXPECT_EQ(Rodar(), "5 Cliente em dia.");
     EXPECT_EQ(Rodar(true), "5 Atualização concluída: 1 arquivo(s) novo(s).");
     EXPECT_THAT(Log(), IsSupersetOf({"[update] Reparando: conferindo todos os arquivos...",
@@ -120,7 +111,7 @@ TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
     pasta_.Escrever("Zu.exe.txt", "ogoj");
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
     // A touched but equal file is read once more and stays; a lost cache costs time only.
-    std::filesystem::last_write_time(alvo, std::filesystem::last_write_time(alvo) + std::chrono::hours(1));
+    std::filesystem::last_write_time(alvo, std::filesystem::last_write_time(alvo) + 1h);
     pasta_.Escrever("Config/Launcher.cache", "lixo\nv2\t\n");
     EXPECT_EQ(Rodar(), "5 Cliente em dia.");
     EXPECT_EQ(LerCache().size(), 4U);
@@ -147,7 +138,7 @@ TEST_F(Atualizacao, ListaRuimNaoMudaNadaNoDisco) {
     Rodar();
     const auto antes = pasta_.Tudo();
     const std::string item = "novo\t00000000\t0\n";
-    const std::string boa = teste::Assinar(";seq\t5\n" + item);
+    const std::string boa = Assinar(";seq\t5\n" + item);
     std::string mexida = boa;
     mexida.replace(mexida.find("novo"), 4, "mais");
     const std::string kSemAssinatura =
@@ -155,15 +146,14 @@ TEST_F(Atualizacao, ListaRuimNaoMudaNadaNoDisco) {
     const std::pair<std::string, std::string> casos[] = {
         {";seq\t5\n" + item, kSemAssinatura},
         {mexida, kSemAssinatura},
-        {teste::Assinar(";seq\t0\n" + item),
+        {Assinar(";seq\t0\n" + item),
          "7 O servidor ofereceu uma versão mais antiga que a instalada (seq 0 < 1): recusada."},
-        {teste::Assinar(";seq\t5\n;validade\t2020-01-31T23:59:59Z\n" + item),
+        {Assinar(";seq\t5\n;validade\t2020-01-31T23:59:59Z\n" + item),
          "6 Sem conexão com o servidor de atualização (a lista venceu em 31/01/2020)."},
-        {teste::Assinar(item + "../fora\t0\t0\n"),
-         "7 Lista de atualização inválida: linha 2: caminho inseguro (../fora)"},
+        {Assinar(item + "../fora\t0\t0\n"), "7 Lista de atualização inválida: linha 2: caminho inseguro (../fora)"},
     };
     for (const auto& [texto, fim] : casos) {
-        servidor_.Definir("UpdateList.txt", teste::Servir(texto));
+        servidor_.Definir("UpdateList.txt", Servir(texto));
         EXPECT_EQ(Rodar(), fim) << texto;
         EXPECT_EQ(pasta_.Tudo(), antes);
     }
@@ -193,8 +183,8 @@ TEST_F(Atualizacao, FalhasTentamTresVezesComPausasEDepoisUmAUm) {
     });
     const std::string um = Rodar();
     ASSERT_EQ(pedidos.size(), 5U);
-    EXPECT_GE(pedidos[1] - pedidos[0], milliseconds(290));
-    EXPECT_GE(pedidos[2] - pedidos[1], milliseconds(590));
+    EXPECT_GE(pedidos[1] - pedidos[0], 290ms);
+    EXPECT_GE(pedidos[2] - pedidos[1], 590ms);
     const std::string erro =
         Formatar("HTTP 500 em {}Zu.exe.txt?v={:08x}", servidor_.Url(), publicacao_.Lista().itens.back().crc);
     EXPECT_EQ(um, "7 1 arquivo(s) não baixaram. " + erro);
@@ -215,7 +205,7 @@ TEST_F(Atualizacao, FalhasTentamTresVezesComPausasEDepoisUmAUm) {
     // What comes once it is fetched alone is no failure any more.
     servidor_.EsquecerPedidos();
     servidor_.Definir("Zu.exe.txt", [&](const Pedido& pedido) {
-        return servidor_.Pedidos("Zu.exe.txt").size() < 4 ? Resposta{.status = 502} : teste::Servir("jogo")(pedido);
+        return servidor_.Pedidos("Zu.exe.txt").size() < 4 ? Resposta{.status = 502} : Servir("jogo")(pedido);
     });
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 2 arquivo(s) novo(s).");
     EsperarClienteExato();
@@ -225,7 +215,7 @@ TEST_F(Atualizacao, FalhasTentamTresVezesComPausasEDepoisUmAUm) {
 // there of another list does not serve.
 TEST_F(Atualizacao, EmUsoFicaParaATrocaENaoVemDeNovo) {
     Rodar();
-    const std::string conteudo = teste::Bytes(50'000, 9);
+    const std::string conteudo = Bytes(50'000, 9);
     publicacao_.seq = 2;
     publicacao_.arquivos["Zu.exe.txt"] = conteudo;
     publicacao_.remover = {"Data/vazio"};
@@ -273,7 +263,7 @@ TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
         publicacao_.seq = seq;
         publicacao_.arquivos["Zu.exe.txt"] = conteudo;
         publicacao_.Servir(servidor_);
-        return teste::Assinar(update::EscreverLista(publicacao_.Lista()));
+        return Assinar(update::EscreverLista(publicacao_.Lista()));
     };
     const std::string velha = lista(5, "velho");
     const std::string maisVelha = lista(4, "novo!");
@@ -303,8 +293,7 @@ TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
     // What is joined from parts is there twice for a moment.
     const std::uint64_t livres = std::filesystem::space(pasta_.Caminho()).available;
     for (const auto& [tamanho, partes] : {std::pair{std::uint64_t{1} << 60, ""}, {livres / 3 * 2, "\t\t20"}}) {
-        servidor_.Definir("UpdateList.txt",
-                          teste::Servir(teste::Assinar(Formatar("f\t00000000\t{}{}\n", tamanho, partes))));
+        servidor_.Definir("UpdateList.txt", Servir(Assinar(Formatar("f\t00000000\t{}{}\n", tamanho, partes))));
         EXPECT_THAT(Rodar(), AllOf(StartsWith("7 Espaço em disco insuficiente: faltam "),
                                    EndsWith(" MB em " + pasta_.Caminho().root_name().string() + ".")));
     }
@@ -313,7 +302,7 @@ TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
 }
 
 TEST_F(Atualizacao, CacheESalvoNoMeioMasNaoACadaVez) {
-    CacheDeArquivos cache(milliseconds(0));
+    CacheDeArquivos cache(0ms);
     CacheDeArquivos semPressa;
     for (CacheDeArquivos* qual : {&semPressa, &cache}) {
         qual->Carregar();
@@ -326,7 +315,7 @@ TEST_F(Atualizacao, CacheESalvoNoMeioMasNaoACadaVez) {
 TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     const auto cancelarQuando = [&](const auto& condicao) {
         atualizador_.Iniciar(false);
-        EXPECT_TRUE(teste::Esperar(20s, condicao));
+        EXPECT_TRUE(Esperar(20s, condicao));
         atualizador_.Cancelar();
         EXPECT_TRUE(atualizador_.Aguardar(1s));
         return atualizador_.Estado().erro;
@@ -336,7 +325,7 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     EXPECT_EQ(cancelarQuando([&] { return servidor_.QuantosPedidos() > 0; }), "Cancelado.");
 
     // while a large file is read: what was read before it stays known
-    const std::string grande = teste::Bytes(64 << 20);
+    const std::string grande = Bytes(64 << 20);
     const std::string conteudo = grande.substr(0, 2'000'000);
     publicacao_.arquivos = {{"a", "pequeno"}, {"b", grande}};
     publicacao_.partes.clear();
@@ -344,13 +333,12 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     pasta_.Escrever("a", "pequeno");
     pasta_.Escrever("b", grande);
     EXPECT_EQ(cancelarQuando([&] { return atualizador_.Estado().bytesFeitos > 7; }), "Cancelado.");
-    EXPECT_EQ(LerCache().size(), 1U);
-    EXPECT_EQ(LerCache()["a"].tamanho, 7U);
+    EXPECT_THAT(LerCache(), ElementsAre(Pair("a", Field(&EntradaCache::tamanho, 7U))));
 
     // in the middle of a file, on a line so slow that a read which waits for a whole block would keep nothing
     publicacao_.arquivos["b"] = conteudo;
     publicacao_.Servir(servidor_);
-    servidor_.Definir("b", {.corpo = conteudo, .bloco = 1000, .pausa = milliseconds(20)});
+    servidor_.Definir("b", {.corpo = conteudo, .bloco = 1000, .pausa = 20ms});
     EXPECT_EQ(cancelarQuando([&] { return pasta_.Ler("b.upd").size() > 3000; }), "Download cancelado.");
     EXPECT_THAT(Log(), Not(Contains("[update] 1 arquivo(s) não vieram; baixando um de cada vez")));
     const std::string parcial = pasta_.Ler("b.upd");
@@ -364,21 +352,21 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
 }
 
 TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
-    teste::Configurar(pasta_.Caminho(), servidor_.Url(), 16);
+    Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
     std::atomic<int> juntos = 0;
     for (const char* caminho : {"Zu.exe.txt", "Data/grande.pak"}) {
         servidor_.Definir(caminho, [&juntos, conteudo = publicacao_.arquivos[caminho]](const Pedido&) {
             ++juntos;
-            teste::Esperar(5s, [&] { return juntos == 2; });
+            Esperar(5s, [&] { return juntos == 2; });
             return Resposta{.corpo = juntos == 2 ? conteudo : ""};
         });
     }
     // A path that is listed twice has one temporary file.
     update::UpdateList lista = publicacao_.Lista();
     lista.itens.push_back(lista.itens.front());
-    servidor_.Definir("UpdateList.txt", teste::Servir(teste::Assinar(update::EscreverLista(lista))));
+    servidor_.Definir("UpdateList.txt", Servir(Assinar(update::EscreverLista(lista))));
     atualizador_.Iniciar(false);
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
     EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);
@@ -391,18 +379,17 @@ TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
 
 // One that does not let itself be asked counts by its file, which cannot be written while it runs.
 TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
-    const auto parado = teste::kPastaBin / "processo_parado.exe";
-    const teste::PastaTemporaria outra;
+    const auto parado = kPastaBin / "processo_parado.exe";
+    const PastaTemporaria outra;
     std::filesystem::copy_file(parado, outra / "Zu.exe");
-    const teste::Programa deOutraPasta(outra / "Zu.exe");
-    EXPECT_FALSE(JogoAberto(pasta_.Caminho()));
+    const Programa deOutraPasta(outra / "Zu.exe");
     EXPECT_TRUE(JogoAberto(outra.Caminho()));
     EXPECT_TRUE(ContaComoAberto({}, outra / "Zu.exe"));
     EXPECT_FALSE(ContaComoAberto({}, outra / "Zu2.exe") || ContaComoAberto(parado, outra / "Zu.exe"));
     std::filesystem::copy_file(parado, pasta_ / "Zu2.exe");
     EXPECT_FALSE(ContaComoAberto({}, pasta_ / "Zu2.exe"));
     {
-        const teste::Programa jogo(pasta_ / "Zu2.exe");
+        const Programa jogo(pasta_ / "Zu2.exe");
         EXPECT_EQ(Rodar(), "9 O jogo está aberto: feche o Zu para verificar as atualizações.");
     }
     EXPECT_THAT(Rodar(), StartsWith("5 "));

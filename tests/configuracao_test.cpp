@@ -83,9 +83,8 @@ TEST_F(Configuracao, OpcoesExatasValoresENomeDaPasta) {
 
     const std::pair<const wchar_t*, int> conexoes[] = {
         {L"0", 1}, {L"abc", 1}, {L"99", 16}, {L"7", 7}, {L"99999999999999", 16}};
-    for (const auto& [texto, esperado] : conexoes) {
+    for (const auto& [texto, esperado] : conexoes)
         EXPECT_EQ(Ler({std::wstring(L"--conexoes=") + texto}).conexoes, esperado) << ParaUtf8(texto);
-    }
     EXPECT_EQ(Ler({L"--conexoes=3", L"--conexoes=5"}).conexoes, 5);
 }
 

@@ -12,11 +12,13 @@
 #include "tests/suporte/espera.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 
 namespace zu::launcher {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace teste;
 
 std::wstring abertos;  // targets, a line each
 
@@ -26,22 +28,13 @@ HINSTANCE WINAPI Abrir(HWND, LPCWSTR verbo, LPCWSTR alvo, LPCWSTR parametros, LP
     return nullptr;
 }
 
-}  // namespace
-
-// In place of the import library's.
-extern "C" {
-decltype(&ShellExecuteW) __imp_ShellExecuteW = &Abrir;
-}
-
-namespace {
-
 // Fault: a launcher that was sealed without updates greets every player with a warning.
 TEST(Controlador, SemServicoNadaADizerESemJogoNadaAAbrir) {
-    const teste::PastaTemporaria pasta;
-    teste::Configurar(pasta.Caminho(), "");
+    const PastaTemporaria pasta;
+    Configurar(pasta.Caminho(), "");
     ControladorLauncher controlador;
     controlador.Iniciar();
-    EXPECT_TRUE(teste::Esperar(10s, [&] { return !controlador.Atualizando(); }));
+    EXPECT_TRUE(Esperar(10s, [&] { return !controlador.Atualizando(); }));
     EXPECT_EQ(controlador.TomarMensagemFinal(), "");
     for (int volta = 0; volta < 2; ++volta) {
         std::string erro;
@@ -70,14 +63,11 @@ TEST(Controlador, EnderecoSoDaWebEEmMinusculas) {
 }
 
 TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
-    const teste::PastaTemporaria pasta(L"Jogo é");
+    const PastaTemporaria pasta(L"Jogo é");
     const std::filesystem::path jogo = pasta.Caminho();
-    std::filesystem::copy_file(teste::kPastaBin / "jogo_falso.exe", pasta / "Zu.exe");
+    std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta / "Zu.exe");
     pasta.Escrever("jogo_falso.json", R"({"relatorio": "Item | a\n[X] DirectX 12 | b | c | d"})");
-    const struct {
-        const char *palavra, *relatorio, *registro;
-        std::wstring alvo;
-    } casos[] = {
+    const std::tuple<const char*, const char*, const char*, std::wstring> casos[] = {
         {"registrar", "vazio", "https://registro/", L"https://registro/\n"},
         {"registrar", "vazio", "", L"https://site/\n"},
         {"driver", "copiar", "", L"ms-settings:windowsupdate\n"},
@@ -91,7 +81,7 @@ TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
         DefinirConfig({.pastaJogo = jogo, .urlSite = "https://site/", .urlRegistro = registro});
         pasta.Escrever("jogo_falso.txt", std::string("relatorio=") + relatorio);
         IniciarRequisitos();
-        EXPECT_TRUE(teste::Esperar(30s, [] { return ObterRequisitos().concluido; }));
+        EXPECT_TRUE(Esperar(30s, [] { return ObterRequisitos().concluido; }));
         abertos.clear();
         ObterControlador().Acao(palavra);
         EXPECT_EQ(abertos, alvo) << palavra << " " << relatorio;
@@ -100,3 +90,5 @@ TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
 
 }  // namespace
 }  // namespace zu::launcher
+
+ZU_DESVIAR(ShellExecuteW, &zu::launcher::Abrir);

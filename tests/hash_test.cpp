@@ -17,36 +17,30 @@ Bytes DeHex(std::string_view hex) {
         LerNumeroInteiro(hex.substr(2 * i, 2), bytes[i], 16);
     return bytes;
 }
-Bytes ComoBytes(std::string_view texto) {
-    return {texto.begin(), texto.end()};
-}
 
 // RFC 4231, case 2.
 TEST(Hash, HmacDaChaveEDosDados) {
-    EXPECT_EQ(ParaHex(HmacSha256(ComoBytes("Jefe"), ComoBytes("what do ya want for nothing?"))),
+    EXPECT_EQ(ParaHex(HmacSha256(DeHex("4a656665"), DeHex("7768617420646f2079612077616e7420666f72206e6f7468696e673f"))),
               "5bdcc146bf60754e6a042426089575c75a003f089d2739839dec58b964ec3843");
 }
 
-struct CasoDeAssinatura {
-    const char *nome, *chave, *mensagem, *assinatura;
-    bool boa;
-};
-constexpr CasoDeAssinatura kAssinaturas[] = {
+constexpr std::tuple<const char*, const char*, const char*, const char*, bool> kAssinaturas[] = {
 #include "tests/dados/assinaturas.inc"
 };
 
 // Any key of the list will do, among others and behind one that is none; and no other.
 TEST(Assinatura, CasosDoNistEDoOpenssl) {
-    for (const CasoDeAssinatura& caso : kAssinaturas) {
-        const char* const ultima = std::end(kAssinaturas)[-1].chave;
-        const char* const outra = caso.chave == std::string_view(ultima) ? kAssinaturas[0].chave : ultima;
+    const std::string_view primeira = std::get<1>(kAssinaturas[0]);
+    const std::string_view ultima = std::get<1>(std::end(kAssinaturas)[-1]);
+    for (const auto& [nome, chave, mensagem, assinada, boa] : kAssinaturas) {
+        const std::string_view outra = chave == ultima ? primeira : ultima;
         std::vector<UpdateSigningKey> chaves{UpdateSigningKey(20, 7), DeHex(outra)};
-        Bytes assinatura = DeHex(caso.assinatura);
-        EXPECT_FALSE(VerifyListSignature(chaves, DeHex(caso.mensagem), assinatura)) << caso.nome;
-        chaves.push_back(DeHex(caso.chave));
-        EXPECT_EQ(VerifyListSignature(chaves, DeHex(caso.mensagem), assinatura), caso.boa) << caso.nome;
+        Bytes assinatura = DeHex(assinada);
+        EXPECT_FALSE(VerifyListSignature(chaves, DeHex(mensagem), assinatura)) << nome;
+        chaves.push_back(DeHex(chave));
+        EXPECT_EQ(VerifyListSignature(chaves, DeHex(mensagem), assinatura), boa) << nome;
         assinatura.push_back(0);
-        EXPECT_FALSE(VerifyListSignature(chaves, DeHex(caso.mensagem), assinatura)) << caso.nome;
+        EXPECT_FALSE(VerifyListSignature(chaves, DeHex(mensagem), assinatura)) << nome;
     }
 }
 

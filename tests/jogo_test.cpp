@@ -26,13 +26,13 @@ namespace zu::launcher {
 namespace {
 
 using namespace std::chrono_literals;
-using teste::recusa;
+using namespace teste;
 
 class Jogo : public testing::Test {
  protected:
     Jogo() {
-        teste::Configurar(pasta_.Caminho(), "");
-        std::filesystem::copy_file(teste::kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
+        Configurar(pasta_.Caminho(), "");
+        std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
         pasta_.Escrever("../Jogo.exe", "");  // what a path without quotes would start
     }
     ~Jogo() override {
@@ -42,10 +42,10 @@ class Jogo : public testing::Test {
 
     // Neither runs nor is suspended.
     [[nodiscard]] bool Acabou() const {
-        return teste::Esperar(10s, [this] { return !EmUso(pasta_ / "Zu.exe"); });
+        return Esperar(10s, [this] { return !EmUso(pasta_ / "Zu.exe"); });
     }
     [[nodiscard]] bool LogouUmaVez(const std::string& linha) const {
-        return std::ranges::count(teste::LinhasDoLog(pasta_), linha) == 1;
+        return std::ranges::count(LinhasDoLog(pasta_), linha) == 1;
     }
     // What the game noted of one start.
     std::string Abrir(const std::string& api) {
@@ -57,7 +57,7 @@ class Jogo : public testing::Test {
         return pasta_.Ler("jogo_falso.log");
     }
 
-    teste::PastaTemporaria pasta_{L"Jogo é"};
+    PastaTemporaria pasta_{L"Jogo é"};
 };
 
 TEST_F(Jogo, ComecaNaSuaPastaComUmaDasDuasApisEUmTokenQueNaoSeRepete) {
@@ -91,7 +91,7 @@ TEST_F(Jogo, FalhaDoSistemaUmaVezNoLogENuncaOFimDoPrograma) {
     DefinirConfig({.pastaJogo = pasta_.Caminho(), .jogar = true});
     ControladorLauncher controlador;
     const auto girar = [&](auto condicao) {
-        return teste::Esperar(30s, [&] {
+        return Esperar(30s, [&] {
             controlador.Tick();
             return condicao();
         });
@@ -121,7 +121,7 @@ TEST_F(Jogo, FalhaDoSistemaUmaVezNoLogENuncaOFimDoPrograma) {
     recusa = {};
     controlador.Iniciar();
     EXPECT_FALSE(concluido());
-    EXPECT_TRUE(teste::Esperar(30s, [&] { return !controlador.Atualizando(); }));
+    EXPECT_TRUE(Esperar(30s, [&] { return !controlador.Atualizando(); }));
     recusa = {"_beginthreadex", ERROR_NOT_READY};
     EXPECT_TRUE(girar(concluido) && LogouUmaVez("Requisitos: " + semThread));
 

@@ -104,11 +104,7 @@ TEST(Json, RecusadosNoLugarDaFalta) {
 TEST(Json, NumerosPelosDoisCampos) {
     const std::string noves = Repetir(400, "9");
     const std::string zeros = "0." + Repetir(400, "0");
-    const struct {
-        std::string documento;
-        double numero;
-        std::int64_t inteiro;
-    } casos[] = {
+    const std::tuple<std::string, double, std::int64_t> casos[] = {
         {"-0", -0.0, 0},
         {"1-2", 1, 1},
         {"1.2.3", 1.2, 1},

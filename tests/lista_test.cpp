@@ -79,9 +79,8 @@ TEST(Lista, SeparaAAssinaturaSoNoFim) {
 
     for (const char* texto : {"", ";assinatura", "a\t1\t1\n", ";assinatura\t", ";assinatura\t=\n", ";assinatura\tQU JD",
                               "x;assinatura\tQUJD", "a\t1\t1\n;assinatura\tQUJD\nb\t1\t1\n",
-                              "x;assinatura\tQUJD\n;assinatura\tQUJD", ";assinatura\tQUJD\n;assinatura\tQUJD"}) {
+                              "x;assinatura\tQUJD\n;assinatura\tQUJD", ";assinatura\tQUJD\n;assinatura\tQUJD"})
         EXPECT_FALSE(SepararAssinatura(texto).ok) << texto;
-    }
 }
 
 }  // namespace

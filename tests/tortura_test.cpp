@@ -8,7 +8,6 @@
 #include "core/formato.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
-#include "tests/suporte/relogio.h"
 #include "tools/updater_helper/aplicar_trocas.h"
 #include "update/atualizador.h"
 #include "update/estado.h"
@@ -18,9 +17,51 @@
 namespace zu::launcher {
 namespace {
 
-using std::chrono::milliseconds;
+using namespace std::chrono_literals;
+using namespace teste;
 using std::chrono::steady_clock;
-using teste::Chamada;
+
+// Unless it stands still nobody waits long: a pause, or a wait that nothing ends at once, moves the clocks of its own
+// thread forward instead, by at least this many milliseconds. The clocks of other threads stay, so what a thread sees
+// of time follows from what it does.
+constexpr std::int64_t kParado = -1;
+constinit std::atomic<std::int64_t> menorPasso = kParado;
+thread_local constinit std::int64_t adiantado = 0;  // ms
+
+// Whether the wait is to be cut short: only a pause that has an end is.
+bool Encurtar(DWORD ms) {
+    return menorPasso != kParado && ms != 0 && ms != INFINITE;
+}
+
+void WINAPI Dormir(DWORD ms) {
+    if (!Encurtar(ms)) return ZU_VERDADEIRA(L"kernel32", Sleep)(ms);
+    adiantado += std::max<std::int64_t>(ms, menorPasso);
+}
+
+DWORD WINAPI EsperarVarios(DWORD quantos, const HANDLE* objetos, BOOL todos, DWORD ms) {
+    constexpr DWORD kEspera = 5;  // ms: lets the other threads get on
+    const DWORD resposta =
+        ZU_VERDADEIRA(L"kernel32", WaitForMultipleObjects)(quantos, objetos, todos, Encurtar(ms) ? kEspera : ms);
+    if (resposta == WAIT_TIMEOUT && Encurtar(ms)) adiantado += std::max<std::int64_t>(ms, menorPasso);
+    return resposta;
+}
+
+DWORD WINAPI EsperarUm(HANDLE objeto, DWORD ms) {
+    return EsperarVarios(1, &objeto, FALSE, ms);
+}
+
+BOOL WINAPI LerContador(LARGE_INTEGER* contador) {
+    LARGE_INTEGER frequencia{};
+    QueryPerformanceFrequency(&frequencia);
+    const BOOL lido = ZU_VERDADEIRA(L"kernel32", QueryPerformanceCounter)(contador);
+    contador->QuadPart += adiantado * frequencia.QuadPart / 1000;
+    return lido;
+}
+
+// The threads' library counts its waits by these.
+ULONGLONG WINAPI LerTiques() {
+    return ZU_VERDADEIRA(L"kernel32", GetTickCount64)() + static_cast<ULONGLONG>(adiantado);
+}
 
 bool NaRede(const Chamada& chamada) {
     return chamada.nome.starts_with("WinHttp");
@@ -29,7 +70,7 @@ bool NaRede(const Chamada& chamada) {
 // A program with this in it starts no other: what would be started counts as started.
 BOOL WINAPI NaoCriarProcesso(LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID,
                              LPCWSTR pasta, LPSTARTUPINFOW, LPPROCESS_INFORMATION processo) {
-    if (teste::Recusada("CreateProcessW", pasta)) return FALSE;
+    if (Recusada("CreateProcessW", pasta)) return FALSE;
     processo->hProcess = CreateEventW(nullptr, TRUE, TRUE, nullptr);
     processo->hThread = CreateEventW(nullptr, TRUE, TRUE, nullptr);
     return TRUE;
@@ -45,8 +86,8 @@ BOOL WINAPI EncurtarEsperas(HINTERNET sessao, int resolver, int conectar, int en
 class Cliente : public testing::Test {
  protected:
     Cliente() {
-        teste::Configurar(pasta_.Caminho(), servidor_.Url(), 1);
-        teste::Publicacao velha;
+        Configurar(pasta_.Caminho(), servidor_.Url(), 1);
+        Publicacao velha;
         velha.arquivos = {{"igual.txt", "fica"},        {"Data/mapa.map", "mapa velho"},
                           {"Data/grande.pak", "velho"}, {"leitura.ini", "marcado velho"},
                           {"preso.dll", "preso velho"}, {"Data/sai.dat", "sai"},
@@ -68,7 +109,7 @@ class Cliente : public testing::Test {
         inicio_["Data/grande.pak.upd.p001"] = "novo em du";
     }
 
-    ~Cliente() override { teste::menorPasso = teste::kParado; }
+    ~Cliente() override { menorPasso = kParado; }
 
     // Everything as it was before the update.
     void Voltar() {
@@ -134,15 +175,15 @@ class Cliente : public testing::Test {
                        ? ERROR_ACCESS_DENIED
                        : 0;
         };
-        teste::recusa.porta = &porta;
+        recusa.porta = &porta;
         const bool feito = trabalho();
-        teste::recusa.porta = nullptr;
+        recusa.porta = nullptr;
         return feito;
     }
 
-    teste::PastaTemporaria pasta_{L"Jogo ç"};
-    teste::Servidor servidor_;
-    teste::Publicacao nova_;
+    PastaTemporaria pasta_{L"Jogo ç"};
+    Servidor servidor_;
+    Publicacao nova_;
     std::map<std::string, std::string> inicio_;
     std::vector<TrocaPendente> trocas_;
 };
@@ -165,7 +206,7 @@ class Tortura : public Cliente, public testing::WithParamInterface<Caso> {};
 
 TEST_P(Tortura, CadaChamadaFalhaENadaSeRompe) {
     const Caso& caso = GetParam();
-    teste::menorPasso = 1000;
+    menorPasso = 1000;
     std::atomic<std::size_t> feitas = 0;
     std::size_t alvo = 0;
     std::string qual;
@@ -206,7 +247,7 @@ TEST_F(Cliente, ServidorCaladoETempoEsgotado) {
     EXPECT_FALSE(HttpBaixarArquivo(DeUtf8(servidor_.Url() + "calado"), pasta_ / "f", 9, {}, cancelar, erro));
     // Windows says 12002 where Wine hands on the socket's own number.
     EXPECT_TRUE(erro == "download: tempo esgotado" || erro == "download: erro 10060") << erro;
-    EXPECT_LT(steady_clock::now() - inicio, std::chrono::seconds(20));
+    EXPECT_LT(steady_clock::now() - inicio, 20s);
     EXPECT_EQ(pasta_.Ler("f"), "abc");
 }
 
@@ -214,7 +255,7 @@ TEST_F(Cliente, ServidorCaladoETempoEsgotado) {
 // replace, is among them.
 TEST_F(Cliente, MarcaESegurarPorUmMomentoNaoAdiamNada) {
     for (const bool fresco : {false, true}) {
-        teste::menorPasso = 0;
+        menorPasso = 0;
         std::mutex trava;
         std::map<std::filesystem::path, steady_clock::time_point> soltura;
         const auto segurar = [&](const Chamada& chamada) -> DWORD {
@@ -223,7 +264,7 @@ TEST_F(Cliente, MarcaESegurarPorUmMomentoNaoAdiamNada) {
             const std::lock_guard guarda(trava);
             const auto& arquivo = fresco ? chamada.caminho : chamada.destino;
             if (abertura && !soltura.contains(arquivo)) return 0;
-            const auto ate = soltura.try_emplace(arquivo, steady_clock::now() + milliseconds(300)).first->second;
+            const auto ate = soltura.try_emplace(arquivo, steady_clock::now() + 300ms).first->second;
             return steady_clock::now() < ate ? ERROR_SHARING_VIOLATION : 0;
         };
         Voltar();
@@ -237,6 +278,11 @@ TEST_F(Cliente, MarcaESegurarPorUmMomentoNaoAdiamNada) {
 }  // namespace zu::launcher
 
 ZU_DESVIAR(CreateProcessW, &zu::launcher::NaoCriarProcesso);
+ZU_DESVIAR(GetTickCount64, &zu::launcher::LerTiques);
+ZU_DESVIAR(QueryPerformanceCounter, &zu::launcher::LerContador);
+ZU_DESVIAR(Sleep, &zu::launcher::Dormir);
+ZU_DESVIAR(WaitForMultipleObjects, &zu::launcher::EsperarVarios);
+ZU_DESVIAR(WaitForSingleObject, &zu::launcher::EsperarUm);
 ZU_DESVIAR(WinHttpSetTimeouts, &zu::launcher::EncurtarEsperas);
 ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
 ZU_RECUSAVEL(L"kernel32", CreateFileW, INVALID_HANDLE_VALUE);

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <future>
 #include <new>
@@ -18,12 +17,11 @@
 namespace zu::launcher {
 namespace {
 
-using std::chrono::milliseconds;
-using std::chrono::seconds;
-using testing::HasSubstr;
-using testing::StartsWith;
+using namespace std::chrono_literals;
+using namespace teste;
+using namespace testing;
 
-class Trocas : public testing::Test {
+class Trocas : public Test {
  protected:
     [[nodiscard]] std::string Texto(const std::string& nome) const { return ParaUtf8((pasta_ / nome).native()); }
     LinhaPendente Mover(const std::string& nome) {
@@ -31,17 +29,16 @@ class Trocas : public testing::Test {
         return {Texto(nome + ".novo"), Texto(nome)};
     }
     void Listar(const std::vector<LinhaPendente>& linhas) { pasta_.Escrever(kLista, TextoDosPendentes(linhas)); }
-    bool Aplicar(const std::vector<LinhaPendente>& linhas, milliseconds limite = milliseconds(300)) {
+    bool Aplicar(const std::vector<LinhaPendente>& linhas, std::chrono::milliseconds limite = 300ms) {
         Listar(linhas);
         log_.clear();
-        return AplicarTrocas(pasta_ / kLista, {.limite = limite, .intervalo = milliseconds(20)}, Log());
+        return AplicarTrocas(pasta_ / kLista, {.limite = limite, .intervalo = 20ms}, Log());
     }
     // The whole run: its exit code, and whether it opened the program, which ends at once.
     std::string Rodar(const std::filesystem::path& lista, const std::filesystem::path& reabrir = kParado) {
         log_.clear();
-        const FimDoHelper fim =
-            RodarHelper({.lista = lista, .reabrir = reabrir, .argumentos = {L"1"}},
-                        {.esperaPelaPasta = milliseconds(100), .trocas = {.limite = milliseconds(300)}}, Log());
+        const FimDoHelper fim = RodarHelper({.lista = lista, .reabrir = reabrir, .argumentos = {L"1"}},
+                                            {.esperaPelaPasta = 100ms, .trocas = {.limite = 300ms}}, Log());
         return Formatar("{}{}", static_cast<int>(fim), log_.ends_with("launcher reaberto\n") ? ", reaberto" : "");
     }
     LogDeTrocas Log() {
@@ -52,8 +49,8 @@ class Trocas : public testing::Test {
     }
 
     static constexpr const char* kLista = "Config/Launcher.pendente";
-    inline static const std::filesystem::path kParado = teste::kPastaBin / "processo_parado.exe";
-    teste::PastaTemporaria pasta_{L"Jogo é"};
+    inline static const std::filesystem::path kParado = kPastaBin / "processo_parado.exe";
+    PastaTemporaria pasta_{L"Jogo é"};
     std::string log_;
     std::function<void(std::string_view)> aoLogar_;
 };
@@ -85,18 +82,18 @@ TEST_F(Trocas, PresasDividemOLimiteENaoAtrasamAsOutras) {
         if (mensagem.find("tentando de novo") != std::string_view::npos) solta.Fechar();
     };
     const auto inicio = std::chrono::steady_clock::now();
-    EXPECT_FALSE(Aplicar(linhas, milliseconds(1500)));
-    EXPECT_LT(std::chrono::steady_clock::now() - inicio, seconds(10));
+    EXPECT_FALSE(Aplicar(linhas, 1500ms));
+    EXPECT_LT(std::chrono::steady_clock::now() - inicio, 10s);
     EXPECT_THAT(log_, StartsWith(Texto("livre") + ": trocado\n"));
     EXPECT_THAT(log_, HasSubstr(Texto("solta") + ": trocado\n" + Texto("presa") + ": ainda em uso (erro "));
     EXPECT_EQ(PendentesDoTexto(pasta_.Ler(kLista)), presas);
 
-    EXPECT_FALSE(Aplicar({presas[0], Mover("sem tempo")}, milliseconds(0)));
+    EXPECT_FALSE(Aplicar({presas[0], Mover("sem tempo")}, 0ms));
     EXPECT_THAT(log_, HasSubstr(Texto("sem tempo") + ": trocado\n"));
 }
 
 TEST_F(Trocas, NadaForaDaPastaDoJogo) {
-    const teste::PastaTemporaria fora;
+    const PastaTemporaria fora;
     fora.Escrever("alvo", "intacto");
     const std::string alvo = ParaUtf8((fora / "alvo").native());
     std::vector<LinhaPendente> linhas{{Mover("meu").origem, alvo}, {alvo, Texto("seu")}};
@@ -128,12 +125,12 @@ TEST_F(Trocas, APastaEDeUmSoDeCadaVez) {
     const auto antes = pasta_.Tudo();
     {
         PosseDaPasta posse(pasta_.Caminho());
-        ASSERT_TRUE(posse.Tomar(milliseconds(0)));
+        ASSERT_TRUE(posse.Tomar(0ms));
         EXPECT_EQ(noutra([&] { return Rodar(pasta_.Caminho().parent_path() / L"JOGO é" / kLista); }), "3");
     }
     EXPECT_EQ(pasta_.Tudo(), antes);
     aoLogar_ = [&](std::string_view) {
-        log_ += noutra([&] { return PosseDaPasta(pasta_.Caminho()).Tomar(milliseconds(0)); }) ? "livre " : "ocupada ";
+        log_ += noutra([&] { return PosseDaPasta(pasta_.Caminho()).Tomar(0ms); }) ? "livre " : "ocupada ";
     };
     EXPECT_EQ(Rodar(pasta_ / kLista), "0, reaberto");
     EXPECT_THAT(log_, HasSubstr("ocupada " + Texto("a") + ": trocado\nlivre launcher reaberto\n"));
@@ -155,24 +152,23 @@ TEST_F(Trocas, ReabreSoOQueEDaPropriaPastaEMesmoSemMemoria) {
 
 // A running program cannot be overwritten: it steps aside, and comes back when its successor cannot take the place.
 TEST_F(Trocas, OHelperTrocaASiMesmo) {
-    std::filesystem::copy_file(teste::kPastaBin / "UpdaterHelper.exe", pasta_ / "UpdaterHelper.exe");
+    std::filesystem::copy_file(kPastaBin / "UpdaterHelper.exe", pasta_ / "UpdaterHelper.exe");
     const std::string programa = pasta_.Ler("UpdaterHelper.exe");
     pasta_.Escrever("UpdaterHelper.exe.novo", programa + "novo");
     const std::vector<std::wstring> argumentos{L"--lista=" + (pasta_ / kLista).native(),
                                                L"--reabrir=" + (pasta_ / "UpdaterHelper.exe").native()};
     Listar({{Texto("UpdaterHelper.exe.novo"), Texto("UpdaterHelper.exe")}});
     HandleArquivo preso = pasta_.Prender("UpdaterHelper.exe.novo");
-    teste::Programa helper(pasta_ / "UpdaterHelper.exe", argumentos);
-    EXPECT_TRUE(teste::Esperar(seconds(20), [&] {
-        return pasta_.Ler("UpdaterHelper.log").find("1 troca(s) por fazer") != std::string::npos;
-    }));
-    EXPECT_TRUE(teste::Esperar(seconds(5), [&] { return pasta_.Tem("UpdaterHelper.exe"); }));
+    Programa helper(pasta_ / "UpdaterHelper.exe", argumentos);
+    EXPECT_TRUE(Esperar(
+        20s, [&] { return pasta_.Ler("UpdaterHelper.log").find("1 troca(s) por fazer") != std::string::npos; }));
+    EXPECT_TRUE(Esperar(5s, [&] { return pasta_.Tem("UpdaterHelper.exe"); }));
     preso.Fechar();
     EXPECT_EQ(helper.Esperar(), 0) << pasta_.Ler("UpdaterHelper.log");
     EXPECT_TRUE(pasta_.Ler("UpdaterHelper.exe") == programa + "novo");
     EXPECT_TRUE(pasta_.Ler("UpdaterHelper.exe.tmp") == programa);
     Listar({});
-    EXPECT_EQ(teste::Programa(pasta_ / "UpdaterHelper.exe", argumentos).Esperar(), 0);
+    EXPECT_EQ(Programa(pasta_ / "UpdaterHelper.exe", argumentos).Esperar(), 0);
     EXPECT_FALSE(pasta_.Tem("UpdaterHelper.exe.tmp"));
 }
 

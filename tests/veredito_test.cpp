@@ -98,14 +98,7 @@ TEST(Relatorio, CadaChaveNoSeuLugarEOQueFaltaRoda) {
 }
 
 TEST(Veredito, UmRamoPorVez) {
-    const struct {
-        const char* geral;
-        bool d3d12, vulkan;
-        EstadoItem item;
-        const wchar_t* titulo;
-        int nivel;
-        const wchar_t *tituloEsperado, *inicio;
-    } casos[] = {
+    const std::tuple<const char*, bool, bool, EstadoItem, const wchar_t*, int, const wchar_t*, std::wstring> casos[] = {
         {"falha", true, true, EstadoItem::kOk, L"", 2, L"Seu computador não atende aos requisitos mínimos", L"O jogo"},
         {"aviso", false, false, EstadoItem::kFalha, L"t", 1, L"t", L"Só o DirectX 12 roda neste"},
         {"aviso", true, true, EstadoItem::kOk, L"t", 1, L"t", L"Só o Vulkan roda neste"},
@@ -114,16 +107,16 @@ TEST(Veredito, UmRamoPorVez) {
         {"", false, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com Vulkan neste computador."},
         {"aviso ", true, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 e com Vulkan neste"},
     };
-    for (const auto& caso : casos) {
-        ResultadoRequisitos r{.relatorioLido = true, .d3d12 = caso.d3d12, .vulkan = caso.vulkan, .geral = caso.geral};
-        r.items = {ItemRequisito{}, ItemRequisito{.estado = caso.item}};
-        const VereditoRequisitos v = JulgarRequisitos(r, caso.titulo);
-        EXPECT_EQ(static_cast<int>(v.nivel), caso.nivel) << caso.geral;
-        EXPECT_EQ(v.titulo, caso.tituloEsperado) << caso.geral;
-        EXPECT_TRUE(v.texto.starts_with(caso.inicio)) << caso.geral;
+    for (const auto& [geral, d3d12, vulkan, item, nosso, nivel, titulo, inicio] : casos) {
+        ResultadoRequisitos r{.relatorioLido = true, .d3d12 = d3d12, .vulkan = vulkan, .geral = geral};
+        r.items = {ItemRequisito{}, ItemRequisito{.estado = item}};
+        const VereditoRequisitos v = JulgarRequisitos(r, nosso);
+        EXPECT_EQ(static_cast<int>(v.nivel), nivel) << geral;
+        EXPECT_EQ(v.titulo, titulo) << geral;
+        EXPECT_TRUE(v.texto.starts_with(inicio)) << geral;
         r.relatorioLido = false;
-        EXPECT_EQ(JulgarRequisitos(r, caso.titulo).titulo, L"Não foi possível fazer o diagnóstico");
-        EXPECT_EQ(JulgarRequisitos(r, caso.titulo).nivel, NivelVeredito::kOk);
+        EXPECT_EQ(JulgarRequisitos(r, nosso).titulo, L"Não foi possível fazer o diagnóstico");
+        EXPECT_EQ(JulgarRequisitos(r, nosso).nivel, NivelVeredito::kOk);
     }
 }
 

@@ -17,8 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
         const auto relativo = junto.lexically_relative("/jogo");
         if (relativo.empty() || relativo == "." || *relativo.begin() == "..") std::abort();
     }
-    for (const char c : MontarUrl("http://s/", caminho)) {
+    for (const char c : MontarUrl("http://s/", caminho))
         if (c <= ' ' || c > '~' || c == '?' || c == '#') std::abort();
-    }
     return 0;
 }

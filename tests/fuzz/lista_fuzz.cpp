@@ -23,9 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
         std::string erro;
         const bool lida = LerLista(assinados, lista, erro);
         if (lida != erro.empty()) std::abort();
-        for (const ItemLista& item : lista.itens) {
+        for (const ItemLista& item : lista.itens)
             if (!CaminhoSeguro(item.caminho) || item.partes > 999) std::abort();
-        }
         const std::string escrita = EscreverLista(lista);
         if (!lida || !SobreviveALeitura(escrita)) continue;
         if (!LerLista(escrita, lista, erro) || EscreverLista(lista) != escrita) std::abort();

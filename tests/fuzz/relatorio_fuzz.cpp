@@ -14,9 +14,8 @@ void Exigir(bool certo) {
 }
 
 void Conferir(const ResultadoRequisitos& resultado) {
-    for (const ItemRequisito& item : resultado.items) {
+    for (const ItemRequisito& item : resultado.items)
         Exigir(item.ultima.find('\n') == std::string::npos && item.nome.find(" | ") == std::string::npos);
-    }
     Exigir(resultado.acaoEndereco.empty() == resultado.acaoTexto.empty());
     Exigir(resultado.acaoEndereco.empty() || resultado.acaoEndereco.starts_with("https://") ||
            resultado.acaoEndereco == "ms-settings:windowsupdate");

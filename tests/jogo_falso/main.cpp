@@ -15,9 +15,6 @@
 //     "Local\ZuLauncher-token-PID" with the 32 token bytes and the event "Local\ZuLauncher-confirmado-PID", PID being
 //     this process in decimal. The game sets the event when its argument is the mapping's text, lives on and ends with
 //     0; otherwise it ends with 5 at once.
-//     aperto=confirmar      the default, as above
-//     aperto=sair           ends with 0 at once, without a word
-//     aperto=calar          never confirms, lives on
 //     esperar=1             looks at its token only once there is a file "siga" beside the program
 //     viver=MS              how long it lives (default 3000)
 //     The log then has "api X" and "token errado" or "token certo SHA-256 OF THE TOKEN".
@@ -102,23 +99,16 @@ std::string LerToken() {
     return vista == nullptr ? "" : std::string(static_cast<const char*>(vista), kBytesDoToken);
 }
 
-bool Confirmar() {
-    const HandleKernel evento(
-        OpenEventW(EVENT_MODIFY_STATE, FALSE, NomeDoCanal(L"Local\\ZuLauncher-confirmado-").c_str()));
-    return evento && SetEvent(evento.Valor()) != 0;
-}
-
 int Jogar(const Linhas& argumentos) {
     Registrar("api " + Opcao(argumentos, "--api="));
-    const std::string aperto = Opcao(kAjustes, "aperto=");
-    if (aperto == "sair") return 0;
     if (Opcao(kAjustes, "esperar=") == "1") EsperarSinal();
     const std::string token = LerToken();
     const std::span bytes(reinterpret_cast<const std::uint8_t*>(token.data()), token.size());
     const bool certo = !token.empty() && Opcao(argumentos, "--launcher=") == ParaHex(bytes);
     Registrar(certo ? "token certo " + ParaHex(Sha256Of(bytes)) : "token errado");
     if (!certo) return kTokenErrado;
-    if (aperto != "calar" && !Confirmar()) Registrar("sem evento de confirmação");
+    const std::wstring evento = NomeDoCanal(L"Local\\ZuLauncher-confirmado-");
+    SetEvent(HandleKernel(OpenEventW(EVENT_MODIFY_STATE, FALSE, evento.c_str())).Valor());
     Dormir("viver=", "3000");
     return 0;
 }

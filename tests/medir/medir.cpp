@@ -183,14 +183,11 @@ void RodarForjal(const std::vector<std::wstring>& argumentos) {
     if (forjal::RodarForjal(argumentos, saida) != forjal::kFeito) Falhar(saida.erros);
 }
 
-void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::path& saida, int seq,
-                   const std::vector<std::wstring>& mais = {}) {
-    std::vector<std::wstring> argumentos{
-        L"publicar", L"--cliente=" + cliente.native(), L"--saida=" + saida.native(),
-        L"--chave=" + (std::filesystem::path(ZU_PASTA_CHAVES) / L"lista.chave").make_preferred().native(),
-        L"--seq=" + std::to_wstring(seq)};
-    argumentos.insert(argumentos.end(), mais.begin(), mais.end());
-    RodarForjal(argumentos);
+// Of a first publication there is no date to trust.
+void PublicarPasta(const std::filesystem::path& cliente, const std::filesystem::path& saida, int seq) {
+    RodarForjal({L"publicar", L"--cliente=" + cliente.native(), L"--saida=" + saida.native(),
+                 L"--chave=" + (std::filesystem::path(ZU_PASTA_CHAVES) / L"lista.chave").make_preferred().native(),
+                 L"--seq=" + std::to_wstring(seq), L"--confiar-na-data"});
 }
 
 // primeira CLIENTE SAIDA: a first publication; and reading and hashing on all cores, then copying, down to the disk:
@@ -216,7 +213,7 @@ void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::
 // denovo CLIENTE SAIDA: a publication that finds nothing changed; and a bare walk with attributes
 void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
     int seq = 2;
-    Medir([&] { PublicarPasta(cliente, saida, seq++, {L"--confiar-na-data"}); },
+    Medir([&] { PublicarPasta(cliente, saida, seq++); },
           [&] {
               Passear(cliente, [](const std::filesystem::path& caminho) {
                   InfoArquivo info;
@@ -267,29 +264,26 @@ void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int
 void MedirPintura() {
     constexpr int kRepinturas = 200;
     IniciarDesenho();
-    {
-        const Fontes fontes = CriarFontes();
-        const FontesDaPrincipal proprias;
-        const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF804020U)});
-        const EstadoControle botao;
-        const AparenciaPrincipal aparencia{L"Zu", true, CaixaDaTira::kNenhuma, CentroDaPrincipal::kLogo, 40, 60};
-        const HandleDc tela(CreateCompatibleDC(nullptr));
-        const HDC janela = GetDC(nullptr);
-        const auto repintar = [&] {
-            for (int i = 0; i < kRepinturas; ++i) {
-                const HandleGdi bitmap(CreateCompatibleBitmap(janela, kLarguraPrincipal, kAlturaPrincipal));
-                const Selecao selecao(tela.Valor(), bitmap.Valor());
-                PintarPrincipal(tela.Valor(), aparencia, logo, fontes, proprias);
-                for (int b = 0; b < 4; ++b)
-                    PintarControle(tela.Valor(), {0, 0, 76, 28}, {botao, L"Conectar", true}, fontes);
-                BitBlt(janela, 0, 0, kLarguraPrincipal, kAlturaPrincipal, tela.Valor(), 0, 0, SRCCOPY);
-                GdiFlush();
-            }
-        };
-        Medir(repintar, {}, kRepinturas);
-        ReleaseDC(nullptr, janela);
-    }
-    EncerrarDesenho();
+    const Fontes fontes = CriarFontes();
+    const FontesDaPrincipal proprias;
+    const LogoEncaixado logo({440, 310, std::vector<std::uint32_t>(440 * 310, 0xFF804020U)});
+    const EstadoControle botao;
+    const AparenciaPrincipal aparencia{L"Zu", true, CaixaDaTira::kNenhuma, CentroDaPrincipal::kLogo, 40, 60};
+    const HandleDc tela(CreateCompatibleDC(nullptr));
+    const HDC janela = GetDC(nullptr);
+    const auto repintar = [&] {
+        for (int i = 0; i < kRepinturas; ++i) {
+            const HandleGdi bitmap(CreateCompatibleBitmap(janela, kLarguraPrincipal, kAlturaPrincipal));
+            const Selecao selecao(tela.Valor(), bitmap.Valor());
+            PintarPrincipal(tela.Valor(), aparencia, logo, fontes, proprias);
+            for (int b = 0; b < 4; ++b)
+                PintarControle(tela.Valor(), {0, 0, 76, 28}, {botao, L"Conectar", true}, fontes);
+            BitBlt(janela, 0, 0, kLarguraPrincipal, kAlturaPrincipal, tela.Valor(), 0, 0, SRCCOPY);
+            GdiFlush();
+        }
+    };
+    Medir(repintar, {}, kRepinturas);
+    ReleaseDC(nullptr, janela);
 }
 
 // From the start of the process to its window on the screen.
@@ -333,57 +327,45 @@ void PedirFaixasCruas(const std::string& url, std::span<const std::wstring> obje
 }
 
 // noar URL PASTA CHAVE: "Forjal conferir --url=" of what the folder publishes, and the bare requests for as many files
-void MedirNoAr(const std::string& url, const std::filesystem::path& publicada, const std::string& publica) {
+void MedirNoAr(const std::string& url, const std::filesystem::path& publicada, const std::filesystem::path& publica) {
     std::vector<std::wstring> objetos;
     const std::string pasta = url.substr(url.find('/', std::string_view("http://").size()));
     for (const auto& arquivo : Arquivos(publicada))
         objetos.push_back(DeUtf8(MontarUrl(pasta, ParaUtf8(arquivo.lexically_relative(publicada).generic_wstring()))));
-    const std::vector<std::wstring> comando{L"conferir", DeUtf8("--url=" + url), DeUtf8("--pub=" + publica)};
+    const std::vector<std::wstring> comando{L"conferir", DeUtf8("--url=" + url), L"--pub=" + publica.native()};
     Medir([&] { RodarForjal(comando); }, [&] { PedirFaixasCruas(url, objetos, 16); });
     Imprimir("pedidos", static_cast<double>(objetos.size()));
 }
 
-// assinar ENTRADA SAIDA: signs a list with the development key
-void AssinarArquivo(const std::filesystem::path& entrada, const std::filesystem::path& saida) {
-    if (!GravarArquivoAtomico(saida, teste::Assinar(Texto(entrada)))) Falhar("assinar");
-}
+// The first is the command itself.
+using Argumentos = std::vector<std::filesystem::path>;
 
-using Argumentos = std::vector<std::string>;
-
-std::filesystem::path Caminho(const std::string& texto) {
-    return DeUtf8(texto);
-}
-
-const struct {
-    const char* nome;
-    std::size_t argumentos;
-    void (*rodar)(const Argumentos&);
-} kComandos[] = {
-    {"hash", 1, [](const Argumentos& a) { MedirHash(Caminho(a[1])); }},
-    {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(Caminho(a[1]), update::LerLista); }},
-    {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(Caminho(a[1]), LerJson); }},
-    {"conferir", 2, [](const Argumentos& a) { MedirConferir(Caminho(a[1]), a[2]); }},
-    {"primeira", 2, [](const Argumentos& a) { MedirPrimeira(Caminho(a[1]), Caminho(a[2])); }},
-    {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(Caminho(a[1]), Caminho(a[2])); }},
-    {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1], Caminho(a[2]), a[3]); }},
-    {"grande", 3, [](const Argumentos& a) { MedirGrande(Caminho(a[1]), a[2], a[3]); }},
-    {"baixar", 3, [](const Argumentos& a) { MedirBaixar(Caminho(a[1]), a[2], std::stoi(a[3])); }},
-    {"janela", 2, [](const Argumentos& a) { MedirJanela(Caminho(a[1]), Caminho(a[2])); }},
+// With how many arguments each comes.
+const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComandos[] = {
+    {"hash", 1, [](const Argumentos& a) { MedirHash(a[1]); }},
+    {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(a[1], update::LerLista); }},
+    {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(a[1], LerJson); }},
+    {"conferir", 2, [](const Argumentos& a) { MedirConferir(a[1], a[2].string()); }},
+    {"primeira", 2, [](const Argumentos& a) { MedirPrimeira(a[1], a[2]); }},
+    {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(a[1], a[2]); }},
+    {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1].string(), a[2], a[3]); }},
+    {"grande", 3, [](const Argumentos& a) { MedirGrande(a[1], a[2].string(), a[3].string()); }},
+    {"baixar", 3, [](const Argumentos& a) { MedirBaixar(a[1], a[2].string(), std::stoi(a[3].native())); }},
+    {"janela", 2, [](const Argumentos& a) { MedirJanela(a[1], a[2]); }},
     {"minimizar", 0,
      [](const Argumentos&) { PostMessageW(FindWindowW(kClasseDaJanela, nullptr), WM_SYSCOMMAND, SC_MINIMIZE, 0); }},
     {"pintura", 0, [](const Argumentos&) { MedirPintura(); }},
-    {"assinar", 2, [](const Argumentos& a) { AssinarArquivo(Caminho(a[1]), Caminho(a[2])); }},
+    // a list, with the development key
+    {"assinar", 2, [](const Argumentos& a) { GravarArquivoAtomico(a[2], teste::Assinar(Texto(a[1]))); }},
 };
 
 }  // namespace
 }  // namespace zu::launcher
 
 int wmain(int quantos, wchar_t** argumentos) {
-    zu::launcher::Argumentos textos;
-    for (int i = 1; i < quantos; ++i)
-        textos.push_back(zu::launcher::ParaUtf8(argumentos[i]));
+    const zu::launcher::Argumentos todos(argumentos + 1, argumentos + quantos);
     for (const auto& [nome, numero, rodar] : zu::launcher::kComandos) {
-        if (textos.size() == numero + 1 && textos[0] == nome) return rodar(textos), 0;
+        if (todos.size() == numero + 1 && todos[0] == nome) return rodar(todos), 0;
     }
     zu::launcher::Falhar("comando desconhecido");
 }

@@ -21,19 +21,16 @@ std::span<const std::uint8_t> ComoBytes(std::string_view texto) {
     return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()};
 }
 
-forjal::ChaveDaLista LerChave() {
-    forjal::ChaveDaLista chave;
-    std::string erro;
-    if (!chave.Ler(std::filesystem::path(ZU_PASTA_CHAVES) / "lista.chave", erro)) throw std::runtime_error(erro);
-    return chave;
-}
-
 }  // namespace
 
 std::string Assinar(std::string_view assinados) {
-    static const forjal::ChaveDaLista chave = LerChave();
+    forjal::ChaveDaLista chave;
+    std::string erro;
     std::vector<std::uint8_t> assinatura;
-    if (!chave.Assinar(ComoBytes(assinados), assinatura)) throw std::runtime_error("assinar");
+    if (!chave.Ler(std::filesystem::path(ZU_PASTA_CHAVES) / "lista.chave", erro) ||
+        !chave.Assinar(ComoBytes(assinados), assinatura)) {
+        throw std::runtime_error("assinar " + erro);
+    }
     return update::JuntarAssinatura(assinados, assinatura);
 }
 

@@ -24,9 +24,7 @@ struct Recusa {
     std::string_view chamada;  // the one call that is refused; empty: none
     DWORD erro = 0;            // with that error; with 0 memory has run out in it
     int vezes = 0;             // so far
-    int antes = 0;             // calls that pass before the first that is refused
-    void (*ver)() = nullptr;   // instead of refusing: called before every call
-    // Instead of all that: asked about every call of any name. 0 lets it through; anything else is its error.
+    // Instead of that: asked about every call of any name. 0 lets it through; anything else is its error.
     const std::function<DWORD(const Chamada&)>* porta = nullptr;
 };
 inline constinit Recusa recusa;
@@ -55,13 +53,9 @@ bool Recusada(std::string_view nome, Argumentos... argumentos) {
     if (recusa.porta != nullptr) {
         erro = (*recusa.porta)(Descrever(nome, argumentos...));
     } else if (recusa.chamada == nome) {
-        const int vez = std::atomic_ref<int>(recusa.vezes)++;
-        if (recusa.ver != nullptr) {
-            recusa.ver();
-        } else if (vez >= recusa.antes) {
-            if (recusa.erro == 0) throw std::bad_alloc();
-            erro = recusa.erro;
-        }
+        ++std::atomic_ref<int>(recusa.vezes);
+        if (recusa.erro == 0) throw std::bad_alloc();
+        erro = recusa.erro;
     }
     SetLastError(erro != 0 ? erro : antes);
     return erro != 0;
