@@ -20,17 +20,16 @@ using namespace std::chrono_literals;
 
 std::wstring abertos;  // targets, a line each
 
-HINSTANCE WINAPI Abrir(HWND, LPCWSTR verbo, LPCWSTR alvo, LPCWSTR parametros, LPCWSTR pasta, INT mostrar) {
-    const bool simples = std::wstring(L"open") == verbo && parametros == nullptr && pasta == nullptr;
-    abertos += (simples && mostrar == SW_SHOWNORMAL ? L"" : L"errado: ") + std::wstring(alvo) + L"\n";
-    return nullptr;
-}
-
 }  // namespace
 
 // In place of the import library's.
 extern "C" {
-decltype(&ShellExecuteW) __imp_ShellExecuteW = &Abrir;
+decltype(&ShellExecuteW) __imp_ShellExecuteW = [](HWND, LPCWSTR verbo, LPCWSTR alvo, LPCWSTR parametros, LPCWSTR pasta,
+                                                  INT mostrar) -> HINSTANCE {
+    const bool simples = std::wstring(L"open") == verbo && parametros == nullptr && pasta == nullptr;
+    abertos += (simples && mostrar == SW_SHOWNORMAL ? L"" : L"errado: ") + std::wstring(alvo) + L"\n";
+    return nullptr;
+};
 }
 
 namespace {
