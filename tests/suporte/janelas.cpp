@@ -36,24 +36,12 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
     return original(dc, texto, tamanho, r, formato);
 }
 
-BOOL CALLBACK DesenharFilho(HWND filho, LPARAM) {
-    POINT canto{};
-    MapWindowPoints(filho, GetParent(filho), &canto, 1);
-    sinais = !IsWindowEnabled(filho) ? "()" : EstadoDo(filho).checked ? "[]" : "";
-    SetViewportOrgEx(lida, canto.x, canto.y, nullptr);
-    SendMessageW(filho, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(lida.load()), PRF_CLIENT);
-    return TRUE;
-}
-
 }  // namespace
-}  // namespace zu::launcher::teste
 
 // In the place of the import, for this program.
 extern "C" {
-decltype(&DrawTextW) __imp_DrawTextW = &zu::launcher::teste::EscreverENotar;
+decltype(&DrawTextW) __imp_DrawTextW = &EscreverENotar;
 }
-
-namespace zu::launcher::teste {
 
 void Clicar(HWND controle) {
     SendMessageW(controle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
@@ -69,7 +57,13 @@ std::string LerTela(HWND janela) {
     escritos.clear();
     lida = s.Dc();
     SendMessageW(janela, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(s.Dc()), PRF_CLIENT);
-    EnumChildWindows(janela, DesenharFilho, 0);
+    for (HWND filho = GetWindow(janela, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
+        POINT canto{};
+        MapWindowPoints(filho, janela, &canto, 1);
+        sinais = !IsWindowEnabled(filho) ? "()" : EstadoDo(filho).checked ? "[]" : "";
+        SetViewportOrgEx(s.Dc(), canto.x, canto.y, nullptr);
+        SendMessageW(filho, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(s.Dc()), PRF_CLIENT);
+    }
     sinais = "";
     lida = nullptr;
     constexpr LONG kMesmaLinha = 5;
@@ -91,7 +85,7 @@ std::string LerTela(HWND janela) {
 ComDesenho::ComDesenho() {
     RenovarRequisitos();
     IniciarDesenho();
-    DefinirFontesDaInterface(CriarFontes());
+    AbrirEstadoDaInterface();
     const HINSTANCE modulo = GetModuleHandleW(nullptr);
     RegistrarControle(modulo);
     RegistrarPrincipal(modulo);
@@ -100,7 +94,7 @@ ComDesenho::ComDesenho() {
 }
 
 ComDesenho::~ComDesenho() {
-    DefinirFontesDaInterface({});
+    FecharEstadoDaInterface();
     EncerrarDesenho();
 }
 

@@ -1,7 +1,7 @@
 // Windows for tests: what they show, the message pump, and counts of what the process holds.
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <windows.h>
 // after windows.h
@@ -12,12 +12,10 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <map>
-#include <memory>
 #include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "app/controlador.h"
 #include "app/instancia_unica.h"
@@ -64,40 +62,38 @@ NavegadorFalso& RuntimeFalso();
 class Interface {
  public:
     Interface()
-        : thread_([this] {
-              CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-              SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
-                  if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
-                  trabalho_ = nullptr;
-              });
-              codigo_ = RodarInterface();
-              fim_ = true;
-          }) {
+        : codigo_(std::async(std::launch::async, [] {
+                      CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+                      SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
+                          if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
+                          trabalho_ = nullptr;
+                      });
+                      return RodarInterface();
+                  }).share()) {
         Esperar(std::chrono::seconds(10),
                 [this] { return IsWindowVisible(janela_ = FindWindowW(kClasseDaJanela, nullptr)) != FALSE; });
     }
     Interface(const Interface&) = delete;
     Interface& operator=(const Interface&) = delete;
-    ~Interface() { Fechar(); }
+    ~Interface() { PostMessageW(janela_, WM_CLOSE, 0, 0); }
 
     [[nodiscard]] HWND Janela() const { return janela_; }
-    [[nodiscard]] bool Habilitado(int id) const { return IsWindowEnabled(GetDlgItem(janela_, id)) != FALSE; }
     // What of it the screen does not come to show.
     [[nodiscard]] std::string Provar(const std::string& provas) const {
         std::string faltas;
         Esperar(std::chrono::seconds(10), [&] { return (faltas = Superficie(janela_).Provar(provas)).empty(); });
         return faltas;
     }
-    [[nodiscard]] bool Terminou() const { return fim_; }
-    // The run's code, once it has ended by itself; -1 when it does not.
-    int EsperarFim(std::chrono::milliseconds limite) {
-        return Esperar(limite, [this] { return fim_.load(); }) ? Fechar() : -1;
+    [[nodiscard]] bool Terminou(std::chrono::milliseconds limite = {}) const {
+        return codigo_.wait_for(limite) == std::future_status::ready;
     }
-    int Fechar() {
-        if (!thread_.joinable()) return codigo_;
+    // The run's code, once it has ended by itself; -1 when it does not.
+    [[nodiscard]] int EsperarFim(std::chrono::milliseconds limite) const {
+        return Terminou(limite) ? codigo_.get() : -1;
+    }
+    [[nodiscard]] int Fechar() const {
         PostMessageW(janela_, WM_CLOSE, 0, 0);
-        thread_.join();
-        return codigo_;
+        return codigo_.get();
     }
     // Runs on its thread, from its loop of messages, and returns when it has run.
     static void NaThread(const std::function<void()>& trabalho) {
@@ -109,9 +105,7 @@ class Interface {
     static inline std::atomic<const std::function<void()>*> trabalho_ = nullptr;
 
     HWND janela_ = nullptr;
-    int codigo_ = -1;
-    std::atomic<bool> fim_ = false;
-    std::thread thread_;
+    std::shared_future<int> codigo_;  // of the run; its end is waited for
 };
 
 // A game folder and the server that it is kept up to date from.

@@ -35,8 +35,9 @@ class Superficie {
         antigo_ = SelectObject(dc_.Valor(), bitmap_.Valor());
         PreencherRetangulo(dc_.Valor(), {0, 0, tamanho.cx, tamanho.cy}, RGB(255, 0, 255));
     }
-    // What stands on the screen, drawn or not since something changed.
+    // What stands on the screen, once the window has drawn what it has said it would.
     explicit Superficie(HWND janela) : Superficie(TamanhoDe(janela)) {
+        UpdateWindow(janela);
         const HDC tela = GetDC(janela);
         BitBlt(dc_.Valor(), 0, 0, tamanho_.cx, tamanho_.cy, tela, 0, 0, SRCCOPY);
         ReleaseDC(janela, tela);
