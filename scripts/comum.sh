@@ -65,8 +65,9 @@ preparar() {
     # shellcheck disable=SC2086
     garantir_pacotes $PACOTES_BASE
     mkdir -p "$RAIZ/build/$preset"
-    if [ ! -f "$RAIZ/build/$preset/wine/system.reg" ]; then
-        dizer "Criando o prefixo do Wine"
+    # A build alone makes a prefix too, for the development keys.
+    if ! grep -qs testes_janela.exe "$RAIZ/build/$preset/wine/user.reg"; then
+        dizer "Preparando o prefixo do Wine"
         no_wine "$preset" wineboot -i >/dev/null 2>&1
         # Without a window manager Wine would wait for one, two seconds a window.
         no_wine "$preset" reg add 'HKCU\Software\Wine\AppDefaults\testes_janela.exe\X11 Driver' /v Managed /d N /f \
