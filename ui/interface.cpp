@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "app/controlador.h"
 #include "core/log.h"
 #include "ui/captura/captura.h"
@@ -38,14 +40,17 @@ class ObservadorDaInterface final : public ObservadorLauncher {
     }
 };
 
-void Preparar(HINSTANCE modulo) {
+// Returns the picture for the main window.
+LogoEncaixado Preparar(HINSTANCE modulo) {
     if (!IniciarDesenho()) LogLinha("Interface: o GDI+ não iniciou; as janelas ficam sem formas nem sombras");
     AbrirEstadoDaInterface();
     ObterInterface().opcoesDoJogo = LerOpcoesJogo();
+    LogoEncaixado logo(CarregarLogo(modulo));
     RegistrarControle(modulo);
     for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
         Janela::Registrar(modulo, classe);
     RegistrarPrincipal(modulo);
+    return logo;
 }
 
 void RodarMensagens() {
@@ -75,9 +80,9 @@ void DesmontarPrincipal() {
 
 int RodarInterface() {
     const HINSTANCE modulo = GetModuleHandleW(nullptr);
-    Preparar(modulo);
+    LogoEncaixado logo = Preparar(modulo);
     const EstadoInterface& ui = ObterInterface();
-    CriarPrincipal(LogoEncaixado(CarregarLogo(modulo)));
+    CriarPrincipal(std::move(logo));
     int codigo = kCodigoFim;
     if (ui.principal == nullptr) {
         LogLinha("Interface: CreateWindow falhou ({})", GetLastError());

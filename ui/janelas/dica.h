@@ -19,6 +19,7 @@ class Dica {
     // Another text in its place, while it is shown.
     void Mudar(const std::wstring& texto);
     void Esconder();
+    [[nodiscard]] bool Visivel() const { return janela_ != nullptr; }
 
  private:
     static LRESULT CALLBACK Procedimento(HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam);

@@ -24,6 +24,8 @@ struct EstadoInterface {
     HWND diagnostico = nullptr;
 
     bool quit = false;  // every message loop ends
+    // The controller was busy when last looked at, and what came of it is still to be told.
+    bool running_before = false;
     Fechamento fechamento = Fechamento::kNenhum;
     OpcoesJogo opcoesDoJogo;  // as this interface last read or wrote it
 };

@@ -41,13 +41,13 @@ HWND Janela::Criar(std::unique_ptr<Janela> registro, const Nascimento& n) {
     const HWND janela = CreateWindowExW(n.estendido, n.classe, n.titulo, n.estilo, n.lugar.x, n.lugar.y, tamanho.cx,
                                         tamanho.cy, n.dona, nullptr, GetModuleHandleW(nullptr), &registro);
     if (janela == nullptr) return nullptr;
+    ArredondarJanela(janela, tamanho);
     if (!De(janela)->Montar()) {
         const DWORD erro = GetLastError();
         DestroyWindow(janela);
         SetLastError(erro);
         return nullptr;
     }
-    ArredondarJanela(janela, tamanho);
     return janela;
 }
 

@@ -247,7 +247,7 @@ void JanelaPrincipal::AbrirEnderecosPedidos() {
 }
 
 void JanelaPrincipal::AtualizarTela() {
-    const EstadoInterface& ui = ObterInterface();
+    EstadoInterface& ui = ObterInterface();
     ControladorLauncher& controlador = ObterControlador();
     if (ui.quit) return;
     controlador.Tick();
@@ -258,9 +258,9 @@ void JanelaPrincipal::AtualizarTela() {
     Habilitar(Filho(kBotaoOpcoes), !ocupado);
     Habilitar(Filho(kBotaoConectar), controlador.PodeJogarAgora());
     // A run may begin and fail between two refreshes; it was under way all the same.
-    if (controlador.TomarComeco() || ocupado) running_before_ = true;
-    if (ocupado || !running_before_ || !PodeMostrarMensagem()) return;
-    running_before_ = false;
+    if (controlador.TomarComeco() || ocupado) ui.running_before = true;
+    if (ocupado || !ui.running_before || !PodeMostrarMensagem()) return;
+    ui.running_before = false;
     MostrarMensagensFinais();
 }
 
@@ -273,15 +273,13 @@ void JanelaPrincipal::MostrarProgresso() {
     Mostrar(nova);
     if (ModoCaptura()) return;
     if (std::exchange(etapa_, estado.status) != estado.status) inicioDaEtapa_ = GetTickCount64();
-    dica_.Mudar(TextoDaDica());
+    if (dica_.Visivel()) dica_.Mudar(TextoDaDica(estado, atualizando));
     barra_.Mostrar(Handle(), SinalDe(estado.status, atualizando, nova.superior));
     barra_.Acompanhar(Handle(), atualizando);
 }
 
-std::wstring JanelaPrincipal::TextoDaDica() const {
-    const std::chrono::milliseconds desde(GetTickCount64() - inicioDaEtapa_);
-    const EstadoAtualizacao estado = ObterControlador().Estado();
-    return DeUtf8(TextoDoAndamento(estado, ObterControlador().Atualizando(), desde));
+std::wstring JanelaPrincipal::TextoDaDica(const EstadoAtualizacao& estado, bool atualizando) const {
+    return DeUtf8(TextoDoAndamento(estado, atualizando, std::chrono::milliseconds(GetTickCount64() - inicioDaEtapa_)));
 }
 
 void JanelaPrincipal::AoMover(POINT ponto) {
@@ -294,8 +292,10 @@ void JanelaPrincipal::AoMover(POINT ponto) {
 }
 
 void JanelaPrincipal::AoPairar(POINT ponto) {
-    const std::wstring texto = TextoDaDica();
-    if (!PtInRect(&kAreaDoProgresso, ponto) || texto.empty()) return;
+    if (!PtInRect(&kAreaDoProgresso, ponto)) return;
+    const EstadoAtualizacao estado = ObterControlador().Estado();
+    const std::wstring texto = TextoDaDica(estado, ObterControlador().Atualizando());
+    if (texto.empty()) return;
     ClientToScreen(Handle(), &ponto);
     dica_.Mostrar(Handle(), ponto, texto);
 }

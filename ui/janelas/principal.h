@@ -53,7 +53,7 @@ class JanelaPrincipal final : public Janela {
     void AbrirEnderecosPedidos();
     [[nodiscard]] CentroDaPrincipal Centro() const;
     void MostrarProgresso();
-    [[nodiscard]] std::wstring TextoDaDica() const;
+    [[nodiscard]] std::wstring TextoDaDica(const EstadoAtualizacao& estado, bool atualizando) const;
     void AoMover(POINT ponto);
     void AoPairar(POINT ponto);
     void Mostrar(const AparenciaPrincipal& nova);
@@ -62,8 +62,6 @@ class JanelaPrincipal final : public Janela {
     FontesDaPrincipal fontes_;
     AparenciaPrincipal vista_;                    // as it was last shown
     std::vector<std::string> enderecosPorAbrir_;  // UTF-8
-    // The controller was busy when last looked at, and what came of it is still to be told.
-    bool running_before_ = false;
     BarraDeTarefas barra_;
     Dica dica_;
     StatusUpdate etapa_ = StatusUpdate::kParado;

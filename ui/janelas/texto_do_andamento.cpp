@@ -24,11 +24,11 @@ std::string Contar(std::uint64_t quantos, std::string_view um, std::string_view 
     return Formatar("{} {}", quantos, quantos == 1 ? um : varios);
 }
 
-// Rounded up to the next second, minute or five minutes, so that it never promises too much.
+// In whole minutes from one minute on, rounded up so that it never promises too much.
 std::string Duracao(std::uint64_t segundos) {
     if (segundos < kMinuto) return Contar(segundos, "segundo", "segundos");
     const std::uint64_t minutos = (segundos + kMinuto - 1) / kMinuto;
-    if (segundos < kHora) return Contar(minutos, "minuto", "minutos");
+    if (minutos < 60) return Contar(minutos, "minuto", "minutos");
     const std::string horas = Contar(minutos / 60, "hora", "horas");
     return minutos % 60 == 0 ? horas : horas + " e " + Contar(minutos % 60, "minuto", "minutos");
 }
