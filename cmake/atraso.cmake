@@ -34,6 +34,10 @@ zu_atrasar(zu_winhttp winhttp.dll
 
 zu_atrasar(zu_dwmapi dwmapi.dll DwmFlush)
 
+zu_atrasar(zu_oleacc oleacc.dll AccessibleObjectFromWindow LresultFromObject)
+
+zu_atrasar(zu_oleaut32 oleaut32.dll SysAllocStringLen)
+
 zu_atrasar(zu_gdiplus gdiplus.dll
     GdipAddPathArc GdipClosePathFigure GdipCreateFromHDC GdipCreateLineBrushFromRect GdipCreatePath GdipCreatePen1
     GdipCreateSolidFill GdipDeleteBrush GdipDeleteGraphics GdipDeletePath GdipDeletePen GdipDrawArc GdipDrawLine

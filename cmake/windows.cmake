@@ -65,8 +65,10 @@ add_library(zu_app STATIC
 target_link_libraries(zu_app PUBLIC zu_update zu_game shell32 ole32)
 
 add_library(zu_ui STATIC
+    ui/acessibilidade/acessivel.cpp
     ui/captura/captura.cpp
     ui/controles/controle.cpp
+    ui/controles/controle_acessivel.cpp
     ui/controles/pintor_controle.cpp
     ui/desenho/contraste.cpp
     ui/desenho/desenho.cpp
@@ -81,6 +83,7 @@ add_library(zu_ui STATIC
     ui/janelas/estado_interface.cpp
     ui/janelas/fim_da_interface.cpp
     ui/janelas/janela.cpp
+    ui/janelas/janela_acessivel.cpp
     ui/janelas/modal.cpp
     ui/janelas/molde.cpp
     ui/janelas/opcoes.cpp
@@ -94,7 +97,7 @@ add_library(zu_ui STATIC
     ui/janelas/rolagem.cpp
     ui/site/runtime_site.cpp
     ui/site/visao_site.cpp)
-target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi gdi32 user32 ole32 uuid)
+target_link_libraries(zu_ui PUBLIC zu_app zu_gdiplus zu_dwmapi zu_oleacc zu_oleaut32 gdi32 user32 ole32 uuid)
 
 add_executable(ZuLauncher WIN32 app/main.cpp ui/recursos/launcher.rc)
 # The keys last: what needs them comes before.

@@ -236,33 +236,6 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
     EXPECT_EQ(falso.Vivos() + falso.Faltas(), 0) << falso.Chamadas();
 }
 
-// The program, serving the folder that it lies in. Its name there is the one for which the tests' Wine is told that
-// there is no window manager: else Wine waits two seconds for that one's answer as the window goes.
-struct Lancado {
-    explicit Lancado(const PastaTemporaria& pasta)
-        : programa(Instalar(pasta / "testes_janela.exe")), nome(NomeDaInstancia(pasta.Caminho())) {}
-
-    static std::filesystem::path Instalar(const std::filesystem::path& destino) {
-        if (!std::filesystem::exists(destino)) copy_file(kPastaBin / "ZuLauncher.exe", destino);
-        return destino;
-    }
-
-    // Its own window, once that is to be seen; null when it never is.
-    HWND EsperarJanela() {
-        Esperar(20s, [this] {
-            janela = JanelaDaInstancia(nome);
-            DWORD pid = 0;
-            GetWindowThreadProcessId(janela, &pid);
-            return pid == programa.Pid() && IsWindowVisible(janela);
-        });
-        return janela;
-    }
-
-    Programa programa;
-    std::wstring nome;
-    HWND janela = nullptr;
-};
-
 class Fim : public ComServidor {
  protected:
     Fim() { pasta_.Escrever("Launcher.emu", Selado(servidor_.Url())); }

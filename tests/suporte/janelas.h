@@ -151,6 +151,33 @@ class ComServidor : public testing::Test {
     Publicacao publicacao_;
 };
 
+// The program, serving the folder that it lies in. Its name there is the one for which the tests' Wine is told that
+// there is no window manager: else Wine waits two seconds for that one's answer as the window goes.
+struct Lancado {
+    explicit Lancado(const PastaTemporaria& pasta)
+        : programa(Instalar(pasta / "testes_janela.exe")), nome(NomeDaInstancia(pasta.Caminho())) {}
+
+    static std::filesystem::path Instalar(const std::filesystem::path& destino) {
+        if (!std::filesystem::exists(destino)) copy_file(kPastaBin / "ZuLauncher.exe", destino);
+        return destino;
+    }
+
+    // Its own window, once that is to be seen; null when it never is.
+    HWND EsperarJanela() {
+        Esperar(std::chrono::seconds(20), [this] {
+            janela = JanelaDaInstancia(nome);
+            DWORD pid = 0;
+            GetWindowThreadProcessId(janela, &pid);
+            return pid == programa.Pid() && IsWindowVisible(janela);
+        });
+        return janela;
+    }
+
+    Programa programa;
+    std::wstring nome;
+    HWND janela = nullptr;
+};
+
 // Handles messages until `pronto`; false when `limite` has passed first.
 bool Bombear(
     std::chrono::milliseconds limite, const std::function<bool()>& pronto = [] { return false; });

@@ -15,6 +15,7 @@
 #include "core/log.h"
 #include "core/utf16.h"
 #include "game/requisitos.h"
+#include "ui/com.h"
 #include "ui/controles/controle.h"
 #include "ui/desenho/desenho.h"
 #include "ui/janelas/diagnostico.h"
@@ -24,7 +25,6 @@
 #include "ui/janelas/opcoes.h"
 #include "ui/janelas/principal.h"
 #include "ui/janelas/requisitos.h"
-#include "ui/site/com.h"
 
 namespace zu::launcher {
 namespace {

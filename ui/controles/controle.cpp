@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "core/handle.h"
+#include "ui/acessibilidade/acessivel.h"
+#include "ui/controles/controle_acessivel.h"
 #include "ui/controles/pintor_controle.h"
 #include "ui/janelas/molde.h"
 
@@ -84,6 +86,13 @@ int EscolherNoMenu(HWND controle, const EstadoControle& estado) {
     return TrackPopupMenu(menu.Valor(), TPM_RETURNCMD | TPM_NONOTIFY, r.left, r.bottom, 0, controle, nullptr) - 1;
 }
 
+void Escolher(HWND controle, EstadoControle& estado, std::int32_t item) {
+    if (std::exchange(estado.selected, item) == item) return;
+    Repintar(controle);
+    Avisar(EVENT_OBJECT_VALUECHANGE, controle);
+    Notificar(controle, kCodigoSelecao);
+}
+
 void AbrirLista(HWND controle, EstadoControle& estado) {
     Repintar(controle);
     const int escolha = EscolherNoMenu(controle, estado);
@@ -94,9 +103,7 @@ void AbrirLista(HWND controle, EstadoControle& estado) {
     estado.hover = false;
     estado.pressed = false;
     Repintar(controle);
-    if (escolha < 0 || escolha == estado.selected) return;
-    estado.selected = escolha;
-    Notificar(controle, kCodigoSelecao);
+    if (escolha >= 0) Escolher(controle, estado, escolha);
 }
 
 void AoPressionar(HWND controle, EstadoControle& estado) {
@@ -126,10 +133,7 @@ void AoSoltar(HWND controle, EstadoControle& estado, LPARAM lParam) {
 // One item on or back, or to either end.
 void AndarNaLista(HWND controle, EstadoControle& estado, std::int32_t passo) {
     const auto ultimo = static_cast<std::int32_t>(estado.items.size()) - 1;
-    const std::int32_t novo = std::clamp(estado.selected + passo, 0, std::max(0, ultimo));
-    if (std::exchange(estado.selected, novo) == novo) return;
-    Repintar(controle);
-    Notificar(controle, kCodigoSelecao);
+    Escolher(controle, estado, std::clamp(estado.selected + passo, 0, std::max(0, ultimo)));
 }
 
 bool TeclarNaLista(HWND controle, EstadoControle& estado, WPARAM tecla) {
@@ -193,6 +197,18 @@ void AoHabilitar(HWND controle, EstadoControle& estado, bool habilitado) {
     if (!habilitado && GetFocus() == controle) SetFocus(GetParent(controle));
     if (!habilitado && estado.hover) MudarHover(controle, estado, false);
     Repintar(controle);
+    Avisar(EVENT_OBJECT_STATECHANGE, controle);
+}
+
+// What a program that reads the screen aloud has asked for. By now the control may be disabled, and the list another.
+void AoAcaoPadrao(HWND controle, EstadoControle& estado, WPARAM parte) {
+    if (!PodeAgir(controle)) return;
+    if (estado.kind != TipoControle::Lista)
+        Acionar(controle);
+    else if (parte == CHILDID_SELF)
+        AbrirLista(controle, estado);
+    else if (parte <= estado.items.size())
+        Escolher(controle, estado, static_cast<std::int32_t>(parte - 1));
 }
 
 void AvancarAnimacao(HWND controle, EstadoControle& estado) {
@@ -213,8 +229,7 @@ void AvancarAnimacao(HWND controle, EstadoControle& estado) {
 }
 
 void Pintar(HWND controle, const EstadoControle& estado, HDC dc) {
-    std::wstring legenda(static_cast<std::size_t>(GetWindowTextLengthW(controle)), L'\0');
-    GetWindowTextW(controle, legenda.data(), static_cast<int>(legenda.size()) + 1);
+    const std::wstring legenda = LegendaDo(controle);
     RECT r{};
     GetClientRect(controle, &r);
     const bool foco = MarcaDeFoco() && GetFocus() == controle;
@@ -265,6 +280,9 @@ bool Tratar(HWND controle, EstadoControle& estado, UINT mensagem, WPARAM wParam,
         case WM_ENABLE:
             AoHabilitar(controle, estado, wParam != FALSE);
             return true;
+        case MSG_ACAO_PADRAO:
+            AoAcaoPadrao(controle, estado, wParam);
+            return true;
         case WM_TIMER:
             if (wParam == kAnimacao) AvancarAnimacao(controle, estado);
             return true;
@@ -279,16 +297,25 @@ bool Tratar(HWND controle, EstadoControle& estado, UINT mensagem, WPARAM wParam,
     }
 }
 
+LRESULT Apresentar(HWND controle, WPARAM wParam, LPARAM lParam) {
+    const LRESULT objeto = ResponderAcessivel(wParam, lParam, std::make_unique<ControleAcessivel>(controle));
+    return objeto != 0 ? objeto : DefWindowProcW(controle, WM_GETOBJECT, wParam, lParam);
+}
+
 LRESULT CALLBACK ProcedimentoDoControle(HWND controle, UINT mensagem, WPARAM wParam, LPARAM lParam) {
     if (mensagem == WM_NCCREATE) Adotar(controle, lParam);
     if (GetWindowLongPtrW(controle, GWLP_USERDATA) == 0) return DefWindowProcW(controle, mensagem, wParam, lParam);
     if (mensagem == WM_ERASEBKGND) return 1;
+    if (mensagem == WM_GETOBJECT) return Apresentar(controle, wParam, lParam);
     if (mensagem == WM_NCDESTROY)
         Abandonar(controle);
     else if (Tratar(controle, EstadoDo(controle), mensagem, wParam, lParam))
         return 0;
     const LRESULT resultado = DefWindowProcW(controle, mensagem, wParam, lParam);
-    if (mensagem == WM_SETTEXT) Repintar(controle);
+    if (mensagem == WM_SETTEXT) {
+        Repintar(controle);
+        Avisar(EVENT_OBJECT_NAMECHANGE, controle);
+    }
     return resultado;
 }
 
@@ -328,8 +355,19 @@ void Acionar(HWND controle) {
     if (estado.kind == TipoControle::Caixa) estado.checked = !estado.checked;
     if (estado.kind == TipoControle::Opcao) estado.checked = true;
     Repintar(controle);
+    Avisar(EVENT_OBJECT_STATECHANGE, controle);
     // Last: the parent may destroy the control.
     Notificar(controle, kCodigoClique);
+}
+
+bool PodeAgir(HWND controle) {
+    return IsWindowEnabled(controle) && IsWindowEnabled(GetParent(controle));
+}
+
+std::wstring LegendaDo(HWND controle) {
+    std::wstring legenda(static_cast<std::size_t>(GetWindowTextLengthW(controle)), L'\0');
+    GetWindowTextW(controle, legenda.data(), static_cast<int>(legenda.size()) + 1);
+    return legenda;
 }
 
 bool MarcaDeFoco() {
@@ -352,7 +390,9 @@ EstadoControle& EstadoDo(HWND controle) {
 }
 
 void Marcar(HWND controle, bool checked) {
-    if (std::exchange(EstadoDo(controle).checked, checked) != checked) Repintar(controle);
+    if (std::exchange(EstadoDo(controle).checked, checked) == checked) return;
+    Repintar(controle);
+    Avisar(EVENT_OBJECT_STATECHANGE, controle);
 }
 
 void Habilitar(HWND controle, bool habilitado) {
@@ -364,6 +404,7 @@ void DefinirTexto(HWND controle, const std::wstring& text) {
     if (estado.text == text) return;
     estado.text = text;
     Repintar(controle);
+    Avisar(EVENT_OBJECT_DESCRIPTIONCHANGE, controle);
 }
 
 }  // namespace zu::launcher

@@ -73,6 +73,12 @@ EstadoControle& EstadoDo(HWND controle);
 // What a click of the player does, without the mouse.
 void Acionar(HWND controle);
 
+// Whether the player can do something with it: neither it nor its window is disabled.
+bool PodeAgir(HWND controle);
+
+// The window's text.
+std::wstring LegendaDo(HWND controle);
+
 // Whether the control that has the keyboard shows it: from the first key that moves between controls to the next press
 // of a mouse button.
 bool MarcaDeFoco();

@@ -6,7 +6,7 @@
 // after windows.h
 #include <shobjidl.h>
 
-#include "ui/site/com.h"
+#include "ui/com.h"
 #include "update/painel.h"
 
 namespace zu::launcher {

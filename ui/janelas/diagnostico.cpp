@@ -40,6 +40,8 @@ class JanelaDiagnostico final : public JanelaModal {
     void AoComando(int id) override;
     void AoRelogio(UINT_PTR relogio) override;
     bool Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) override;
+    [[nodiscard]] int Partes() const override;
+    [[nodiscard]] Elemento Parte(int i) const override;
 
     ResultadoRequisitos resultado_;
     AparenciaDiagnostico aparencia_;
@@ -91,6 +93,32 @@ bool JanelaDiagnostico::Tratar(UINT mensagem, WPARAM wParam, LPARAM lParam) {
         InvalidateRect(Handle(), &area, FALSE);
     }
     return tratada;
+}
+
+// The columns' titles, then the cells row by row, or what stands in their place.
+int JanelaDiagnostico::Partes() const {
+    const auto linhas = static_cast<int>(aparencia_.linhas.size());
+    return kColunasDoDiagnostico + (linhas == 0 ? 1 : linhas * kColunasDoDiagnostico);
+}
+
+Elemento JanelaDiagnostico::Parte(int i) const {
+    const int altura = static_cast<int>(Medidas().cy);
+    const int coluna = i % kColunasDoDiagnostico;
+    const wchar_t* const titulo = ColunaDe(coluna).titulo;
+    if (i < kColunasDoDiagnostico) {
+        return {.nome = titulo, .papel = ROLE_SYSTEM_COLUMNHEADER, .lugar = LugarDoTitulo(coluna)};
+    }
+    if (aparencia_.linhas.empty()) {
+        return {.nome = aparencia_.semLinhas, .papel = ROLE_SYSTEM_STATICTEXT, .lugar = AreaDasLinhas(altura)};
+    }
+    const auto linha = static_cast<std::size_t>(i / kColunasDoDiagnostico - 1);
+    Elemento e{.nome = titulo,
+               .papel = ROLE_SYSTEM_CELL,
+               .estado = STATE_SYSTEM_READONLY,
+               .lugar = LugarDaCelula(aparencia_, linha, coluna, altura),
+               .valor = aparencia_.linhas[linha].*ColunaDe(coluna).texto};
+    if (IsRectEmpty(&e.lugar)) e.estado |= STATE_SYSTEM_OFFSCREEN;
+    return e;
 }
 
 }  // namespace

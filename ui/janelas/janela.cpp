@@ -6,31 +6,38 @@
 
 #include "ui/controles/controle.h"
 #include "ui/desenho/contraste.h"
+#include "ui/janelas/janela_acessivel.h"
 #include "ui/janelas/molde.h"
 
 namespace zu::launcher {
 namespace {
 
 bool PodeTerFoco(HWND controle) {
-    if (!EhControle(controle) || !IsWindowVisible(controle) || !IsWindowEnabled(controle)) return false;
+    if (!EhControle(controle) || !IsWindowEnabled(controle)) return false;
     // Of the choice tiles the chosen one stands for all.
     return EstadoDo(controle).kind != TipoControle::Opcao || EstadoDo(controle).checked;
 }
 
 std::vector<HWND> ControlesEmOrdem(HWND janela) {
-    std::vector<HWND> controles;
-    for (HWND filho = GetWindow(janela, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
-        if (PodeTerFoco(filho)) controles.push_back(filho);
-    }
-    std::ranges::sort(controles, {}, [](HWND controle) {
-        RECT r{};
-        GetWindowRect(controle, &r);
-        return std::pair(r.top, r.left);
-    });
+    std::vector<HWND> controles = FilhosEmOrdem(janela);
+    std::erase_if(controles, [](HWND filho) { return !PodeTerFoco(filho); });
     return controles;
 }
 
 }  // namespace
+
+std::vector<HWND> FilhosEmOrdem(HWND janela) {
+    std::vector<HWND> filhos;
+    for (HWND filho = GetWindow(janela, GW_CHILD); filho != nullptr; filho = GetWindow(filho, GW_HWNDNEXT)) {
+        if (IsWindowVisible(filho)) filhos.push_back(filho);
+    }
+    std::ranges::sort(filhos, {}, [](HWND filho) {
+        RECT r{};
+        GetWindowRect(filho, &r);
+        return std::pair(r.top, r.left);
+    });
+    return filhos;
+}
 
 void Janela::Registrar(HINSTANCE modulo, const wchar_t* classe, HICON icone) {
     RegistrarClasse(modulo, classe, Procedimento, icone);
@@ -149,7 +156,15 @@ LRESULT Janela::Responder(UINT mensagem, WPARAM wParam, LPARAM lParam) {
             RedrawWindow(janela_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
             break;
         case WM_LBUTTONUP:
-            AoClicarNaTira(PontoDe(lParam));
+            AoClicarNaTira(CaixaNoPonto(PontoDe(lParam), tamanho_.cx, comMinimizar_));
+            return 0;
+        case WM_GETOBJECT:
+            if (const LRESULT objeto = ResponderAcessivel(wParam, lParam, std::make_unique<JanelaAcessivel>(janela_))) {
+                return objeto;
+            }
+            break;
+        case MSG_ACAO_PADRAO:
+            AoAcaoPadrao(wParam);
             return 0;
         case WM_CLOSE:
             AoFechar();
@@ -166,8 +181,20 @@ LRESULT Janela::Responder(UINT mensagem, WPARAM wParam, LPARAM lParam) {
     return DefWindowProcW(janela_, mensagem, wParam, lParam);
 }
 
-void Janela::AoClicarNaTira(POINT ponto) {
-    switch (CaixaNoPonto(ponto, tamanho_.cx, comMinimizar_)) {
+// What a program that reads the screen aloud has asked for: of what a window draws, the boxes alone act.
+void Janela::AoAcaoPadrao(WPARAM parte) {
+    if (!IsWindowEnabled(janela_)) return;
+    const auto caixa = static_cast<int>(parte) - Partes();
+    if (caixa == 1) AoClicarNaTira(CaixaDaTira::kFechar);
+    if (caixa == 2 && comMinimizar_) AoClicarNaTira(CaixaDaTira::kMinimizar);
+}
+
+std::wstring Janela::Titulo() const {
+    return LegendaDo(janela_);
+}
+
+void Janela::AoClicarNaTira(CaixaDaTira caixa) {
+    switch (caixa) {
         case CaixaDaTira::kFechar:
             AoFechar();
             break;

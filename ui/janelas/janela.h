@@ -6,7 +6,10 @@
 #include <windows.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
+#include "ui/acessibilidade/acessivel.h"
 #include "ui/desenho/moldura.h"
 #include "ui/janelas/estado_interface.h"
 
@@ -44,13 +47,21 @@ class Janela {
     // Gives the keyboard to the first control. The window must be shown: it becomes the active one.
     void Focar();
 
+    // What it tells the programs that read the screen aloud of what it draws itself; the last part is no box of the
+    // title strip. The words about the whole.
+    [[nodiscard]] std::wstring Titulo() const;
+    [[nodiscard]] virtual std::wstring Descricao() const { return {}; }
+    [[nodiscard]] virtual int Partes() const { return 0; }
+    [[nodiscard]] virtual Elemento Parte(int /*i*/) const { return {}; }
+    [[nodiscard]] SIZE Medidas() const { return tamanho_; }
+    [[nodiscard]] bool ComMinimizar() const { return comMinimizar_; }
+
     // For the loops of messages. True: the key was meant for the window as a whole, and it has acted on it.
     static bool TomarTecla(const MSG& mensagem);
 
  protected:
     [[nodiscard]] HWND Handle() const { return janela_; }
     [[nodiscard]] HWND Filho(int id) const { return GetDlgItem(janela_, id); }
-    [[nodiscard]] SIZE Medidas() const { return tamanho_; }
     [[nodiscard]] bool Ativa() const { return GetActiveWindow() == janela_; }
     [[nodiscard]] CaixaDaTira Sobre() const { return sobre_; }
 
@@ -68,7 +79,8 @@ class Janela {
     static LRESULT CALLBACK Procedimento(HWND janela, UINT mensagem, WPARAM wParam, LPARAM lParam);
     void Nascer(HWND janela);
     LRESULT Responder(UINT mensagem, WPARAM wParam, LPARAM lParam);
-    void AoClicarNaTira(POINT ponto);
+    void AoClicarNaTira(CaixaDaTira caixa);
+    void AoAcaoPadrao(WPARAM parte);
     bool AoTeclar(const MSG& mensagem);
     void MoverFoco(bool paraTras);
     void GuardarFoco();
@@ -80,5 +92,8 @@ class Janela {
     HWND foco_ = nullptr;  // the control that had the keyboard when the window was left
     CaixaDaTira sobre_ = CaixaDaTira::kNenhuma;
 };
+
+// The visible child windows in the order of reading.
+std::vector<HWND> FilhosEmOrdem(HWND janela);
 
 }  // namespace zu::launcher

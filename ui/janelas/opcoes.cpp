@@ -77,9 +77,10 @@ bool JanelaOpcoes::Montar() {
     }
     SetWindowRgn(Filho(kCaixaSemBorda), CreateRectRgnIndirect(&kRegiaoDaSemBorda), FALSE);
     for (const ListaDasOpcoes& l : kListasDasOpcoes) {
-        if (CriarLista(Handle(), l.id, l.y, {l.itens.begin(), l.itens.end()}, ItemGuardado(l, opcoes)) == nullptr) {
-            return false;
-        }
+        const HWND lista = CriarLista(Handle(), l.id, l.y, {l.itens.begin(), l.itens.end()}, ItemGuardado(l, opcoes));
+        if (lista == nullptr) return false;
+        // Not drawn there: the words beside it.
+        SetWindowTextW(lista, l.rotulo);
     }
     Escolher(opcoes.api == "vulkan");
     relatorioVisto_ = ObterRequisitos().relatorioLido && ObterControlador().ApiConferida();

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 namespace zu::launcher {
 namespace {
@@ -22,19 +21,14 @@ constexpr COLORREF kFundoImpar = RGB(238, 238, 238);
 constexpr int kFolgaDoFim = 10;  // between the table and the footer
 constexpr int kMenorAreaDeLinhas = 60;
 
-enum Coluna { kNome, kValor, kMinimo, kSituacao, kConselho, kColunas };
-struct LugarDaColuna {
-    const wchar_t* titulo;
-    int x;
-    int largura;
-};
+constexpr int kSituacao = 3;
 // The last one leaves room for the scroll bar.
-constexpr std::array<LugarDaColuna, kColunas> kLugares{{
-    {L"Item", 14, 118},
-    {L"Seu computador", 132, 196},
-    {L"Mínimo", 328, 132},
-    {L"Situação", 460, 138},
-    {L"O que fazer", 598, 157},
+constexpr std::array<ColunaDoDiagnostico, kColunasDoDiagnostico> kColunas{{
+    {L"Item", &LinhaDiagnostico::nome, 14, 118},
+    {L"Seu computador", &LinhaDiagnostico::valor, 132, 196},
+    {L"Mínimo", &LinhaDiagnostico::minimo, 328, 132},
+    {L"Situação", &LinhaDiagnostico::situacao, 460, 138},
+    {L"O que fazer", &LinhaDiagnostico::conselho, 598, 157},
 }};
 constexpr int kRecuo = 8;          // of a cell's text
 constexpr int kRecuoDoSinal = 18;  // of a text behind a mark, further
@@ -55,37 +49,31 @@ struct Celula {
     RECT lugar;  // of the text in a row that begins at 0 and is as high as it needs
 };
 
-Celula CelulaDe(const LinhaDiagnostico& linha, Coluna coluna, const Fontes& fontes) {
-    const std::array<std::wstring_view, kColunas> textos{linha.nome, linha.valor, linha.minimo, linha.situacao,
-                                                         linha.conselho};
-    const std::array<COLORREF, kColunas> cores{kCorDoTexto, kCorDoTexto, kCorDoTextoMenor, CorDaSituacao(linha.estado),
-                                               kCorDoTexto};
-    const bool forte = coluna == kNome || coluna == kSituacao;
-    const LugarDaColuna& c = kLugares.at(coluna);
+Celula CelulaDe(const LinhaDiagnostico& linha, int coluna, const Fontes& fontes) {
+    const std::array<COLORREF, kColunasDoDiagnostico> cores{kCorDoTexto, kCorDoTexto, kCorDoTextoMenor,
+                                                            CorDaSituacao(linha.estado), kCorDoTexto};
+    const bool forte = coluna == 0 || coluna == kSituacao;
+    const ColunaDoDiagnostico& c = ColunaDe(coluna);
     const int recuo = kRecuo + (coluna == kSituacao ? kRecuoDoSinal : 0);
-    return {textos.at(coluna),
+    return {linha.*c.texto,
             Fontes::De(forte ? fontes.negrito2 : fontes.normal),
-            cores.at(coluna),
+            cores.at(static_cast<std::size_t>(coluna)),
             {c.x + recuo, 0, c.x + c.largura - kRecuo / 2, 0}};
 }
 
 int AlturaDaLinha(HDC dc, const LinhaDiagnostico& linha, const Fontes& fontes) {
     int altura = kMenorLinha;
-    for (int i = 0; i < kColunas; ++i) {
-        const Celula c = CelulaDe(linha, static_cast<Coluna>(i), fontes);
+    for (int i = 0; i < kColunasDoDiagnostico; ++i) {
+        const Celula c = CelulaDe(linha, i, fontes);
         const int texto = AlturaDoTexto(dc, c.texto, c.fonte, c.lugar.right - c.lugar.left, kLinhasDaCelula);
         altura = std::max(altura, texto + 2 * kFolgaDaLinha);
     }
     return altura;
 }
 
-int AlturaDasLinhas(const AparenciaDiagnostico& a) {
-    return std::accumulate(a.alturas.begin(), a.alturas.end(), 0);
-}
-
 void PintarCabecalho(HDC dc, const Fontes& fontes) {
     PreencherFaixa(dc, kCabecalho, kCabecalhoAlto, kCabecalhoBaixo);
-    for (const LugarDaColuna& c : kLugares) {
+    for (const ColunaDoDiagnostico& c : kColunas) {
         if (c.x > kCabecalho.left) PreencherRetangulo(dc, {c.x, kCabecalho.top, c.x + 1, kCabecalho.bottom}, kRegua);
         Escrever(dc, c.titulo, {c.x + kRecuo, kCabecalho.top, c.x + c.largura, kCabecalho.bottom},
                  Fontes::De(fontes.negrito), kCorDoTexto, kUmaLinha);
@@ -95,12 +83,12 @@ void PintarCabecalho(HDC dc, const Fontes& fontes) {
 void PintarLinha(HDC dc, const LinhaDiagnostico& linha, const RECT& r, COLORREF fundo, const Fontes& fontes) {
     PreencherRetangulo(dc, r, fundo);
     PreencherRetangulo(dc, {r.left, r.bottom - 1, r.right, r.bottom}, kReguaFina);
-    for (int i = 0; i < kColunas; ++i) {
-        const Celula c = CelulaDe(linha, static_cast<Coluna>(i), fontes);
+    for (int i = 0; i < kColunasDoDiagnostico; ++i) {
+        const Celula c = CelulaDe(linha, i, fontes);
         const RECT lugar{c.lugar.left, r.top + kFolgaDaLinha, c.lugar.right, r.bottom - kFolgaDaLinha};
         Escrever(dc, c.texto, lugar, c.fonte, c.cor, kVariasLinhas);
     }
-    if (linha.estado) PintarSinal(dc, kLugares[kSituacao].x + kRecuo, r.top + kFolgaDaLinha, linha.estado);
+    if (linha.estado) PintarSinal(dc, kColunas[kSituacao].x + kRecuo, r.top + kFolgaDaLinha, linha.estado);
 }
 
 void PintarLinhas(HDC dc, const RECT& area, const AparenciaDiagnostico& a, const Fontes& fontes) {
@@ -113,12 +101,11 @@ void PintarLinhas(HDC dc, const RECT& area, const AparenciaDiagnostico& a, const
     }
     const int salvo = SaveDC(dc);
     IntersectClipRect(dc, area.left, area.top, area.right, area.bottom);
-    int y = area.top - a.rolagem;
+    const int inicio = area.top - a.rolagem;
     for (std::size_t i = 0; i < a.linhas.size(); ++i) {
-        const RECT r{area.left, y, area.right, y + a.alturas[i]};
+        const RECT r{area.left, inicio + a.topos[i], area.right, inicio + a.topos[i + 1]};
         if (r.bottom > area.top && r.top < area.bottom)
             PintarLinha(dc, a.linhas[i], r, i % 2 == 0 ? kFundoImpar : kFundoPar, fontes);
-        y = r.bottom;
     }
     RestoreDC(dc, salvo);
 }
@@ -138,23 +125,42 @@ void PintarRolagem(HDC dc, const AparenciaDiagnostico& a, int altura) {
 
 void MedirDiagnostico(AparenciaDiagnostico& a, const Fontes& fontes) {
     const HandleDc dc(CreateCompatibleDC(nullptr));
-    a.alturas.clear();
+    a.topos = {0};
     for (const LinhaDiagnostico& linha : a.linhas)
-        a.alturas.push_back(AlturaDaLinha(dc.Valor(), linha, fontes));
+        a.topos.push_back(a.topos.back() + AlturaDaLinha(dc.Valor(), linha, fontes));
 }
 
 int AlturaDoDiagnostico(const AparenciaDiagnostico& a) {
-    return kCabecalho.bottom + std::max(AlturaDasLinhas(a), kMenorAreaDeLinhas) + kFolgaDoFim + kFaixaDosBotoes;
+    return kCabecalho.bottom + std::max(a.topos.back(), kMenorAreaDeLinhas) + kFolgaDoFim + kFaixaDosBotoes;
 }
 
 RECT AreaDasLinhas(int altura) {
     return {kCabecalho.left, kCabecalho.bottom, kCabecalho.right, altura - kFaixaDosBotoes - kFolgaDoFim};
 }
 
+const ColunaDoDiagnostico& ColunaDe(int coluna) {
+    return kColunas.at(static_cast<std::size_t>(coluna));
+}
+
+RECT LugarDoTitulo(int coluna) {
+    const ColunaDoDiagnostico& c = ColunaDe(coluna);
+    return {c.x, kCabecalho.top, c.x + c.largura, kCabecalho.bottom};
+}
+
+RECT LugarDaCelula(const AparenciaDiagnostico& a, std::size_t linha, int coluna, int altura) {
+    const ColunaDoDiagnostico& c = ColunaDe(coluna);
+    const RECT area = AreaDasLinhas(altura);
+    const int inicio = area.top - a.rolagem;
+    const RECT inteira{c.x, inicio + a.topos[linha], c.x + c.largura, inicio + a.topos[linha + 1]};
+    RECT visivel{};
+    IntersectRect(&visivel, &inteira, &area);
+    return visivel;
+}
+
 MedidasDaRolagem RolagemDoDiagnostico(const AparenciaDiagnostico& a, int altura) {
     RECT trilho = AreaDasLinhas(altura);
     trilho.left = trilho.right - kLarguraDoTrilho;
-    return {.trilho = trilho, .limite = std::max(0, AlturaDasLinhas(a) - static_cast<int>(trilho.bottom - trilho.top))};
+    return {.trilho = trilho, .limite = std::max(0, a.topos.back() - static_cast<int>(trilho.bottom - trilho.top))};
 }
 
 void PintarDiagnostico(HDC dc, const AparenciaMoldura& moldura, const AparenciaDiagnostico& a, const Fontes& fontes) {

@@ -26,9 +26,9 @@ struct LinhaDiagnostico {
 
 struct AparenciaDiagnostico {
     std::vector<LinhaDiagnostico> linhas;
-    std::wstring semLinhas;    // stands in the table when it has no rows
-    std::vector<int> alturas;  // of the rows, as measured; pixels
-    int rolagem = 0;           // pixels of the rows that are above the table's edge
+    std::wstring semLinhas;     // stands in the table when it has no rows
+    std::vector<int> topos{0};  // where each row begins as measured, from the first one; then where the last ends
+    int rolagem = 0;            // pixels of the rows that are above the table's edge
     Trecho botoes;
 };
 
@@ -39,6 +39,19 @@ int AlturaDoDiagnostico(const AparenciaDiagnostico& aparencia);
 
 // Where a window of this height shows the rows.
 RECT AreaDasLinhas(int altura);
+
+// The table's columns: what stands over each, and what a row has in it.
+constexpr int kColunasDoDiagnostico = 5;
+struct ColunaDoDiagnostico {
+    const wchar_t* titulo;
+    std::wstring LinhaDiagnostico::*texto;
+    int x;
+    int largura;
+};
+const ColunaDoDiagnostico& ColunaDe(int coluna);
+RECT LugarDoTitulo(int coluna);
+// Of a cell as far as it is seen; empty when it is scrolled out of sight.
+RECT LugarDaCelula(const AparenciaDiagnostico& aparencia, std::size_t linha, int coluna, int altura);
 
 // The scroll bar at the right of the rows.
 MedidasDaRolagem RolagemDoDiagnostico(const AparenciaDiagnostico& aparencia, int altura);

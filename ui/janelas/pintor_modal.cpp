@@ -68,6 +68,19 @@ COLORREF CorDaSituacao(Situacao situacao) {
     return CoresDe(situacao).texto;
 }
 
+std::wstring PalavraDaSituacao(Situacao situacao) {
+    if (!situacao) return {};
+    switch (*situacao) {
+        case EstadoItem::kOk:
+            return L"em ordem";
+        case EstadoItem::kAviso:
+            return L"atenção";
+        case EstadoItem::kFalha:
+            return L"problema";
+    }
+    return {};
+}
+
 int AlturaDoTexto(HDC dc, std::wstring_view texto, HFONT fonte, int largura, int maximo) {
     if (texto.empty()) return 0;
     const Selecao selecao(dc, fonte);

@@ -23,6 +23,8 @@ constexpr COLORREF kCorDoTextoMenor = RGB(80, 80, 80);
 struct Trecho {
     int esquerda = 0;
     int direita = 0;
+
+    bool operator==(const Trecho&) const = default;
 };
 
 // Frame, footer, and the panel around the buttons.
@@ -37,6 +39,9 @@ void PintarSinal(HDC dc, int x, int y, Situacao situacao);
 
 // The colour of words that tell a state, dark enough to be read.
 COLORREF CorDaSituacao(Situacao situacao);
+
+// What the mark says to who cannot see it; empty for the mark of what is not known.
+std::wstring PalavraDaSituacao(Situacao situacao);
 
 // What the text takes over lines of this width, up to `maximo` lines; 0 for none. Pixels.
 int AlturaDoTexto(HDC dc, std::wstring_view texto, HFONT fonte, int largura, int maximo);

@@ -32,21 +32,9 @@ constexpr LinhaDoCentro kContornoDoCentro{{8, 48, 446, 383}, RGB(255, 255, 255)}
 constexpr COLORREF kFundoDoCentro = RGB(8, 4, 6);
 constexpr int kAlturaDoLogo = 293;
 constexpr int kTopoDoLogo = 59;
-constexpr RECT kLinhaDaFalha{9, 352, 445, 374};
 constexpr COLORREF kCorDaFalha = RGB(200, 170, 120);
 
-constexpr int kFaixaDoRodape = 128;
-constexpr std::array<RECT, 2> kPaineis{{{52, 395, 402, 457}, {92, 462, 362, 510}}};
-
-struct LugarDaBarra {
-    int y;
-    RECT texto;
-};
-constexpr LugarDaBarra kBarraSuperior{412, {352, 408, 386, 425}};
-constexpr LugarDaBarra kBarraInferior{431, {352, 427, 386, 444}};
-constexpr int kBarraX = 152;
-constexpr int kBarraLargura = 200;
-constexpr int kBarraAltura = 9;
+constexpr COLORREF kCorDoPercentual = RGB(0, 0, 0);
 
 void PintarCabecalho(HDC dc, const FontesDaPrincipal& proprias) {
     constexpr UINT kFormato = DT_LEFT | DT_VCENTER | DT_SINGLELINE;
@@ -77,14 +65,15 @@ void PintarCentro(HDC dc, CentroDaPrincipal centro, const LogoEncaixado& logo, c
     if (centro == CentroDaPrincipal::kSite) return;
     if (!logo.Vazio()) PintarLogo(dc, logo);
     if (centro == CentroDaPrincipal::kFalhaDoSite) {
-        Escrever(dc, L"Não foi possível abrir o site.", kLinhaDaFalha, Fontes::De(fontes.normal), kCorDaFalha,
+        Escrever(dc, kTextoDaFalhaDoSite, kLinhaDaFalha, Fontes::De(fontes.normal), kCorDaFalha,
                  DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     }
 }
 
-void PintarBarra(HDC dc, const LugarDaBarra& lugar, int valor, const FontesDaPrincipal& proprias) {
-    PintarProgresso(dc, kBarraX, lugar.y, kBarraLargura, kBarraAltura, valor);
-    Escrever(dc, std::to_wstring(valor) + L"%", lugar.texto, Fontes::De(proprias.percentual), RGB(0, 0, 0),
+void PintarBarra(HDC dc, const BarraDaPrincipal& barra, int valor, const FontesDaPrincipal& proprias) {
+    const Lugar& l = barra.lugar;
+    PintarProgresso(dc, l.x, l.y, l.w, l.h, valor);
+    Escrever(dc, std::to_wstring(valor) + L"%", barra.percentual, Fontes::De(proprias.percentual), kCorDoPercentual,
              DT_RIGHT | DT_VCENTER | DT_SINGLELINE);
 }
 
@@ -114,11 +103,11 @@ void PintarPrincipal(HDC dc, const AparenciaPrincipal& a, const LogoEncaixado& l
     for (const LinhaDoCentro& linha : kQuadroDoCentro)
         ContornarRetangulo(dc, linha.r, linha.cor);
     PintarCentro(dc, a.centro, logo, fontes);
-    PintarRodape(dc, kLarguraPrincipal, kAlturaPrincipal, kFaixaDoRodape);
-    for (const RECT& painel : kPaineis)
+    PintarRodape(dc, kLarguraPrincipal, kAlturaPrincipal, kRodapeDaPrincipal);
+    for (const RECT& painel : kPaineisDaPrincipal)
         PintarPainel(dc, painel);
-    PintarBarra(dc, kBarraSuperior, a.superior, proprias);
-    PintarBarra(dc, kBarraInferior, a.inferior, proprias);
+    for (std::size_t i = 0; i < kBarrasDaPrincipal.size(); ++i)
+        PintarBarra(dc, kBarrasDaPrincipal.at(i), a.barras.at(i), proprias);
     PintarBorda(dc, kLarguraPrincipal, kAlturaPrincipal);
 }
 

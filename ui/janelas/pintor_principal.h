@@ -3,21 +3,15 @@
 
 #include <windows.h>
 
+#include <array>
 #include <string>
 
 #include "ui/desenho/fontes.h"
 #include "ui/desenho/logo.h"
 #include "ui/desenho/moldura.h"
+#include "ui/janelas/medidas_principal.h"
 
 namespace zu::launcher {
-
-constexpr int kLarguraPrincipal = 454;
-constexpr int kAlturaPrincipal = 516;
-
-// The middle of the window, where the site is shown.
-constexpr RECT kCentro{9, 49, 445, 382};
-// What changes with the two bars.
-constexpr RECT kAreaDoProgresso{152, 409, 386, 443};
 
 enum class CentroDaPrincipal {
     kSite,         // the site covers it, or will once it has loaded: the dark ground alone
@@ -30,9 +24,12 @@ struct AparenciaPrincipal {
     bool ativa = false;
     CaixaDaTira sobre = CaixaDaTira::kNenhuma;
     CentroDaPrincipal centro = CentroDaPrincipal::kLogo;
-    int superior = 0;  // 0 to 100
-    int inferior = 0;
+    std::array<int, 2> barras{};  // the upper and the lower one, 0 to 100
+    std::wstring situacao;        // the status sentence, which is not drawn but told
+    bool terminou = false;        // and it is how a run has ended
 };
+
+constexpr wchar_t kTextoDaFalhaDoSite[] = L"Não foi possível abrir o site.";
 
 // The fonts that only this window uses.
 struct FontesDaPrincipal {

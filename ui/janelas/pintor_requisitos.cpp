@@ -22,54 +22,64 @@ constexpr COLORREF kContornoDaTabela = RGB(160, 160, 160);
 
 constexpr RECT kPasta{kEsquerda, 214, kDireita, 232};
 
-// Returns where the next part begins.
-int PintarVeredito(HDC dc, const AparenciaRequisitos& a, const Fontes& fontes) {
+void PintarVeredito(HDC dc, const AparenciaRequisitos& a, const RECT& lugar, const Fontes& fontes) {
     const COLORREF cor = CorDaSituacao(a.situacao);
     PintarSinal(dc, kSinalX, kYTitulo + (kAlturaDoTitulo - kLadoDoSinal) / 2, a.situacao);
     Escrever(dc, a.titulo, {kTextoX, kYTitulo, kDireita, kYTitulo + kAlturaDoTitulo}, Fontes::De(fontes.titulo), cor,
              kUmaLinha);
-    const HFONT fonte = Fontes::De(fontes.normal);
-    const int fim = kYTexto + AlturaDoTexto(dc, a.texto, fonte, kDireita - kTextoX, kLinhasDoTexto);
-    Escrever(dc, a.texto, {kTextoX, kYTexto, kDireita, fim}, fonte, cor, kVariasLinhas);
-    return fim + kFolga;
+    Escrever(dc, a.texto, lugar, Fontes::De(fontes.normal), cor, kVariasLinhas);
 }
 
-int PintarLinhas(HDC dc, int y, const AparenciaRequisitos& a, const Fontes& fontes) {
-    if (a.linhas.empty()) return y;
-    const int topo = y;
-    COLORREF fundo = kFundoImpar;
-    for (const LinhaRequisito& linha : a.linhas) {
-        const int fim = y + kAlturaDaLinha;
-        PreencherRetangulo(dc, {kEsquerda, y, kDireita, fim}, fundo);
-        fundo = fundo == kFundoPar ? kFundoImpar : kFundoPar;
-        PintarSinal(dc, kSinalX, y + (kAlturaDaLinha - kLadoDoSinal) / 2, linha.situacao);
-        Escrever(dc, linha.nome, {kTextoX, y, kValorX, fim}, Fontes::De(fontes.negrito2), kCorDoTexto, kUmaLinha);
-        Escrever(dc, linha.valor, {kValorX, y, kDireita - kFolga, fim}, Fontes::De(fontes.normal), kCorDoTexto,
-                 kUmaLinha);
-        y = fim;
-    }
-    ContornarRetangulo(dc, {kEsquerda, topo, kDireita, y}, kContornoDaTabela);
-    return y + kFolga;
+void PintarLinha(HDC dc, const LinhaRequisito& linha, const RECT& r, COLORREF fundo, const Fontes& fontes) {
+    PreencherRetangulo(dc, r, fundo);
+    PintarSinal(dc, kSinalX, r.top + (kAlturaDaLinha - kLadoDoSinal) / 2, linha.situacao);
+    Escrever(dc, linha.nome, {kTextoX, r.top, kValorX, r.bottom}, Fontes::De(fontes.negrito2), kCorDoTexto, kUmaLinha);
+    Escrever(dc, linha.valor, {kValorX, r.top, r.right - kFolga, r.bottom}, Fontes::De(fontes.normal), kCorDoTexto,
+             kUmaLinha);
 }
 
-void PintarRotulo(HDC dc, const wchar_t* rotulo, int y, const Fontes& fontes) {
-    Escrever(dc, rotulo, {kTextoX, y, kValorX, y + kAlturaDaLinha}, Fontes::De(fontes.negrito2), kCorDoTexto,
+void PintarLinhas(HDC dc, const AparenciaRequisitos& a, const std::vector<RECT>& lugares, const Fontes& fontes) {
+    if (lugares.empty()) return;
+    for (std::size_t i = 0; i < lugares.size(); ++i)
+        PintarLinha(dc, a.linhas[i], lugares[i], i % 2 == 0 ? kFundoImpar : kFundoPar, fontes);
+    ContornarRetangulo(dc, {kEsquerda, lugares.front().top, kDireita, lugares.back().bottom}, kContornoDaTabela);
+}
+
+// A label, and what it is for beside it.
+void PintarRotulado(HDC dc, const wchar_t* rotulo, std::wstring_view texto, const RECT& r, COLORREF cor, UINT formato,
+                    const Fontes& fontes) {
+    Escrever(dc, rotulo, {kTextoX, r.top, kValorX, r.top + kAlturaDaLinha}, Fontes::De(fontes.negrito2), kCorDoTexto,
              DT_SINGLELINE);
+    Escrever(dc, texto, {kValorX, r.top, r.right, r.bottom}, Fontes::De(fontes.normal), cor, formato);
 }
 
 }  // namespace
 
-void PintarRequisitos(HDC dc, const AparenciaMoldura& moldura, const AparenciaRequisitos& a, const Fontes& fontes) {
+LugaresDosRequisitos MedirRequisitos(const AparenciaRequisitos& a, const Fontes& fontes) {
+    const HandleDc dc(CreateCompatibleDC(nullptr));
+    const HFONT fonte = Fontes::De(fontes.normal);
+    LugaresDosRequisitos lugares;
+    int y = kYTexto + AlturaDoTexto(dc.Valor(), a.texto, fonte, kDireita - kTextoX, kLinhasDoTexto);
+    lugares.texto = {kTextoX, kYTexto, kDireita, y};
+    y += kFolga;
+    for (std::size_t i = 0; i < a.linhas.size(); ++i, y += kAlturaDaLinha)
+        lugares.linhas.push_back({kEsquerda, y, kDireita, y + kAlturaDaLinha});
+    if (!a.linhas.empty()) y += kFolga;
+    lugares.conselhos = {kTextoX, y, kDireita, kPasta.top - 1};
+    lugares.pasta = kPasta;
+    return lugares;
+}
+
+void PintarRequisitos(HDC dc, const AparenciaMoldura& moldura, const AparenciaRequisitos& a,
+                      const LugaresDosRequisitos& lugares, const Fontes& fontes) {
     PintarBase(dc, moldura, a.botoes, fontes);
-    const int y = PintarLinhas(dc, PintarVeredito(dc, a, fontes), a, fontes);
+    PintarVeredito(dc, a, lugares.texto, fontes);
+    PintarLinhas(dc, a, lugares.linhas, fontes);
     if (!a.conselhos.empty()) {
-        PintarRotulo(dc, L"O que fazer:", y, fontes);
-        Escrever(dc, a.conselhos, {kValorX, y, kDireita, kPasta.top - 1}, Fontes::De(fontes.normal), kCorDoTexto,
-                 kVariasLinhas);
+        PintarRotulado(dc, L"O que fazer:", a.conselhos, lugares.conselhos, kCorDoTexto, kVariasLinhas, fontes);
     }
-    PintarRotulo(dc, L"Pasta do jogo:", kPasta.top, fontes);
-    Escrever(dc, a.pasta, {kValorX, kPasta.top, kPasta.right, kPasta.bottom}, Fontes::De(fontes.normal),
-             kCorDoTextoMenor, DT_SINGLELINE | DT_PATH_ELLIPSIS);
+    PintarRotulado(dc, L"Pasta do jogo:", a.pasta, lugares.pasta, kCorDoTextoMenor, DT_SINGLELINE | DT_PATH_ELLIPSIS,
+                   fontes);
 }
 
 }  // namespace zu::launcher

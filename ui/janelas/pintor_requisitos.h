@@ -18,6 +18,8 @@ struct LinhaRequisito {
     std::wstring nome;
     std::wstring valor;
     Situacao situacao;
+
+    bool operator==(const LinhaRequisito&) const = default;
 };
 
 struct AparenciaRequisitos {
@@ -28,10 +30,21 @@ struct AparenciaRequisitos {
     std::wstring conselhos;  // one a line
     std::wstring pasta;      // the game's folder
     Trecho botoes;
+
+    bool operator==(const AparenciaRequisitos&) const = default;
 };
+
+// Where its parts stand, which depends on how much room the words before them take.
+struct LugaresDosRequisitos {
+    RECT texto{};
+    std::vector<RECT> linhas;
+    RECT conselhos{};
+    RECT pasta{};
+};
+LugaresDosRequisitos MedirRequisitos(const AparenciaRequisitos& aparencia, const Fontes& fontes);
 
 // All but the controls and the border.
 void PintarRequisitos(HDC dc, const AparenciaMoldura& moldura, const AparenciaRequisitos& aparencia,
-                      const Fontes& fontes);
+                      const LugaresDosRequisitos& lugares, const Fontes& fontes);
 
 }  // namespace zu::launcher

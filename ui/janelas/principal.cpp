@@ -5,7 +5,6 @@
 #include <chrono>
 #include <exception>
 #include <memory>
-#include <tuple>
 #include <utility>
 
 #include "app/controlador.h"
@@ -32,18 +31,10 @@ constexpr int kIcone = 1;
 
 constexpr int kForaDaTela = 654;  // left of everything visible, for captures
 
-struct BotaoDaPrincipal {
-    int id;
-    const wchar_t* texto;
-    TipoControle kind;
-    Lugar lugar;
-};
-constexpr std::array<BotaoDaPrincipal, 4> kBotoes{{
-    {kBotaoRegistrar, L"Registrar", TipoControle::Botao, {63, 412, 78, 28}},
-    {kBotaoOpcoes, L"Opções", TipoControle::Botao, {104, 472, 72, 28}},
-    {kBotaoConectar, L"Conectar", TipoControle::BotaoPrincipal, {191, 472, 76, 28}},
-    {kBotaoFechar, L"Fechar", TipoControle::Botao, {282, 472, 68, 28}},
-}};
+// What the window draws and tells, by its place in the numbers of its parts: the bars first.
+constexpr int kParteSituacao = static_cast<int>(kBarrasDaPrincipal.size());
+constexpr int kParteCentro = kParteSituacao + 1;
+constexpr int kPartes = kParteCentro + 1;
 
 POINT LugarDaPrincipal() {
     if (ModoCaptura() && GetSystemMetrics(SM_REMOTESESSION) == 0) {
@@ -67,13 +58,13 @@ bool Transferindo(StatusUpdate status) {
 }
 
 // The upper and the lower bar.
-std::pair<int, int> Progresso(const EstadoAtualizacao& estado, bool atualizando) {
+std::array<int, 2> Barras(const EstadoAtualizacao& estado, bool atualizando) {
     if (atualizando && Transferindo(estado.status)) {
         return {Porcento(estado.bytesFeitos, estado.bytesTotal), Porcento(estado.arquivosFeitos, estado.arquivosTotal)};
     }
     const bool fim =
         !atualizando && estado.status != StatusUpdate::kParado && estado.status != StatusUpdate::kJogoAberto;
-    return fim ? std::pair{100, 100} : std::pair{0, 0};
+    return fim ? std::array{100, 100} : std::array{0, 0};
 }
 
 // Not over a launcher that is hidden or ends, nor over one that is about to start the game by itself.
@@ -134,7 +125,7 @@ AmbienteSite JanelaPrincipal::AmbienteDoSite() {
 bool JanelaPrincipal::Montar() {
     vista_.titulo = TituloDoLauncher();
     vista_.centro = Centro();
-    for (const BotaoDaPrincipal& b : kBotoes) {
+    for (const BotaoDaPrincipal& b : kBotoesDaPrincipal) {
         if (CriarControle(Handle(), b.kind, b.id, b.texto, b.lugar) == nullptr) return false;
     }
     // Nobody is helped by seeing the windows of a capture run.
@@ -160,8 +151,55 @@ void JanelaPrincipal::Mostrar(const AparenciaPrincipal& nova) {
         InvalidateRect(Handle(), &area, FALSE);
     };
     if (nova.centro != vista_.centro) repintar(kCentro, 1, 1);
-    if (nova.superior != vista_.superior || nova.inferior != vista_.inferior) repintar(kAreaDoProgresso, 1, 2);
-    vista_ = nova;
+    if (nova.barras != vista_.barras) repintar(kAreaDoProgresso, 1, 2);
+    const AparenciaPrincipal antes = std::exchange(vista_, nova);
+    AvisarMudancas(antes);
+}
+
+// To the programs that read the screen aloud.
+void JanelaPrincipal::AvisarMudancas(const AparenciaPrincipal& antes) const {
+    const auto avisar = [this](DWORD evento, int parte) { Avisar(evento, Handle(), parte + 1); };
+    for (int i = 0; i < kParteSituacao; ++i) {
+        const auto barra = static_cast<std::size_t>(i);
+        if (vista_.barras.at(barra) != antes.barras.at(barra)) avisar(EVENT_OBJECT_VALUECHANGE, i);
+    }
+    if (vista_.centro != antes.centro) avisar(EVENT_OBJECT_NAMECHANGE, kParteCentro);
+    if (vista_.situacao != antes.situacao) {
+        avisar(EVENT_OBJECT_NAMECHANGE, kParteSituacao);
+        Avisar(EVENT_OBJECT_DESCRIPTIONCHANGE, Handle());
+    }
+    if (vista_.terminou && !antes.terminou) avisar(EVENT_SYSTEM_ALERT, kParteSituacao);
+}
+
+std::wstring JanelaPrincipal::Descricao() const {
+    return TextoDaDica(ObterControlador().Estado(), ObterControlador().Atualizando());
+}
+
+int JanelaPrincipal::Partes() const {
+    return kPartes;
+}
+
+Elemento JanelaPrincipal::Parte(int i) const {
+    if (i < kParteSituacao) {
+        const auto barra = static_cast<std::size_t>(i);
+        const Lugar& l = kBarrasDaPrincipal.at(barra).lugar;
+        return {.nome = kBarrasDaPrincipal.at(barra).nome,
+                .papel = ROLE_SYSTEM_PROGRESSBAR,
+                .estado = STATE_SYSTEM_READONLY,
+                .lugar = {l.x, l.y, l.x + l.w, l.y + l.h},
+                .valor = std::to_wstring(vista_.barras.at(barra)) + L"%"};
+    }
+    if (i == kParteSituacao) {
+        return {.nome = vista_.situacao,
+                .papel = vista_.terminou ? ROLE_SYSTEM_ALERT : ROLE_SYSTEM_STATICTEXT,
+                .estado = STATE_SYSTEM_READONLY,
+                .lugar = kAreaDoProgresso};
+    }
+    if (vista_.centro == CentroDaPrincipal::kFalhaDoSite) {
+        return {.nome = kTextoDaFalhaDoSite, .papel = ROLE_SYSTEM_STATICTEXT, .lugar = kLinhaDaFalha};
+    }
+    const LONG estado = vista_.centro == CentroDaPrincipal::kSite ? STATE_SYSTEM_INVISIBLE : 0;
+    return {.nome = vista_.titulo, .papel = ROLE_SYSTEM_GRAPHIC, .estado = estado, .lugar = kCentro};
 }
 
 void JanelaPrincipal::AoComando(int id) {
@@ -269,12 +307,14 @@ void JanelaPrincipal::MostrarProgresso() {
     const EstadoAtualizacao estado = ObterControlador().Estado();
     AparenciaPrincipal nova = vista_;
     const bool atualizando = ObterControlador().Atualizando();
-    std::tie(nova.superior, nova.inferior) = Progresso(estado, atualizando);
+    nova.barras = Barras(estado, atualizando);
+    nova.situacao = DeUtf8(estado.texto);
+    nova.terminou = !atualizando && estado.status != StatusUpdate::kParado;
     Mostrar(nova);
     if (ModoCaptura()) return;
     if (std::exchange(etapa_, estado.status) != estado.status) inicioDaEtapa_ = GetTickCount64();
     if (dica_.Visivel()) dica_.Mudar(TextoDaDica(estado, atualizando));
-    barra_.Mostrar(Handle(), SinalDe(estado.status, atualizando, nova.superior));
+    barra_.Mostrar(Handle(), SinalDe(estado.status, atualizando, nova.barras.front()));
     barra_.Acompanhar(Handle(), atualizando);
 }
 

@@ -23,11 +23,6 @@ constexpr UINT MSG_TRAZER_FRENTE = MensagemAbrirInstancia;  // another instance 
 
 constexpr UINT_PTR kRelogioDaPrincipal = 7;  // the refresh
 
-constexpr int kBotaoRegistrar = 1001;
-constexpr int kBotaoOpcoes = 1004;
-constexpr int kBotaoConectar = 1005;
-constexpr int kBotaoFechar = 1006;
-
 class JanelaPrincipal final : public Janela {
  public:
     explicit JanelaPrincipal(LogoEncaixado logo);
@@ -37,6 +32,10 @@ class JanelaPrincipal final : public Janela {
 
     // One refresh: lets the controller work, then shows how things stand.
     void AtualizarTela();
+
+    [[nodiscard]] std::wstring Descricao() const override;
+    [[nodiscard]] int Partes() const override;
+    [[nodiscard]] Elemento Parte(int i) const override;
 
  private:
     bool Montar() override;
@@ -57,6 +56,7 @@ class JanelaPrincipal final : public Janela {
     void AoMover(POINT ponto);
     void AoPairar(POINT ponto);
     void Mostrar(const AparenciaPrincipal& nova);
+    void AvisarMudancas(const AparenciaPrincipal& antes) const;
 
     LogoEncaixado logo_;
     FontesDaPrincipal fontes_;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "app/controlador.h"
 #include "core/config.h"
@@ -69,8 +70,11 @@ class JanelaRequisitos final : public JanelaModal {
         return SetTimer(Handle(), kRelogio, kIntervalo, nullptr) != 0;
     }
     void PintarConteudo(HDC dc, const AparenciaMoldura& moldura) const override {
-        PintarRequisitos(dc, moldura, aparencia_, FontesDaInterface());
+        PintarRequisitos(dc, moldura, aparencia_, lugares_, FontesDaInterface());
     }
+    [[nodiscard]] std::wstring Descricao() const override { return aparencia_.titulo + L"\n" + aparencia_.texto; }
+    [[nodiscard]] int Partes() const override;
+    [[nodiscard]] Elemento Parte(int i) const override;
     void AoComando(int id) override;
     void AoRelogio(UINT_PTR relogio) override {
         if (relogio == kRelogio) Atualizar();
@@ -79,6 +83,7 @@ class JanelaRequisitos final : public JanelaModal {
 
     Trecho fila_;
     AparenciaRequisitos aparencia_;
+    LugaresDosRequisitos lugares_;
 };
 
 void JanelaRequisitos::AoComando(int id) {
@@ -100,9 +105,42 @@ void JanelaRequisitos::AoComando(int id) {
 void JanelaRequisitos::Atualizar() {
     const ResultadoRequisitos resultado = ObterRequisitos();
     Habilitar(Filho(kBotaoDiagnostico), resultado.concluido);
-    aparencia_ = DescreverRequisitos(resultado);
-    aparencia_.botoes = fila_;
+    AparenciaRequisitos nova = DescreverRequisitos(resultado);
+    nova.botoes = fila_;
+    if (nova == aparencia_) return;
+    aparencia_ = std::move(nova);
+    lugares_ = MedirRequisitos(aparencia_, FontesDaInterface());
     InvalidateRect(Handle(), nullptr, FALSE);
+    Avisar(EVENT_OBJECT_REORDER, Handle());
+    Avisar(EVENT_OBJECT_DESCRIPTIONCHANGE, Handle());
+}
+
+// The rows, the advice where there is any, then the game's folder.
+int JanelaRequisitos::Partes() const {
+    return static_cast<int>(aparencia_.linhas.size()) + (aparencia_.conselhos.empty() ? 1 : 2);
+}
+
+Elemento JanelaRequisitos::Parte(int i) const {
+    const auto linha = static_cast<std::size_t>(i);
+    if (i == Partes() - 1) {
+        return {.nome = L"Pasta do jogo",
+                .papel = ROLE_SYSTEM_STATICTEXT,
+                .lugar = lugares_.pasta,
+                .valor = aparencia_.pasta};
+    }
+    if (linha == aparencia_.linhas.size()) {
+        return {.nome = L"O que fazer",
+                .papel = ROLE_SYSTEM_STATICTEXT,
+                .lugar = lugares_.conselhos,
+                .valor = aparencia_.conselhos};
+    }
+    const LinhaRequisito& l = aparencia_.linhas[linha];
+    return {.nome = l.nome,
+            .papel = ROLE_SYSTEM_ROW,
+            .estado = STATE_SYSTEM_READONLY,
+            .lugar = lugares_.linhas[linha],
+            .valor = l.valor,
+            .descricao = PalavraDaSituacao(l.situacao)};
 }
 
 }  // namespace

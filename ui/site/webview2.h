@@ -20,7 +20,7 @@
 
 #include "core/excecao.h"
 #include "core/log.h"
-#include "ui/site/com.h"
+#include "ui/com.h"
 
 namespace zu::launcher {
 

@@ -1,0 +1,152 @@
+// A program that reads the screen aloud, in small: what a window of another process says of itself, and the events that
+// it raises. The thread must have COM, and must handle messages for the events.
+#pragma once
+
+#include <windows.h>
+// after windows.h
+#include <oleacc.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/formato.h"
+#include "core/utf16.h"
+
+namespace zu::launcher::teste {
+
+// An object of a window, or a part of one.
+struct Coisa {
+    std::shared_ptr<IAccessible> objeto;
+    VARIANT filho{};
+
+    Coisa(IUnknown* unico, LONG numero) {
+        filho.vt = VT_I4;
+        filho.lVal = numero;
+        if (unico == nullptr) return;
+        void* dele = nullptr;
+        unico->QueryInterface(__uuidof(IAccessible), &dele);
+        unico->Release();
+        if (dele != nullptr) objeto.reset(static_cast<IAccessible*>(dele), [](IAccessible* o) { o->Release(); });
+    }
+    // Without an object when the window is gone.
+    static Coisa De(HWND janela) {
+        void* objeto = nullptr;
+        AccessibleObjectFromWindow(janela, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &objeto);
+        return {static_cast<IUnknown*>(objeto), CHILDID_SELF};
+    }
+
+    static VARIANT Eu() {
+        VARIANT eu{};
+        eu.vt = VT_I4;
+        return eu;
+    }
+
+    using Pergunta = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
+    [[nodiscard]] std::string Texto(Pergunta pergunta) const {
+        BSTR texto = nullptr;
+        if (!objeto || (objeto.get()->*pergunta)(filho, &texto) != S_OK) return "";
+        const std::string resposta = ParaUtf8({texto, SysStringLen(texto)});
+        SysFreeString(texto);
+        return resposta;
+    }
+    [[nodiscard]] std::string Nome() const { return Texto(&IAccessible::get_accName); }
+    [[nodiscard]] std::string Acao() const { return Texto(&IAccessible::get_accDefaultAction); }
+
+    // "ROLE NAME=VALUE; DESCRIPTION [ACTION]", in parentheses while it is disabled, with "*" when it is checked or
+    // selected, with "?" when a pointer in its middle finds something else.
+    [[nodiscard]] std::string Ler() const {
+        VARIANT papel{};
+        VARIANT estado{};
+        if (!objeto) return "";
+        objeto->get_accRole(filho, &papel);
+        objeto->get_accState(filho, &estado);
+        std::string texto = Formatar("{:x} {}", papel.lVal, Nome());
+        const auto juntar = [&](std::string_view antes, const std::string& t, std::string_view depois) {
+            if (!t.empty()) texto.append(antes).append(t).append(depois);
+        };
+        juntar("=", Texto(&IAccessible::get_accValue), "");
+        juntar("; ", Texto(&IAccessible::get_accDescription), "");
+        juntar(" [", Acao(), "]");
+        if ((estado.lVal & (STATE_SYSTEM_CHECKED | STATE_SYSTEM_SELECTED)) != 0) texto += "*";
+        if ((estado.lVal & (STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN)) == 0 && !NoSeuLugar()) texto += "?";
+        return (estado.lVal & STATE_SYSTEM_UNAVAILABLE) != 0 ? "(" + texto + ")" : texto;
+    }
+
+    // Itself, its parts and the objects in it, each with its own, until `feito`. False when it never was.
+    template <class Feito>
+    bool Percorrer(Feito feito) const {
+        if (!objeto || feito(*this)) return objeto != nullptr;
+        long quantas = 0;
+        objeto->get_accChildCount(&quantas);
+        for (LONG i = 1; i <= quantas; ++i) {
+            Coisa parte = *this;
+            parte.filho.lVal = i;
+            IDispatch* proprio = nullptr;
+            const bool simples = objeto->get_accChild(parte.filho, &proprio) != S_OK;
+            if (simples ? feito(parte) : Coisa(proprio, CHILDID_SELF).Percorrer(feito)) return true;
+        }
+        return false;
+    }
+    // The first in it that has this name; itself when there is none.
+    [[nodiscard]] Coisa Com(const std::string& nome) const {
+        Coisa achada = *this;
+        Percorrer([&](const Coisa& coisa) {
+            const bool esta = coisa.Nome() == nome;
+            if (esta) achada = coisa;
+            return esta;
+        });
+        return achada;
+    }
+
+ private:
+    [[nodiscard]] bool NoSeuLugar() const {
+        long x = 0;
+        long y = 0;
+        long largura = 0;
+        long altura = 0;
+        VARIANT achado{};
+        HWND janela = nullptr;
+        objeto->accLocation(&x, &y, &largura, &altura, filho);
+        WindowFromAccessibleObject(objeto.get(), &janela);
+        if (const Coisa raiz = De(GetAncestor(janela, GA_ROOT)); raiz.objeto)
+            raiz.objeto->accHitTest(x + largura / 2, y + altura / 2, &achado);
+        if (achado.vt != VT_DISPATCH) return achado.lVal == filho.lVal || filho.lVal == CHILDID_SELF;
+        return Coisa(achado.pdispVal, CHILDID_SELF).Nome() == Inteira().Nome();
+    }
+    [[nodiscard]] Coisa Inteira() const {
+        Coisa inteira = *this;
+        inteira.filho.lVal = CHILDID_SELF;
+        return inteira;
+    }
+};
+
+// "EVENT NAME" of each that a process raises while this lives; what names nothing by then is left out.
+class Eventos {
+ public:
+    explicit Eventos(DWORD pid) {
+        vistos_.clear();
+        gancho_ = SetWinEventHook(EVENT_MIN, EVENT_OBJECT_VALUECHANGE, nullptr, Notar, pid, 0, WINEVENT_OUTOFCONTEXT);
+    }
+    Eventos(const Eventos&) = delete;
+    Eventos& operator=(const Eventos&) = delete;
+    ~Eventos() { UnhookWinEvent(gancho_); }
+
+    [[nodiscard]] const std::vector<std::string>& Vistos() const { return vistos_; }
+
+ private:
+    static void CALLBACK Notar(HWINEVENTHOOK, DWORD evento, HWND janela, LONG objeto, LONG filho, DWORD, DWORD) {
+        if (objeto != OBJID_CLIENT) return;
+        IAccessible* dele = nullptr;
+        VARIANT numero{};
+        if (AccessibleObjectFromEvent(janela, static_cast<DWORD>(objeto), static_cast<DWORD>(filho), &dele, &numero) !=
+            S_OK)
+            return;
+        vistos_.push_back(Formatar("{:x} {}", evento, Coisa(dele, numero.lVal).Nome()));
+    }
+
+    static inline std::vector<std::string> vistos_;
+    HWINEVENTHOOK gancho_;
+};
+
+}  // namespace zu::launcher::teste
