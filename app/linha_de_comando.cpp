@@ -10,6 +10,7 @@
 
 #include "app/selo.h"
 #include "core/arquivo.h"
+#include "core/config.h"
 #include "core/formato.h"
 #include "core/utf16.h"
 

@@ -4,9 +4,10 @@
 #include <span>
 #include <string>
 
-#include "core/config.h"
 
 namespace zu::launcher {
+
+struct ConfigLauncher;
 
 // Reads this process's command line and the game folder's "Launcher.emu" and puts the record in place for
 // `ObterConfig`. Never fails as a call: a refusal is left as text in `erro`. Called once, before any other thread runs.

@@ -41,7 +41,7 @@ add_library(zu_update STATIC
     update/item.cpp
     update/jogo_aberto.cpp
     update/limpeza.cpp
-    update/painel.cpp
+    update/andamento.cpp
     update/partes.cpp
     update/remocao.cpp
     update/seguidor_hash.cpp

@@ -74,23 +74,23 @@ TEST_F(Atualizacao, DaPastaVaziaAteEmDiaEDepoisSemLerNada) {
 
 // Faults: bytes beyond the total; what the stage, the list or the run before left shows in the next.
 TEST(PainelDaAtualizacao, NadaPassaDoTotalNemFicaDoQueVeioAntes) {
-    const std::pair<void (*)(Painel&), std::array<double, 6>> casos[] = {
-        {[](Painel&) {}, {1, 100, 1, 9, 1, 2}},
-        {[](Painel& painel) { painel.Comecar(StatusUpdate::kAplicando, "", 3, 9); }, {0, 0, 0, 0, 0, 2}},
-        {[](Painel& painel) { painel.Recomecar(); }, {1, 100, 1, 9, 1, 0}},
-        {[](Painel& painel) { painel.Zerar(true); }, {}},
+    const std::pair<void (*)(Andamento&), std::array<double, 6>> casos[] = {
+        {[](Andamento&) {}, {1, 100, 1, 9, 1, 2}},
+        {[](Andamento& andamento) { andamento.Comecar(StatusUpdate::kAplicando, "", 3, 9); }, {0, 0, 0, 0, 0, 2}},
+        {[](Andamento& andamento) { andamento.Recomecar(); }, {1, 100, 1, 9, 1, 0}},
+        {[](Andamento& andamento) { andamento.Zerar(true); }, {}},
     };
     for (const auto& [passo, medidas] : casos) {
-        Painel painel;
-        painel.Comecar(StatusUpdate::kBaixando, "", 2, 100);
-        painel.SomarArquivo();
-        painel.DefinirBytes(150);
-        painel.DefinirVelocidade(9);
-        painel.Anotar({"a", "faltando"});
-        painel.Estacionar({});
-        passo(painel);
-        const EstadoAtualizacao e = painel.Copia();
-        const auto guardados = painel.Trocas().size() + painel.Resultados().size();
+        Andamento andamento;
+        andamento.Comecar(StatusUpdate::kBaixando, "", 2, 100);
+        andamento.SomarArquivo();
+        andamento.DefinirBytes(150);
+        andamento.DefinirVelocidade(9);
+        andamento.Anotar({"a", "faltando"});
+        andamento.Estacionar({});
+        passo(andamento);
+        const EstadoAtualizacao e = andamento.Copia();
+        const auto guardados = andamento.Trocas().size() + andamento.Resultados().size();
         EXPECT_THAT(medidas,
                     ElementsAre(e.arquivosFeitos, e.bytesFeitos, e.fracao, e.velocidade, e.estacionados, guardados));
     }

@@ -1,4 +1,5 @@
 #include "update/agendador.h"
+#include "update/lista.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -94,17 +95,17 @@ void TentarDeNovo(ContextoDownload& contexto) {
 
 // True when everything came; otherwise the status tells why not, unless the run begins anew.
 bool Desfecho(ContextoDownload& contexto, const std::function<bool()>& recomecar) {
-    Painel& painel = contexto.atualizador.Quadro();
+    Andamento& andamento = contexto.atualizador.ObterAndamento();
     if (contexto.atualizador.Cancelado()) {
-        painel.Definir(StatusUpdate::kErro, "Download cancelado.");
+        andamento.Definir(StatusUpdate::kErro, "Download cancelado.");
         return false;
     }
     if (contexto.falhas.empty()) return true;
     if (recomecar && recomecar()) return false;
     const std::size_t quantas = contexto.falhas.size();
-    painel.Definir(StatusUpdate::kErro,
-                   Formatar("{} arquivo(s) não baixaram. {}{}", quantas, contexto.falhas.begin()->second.erro,
-                            quantas > 1 ? " (veja o ZuLauncher.log)" : ""));
+    andamento.Definir(StatusUpdate::kErro,
+                      Formatar("{} arquivo(s) não baixaram. {}{}", quantas, contexto.falhas.begin()->second.erro,
+                               quantas > 1 ? " (veja o ZuLauncher.log)" : ""));
     return false;
 }
 
@@ -126,9 +127,9 @@ bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std:
                  const std::function<bool()>& recomecar) {
     const std::uint64_t bytes = SomarTamanhos(lista, indices);
     const int conexoes = NumeroDeConexoes(ObterConfig().conexoes, ObterConfig().urlUpdate);
-    atualizador.Quadro().Comecar(StatusUpdate::kBaixando,
-                                 Formatar("Baixando {} arquivo(s) ({})...", indices.size(), TextoDoTamanho(bytes)),
-                                 indices.size(), bytes);
+    atualizador.ObterAndamento().Comecar(
+        StatusUpdate::kBaixando, Formatar("Baixando {} arquivo(s) ({})...", indices.size(), TextoDoTamanho(bytes)),
+        indices.size(), bytes);
     LogLinha("[update] baixando {} arquivo(s), {}, {} conexão(ões)", indices.size(), TextoDoTamanho(bytes), conexoes);
 
     ContextoDownload contexto(atualizador, lista);
@@ -143,13 +144,13 @@ void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t>
     Equipe equipe(contexto, indices, tentativas);
     equipe.Comecar(std::min(indices.size(), static_cast<std::size_t>(conexoes)));
 
-    Painel& painel = contexto.atualizador.Quadro();
+    Andamento& andamento = contexto.atualizador.ObterAndamento();
     VelocidadeMedia velocidade(std::chrono::steady_clock::now(), contexto.bytesBaixados);
     for (bool fim = false; !fim;) {
         fim = equipe.Terminaram(kIntervaloDoProgresso);
         const std::uint64_t bytes = contexto.bytesBaixados;
-        painel.DefinirVelocidade(velocidade.Amostrar(std::chrono::steady_clock::now(), bytes));
-        painel.DefinirBytes(bytes);
+        andamento.DefinirVelocidade(velocidade.Amostrar(std::chrono::steady_clock::now(), bytes));
+        andamento.DefinirBytes(bytes);
         contexto.atualizador.Cache().GravarDeVezEmQuando();
     }
 }

@@ -1,4 +1,4 @@
-#include "update/painel.h"
+#include "update/andamento.h"
 
 #include <algorithm>
 #include <utility>
@@ -7,7 +7,7 @@
 
 namespace zu::launcher {
 
-void Painel::Zerar(bool reparar) {
+void Andamento::Zerar(bool reparar) {
     const std::lock_guard guarda(trava_);
     estado_ = {};
     estado_.reparar = reparar;
@@ -15,13 +15,13 @@ void Painel::Zerar(bool reparar) {
     trocas_.clear();
 }
 
-void Painel::Recomecar() {
+void Andamento::Recomecar() {
     const std::lock_guard guarda(trava_);
     resultados_.clear();
     trocas_.clear();
 }
 
-void Painel::Definir(StatusUpdate status, std::string_view texto) {
+void Andamento::Definir(StatusUpdate status, std::string_view texto) {
     {
         const std::lock_guard guarda(trava_);
         Escrever(status, texto);
@@ -29,13 +29,13 @@ void Painel::Definir(StatusUpdate status, std::string_view texto) {
     LogLinha("[update] {}", texto);
 }
 
-void Painel::Escrever(StatusUpdate status, std::string_view texto) {
+void Andamento::Escrever(StatusUpdate status, std::string_view texto) {
     estado_.status = status;
     estado_.texto = texto;
     estado_.erro = status == StatusUpdate::kErro ? texto : std::string_view{};
 }
 
-void Painel::Comecar(StatusUpdate status, std::string_view texto, std::uint64_t arquivos, std::uint64_t bytes) {
+void Andamento::Comecar(StatusUpdate status, std::string_view texto, std::uint64_t arquivos, std::uint64_t bytes) {
     {
         const std::lock_guard guarda(trava_);
         Escrever(status, texto);
@@ -51,22 +51,22 @@ void Painel::Comecar(StatusUpdate status, std::string_view texto, std::uint64_t 
     LogLinha("[update] {}", texto);
 }
 
-void Painel::DefinirVersao(std::string_view versao) {
+void Andamento::DefinirVersao(std::string_view versao) {
     const std::lock_guard guarda(trava_);
     estado_.versao = versao;
 }
 
-void Painel::DefinirArquivo(std::string_view caminho) {
+void Andamento::DefinirArquivo(std::string_view caminho) {
     const std::lock_guard guarda(trava_);
     estado_.arquivo = caminho;
 }
 
-void Painel::SomarArquivo() {
+void Andamento::SomarArquivo() {
     const std::lock_guard guarda(trava_);
     ++estado_.arquivosFeitos;
 }
 
-void Painel::DefinirBytes(std::uint64_t feitos) {
+void Andamento::DefinirBytes(std::uint64_t feitos) {
     const std::lock_guard guarda(trava_);
     estado_.bytesFeitos = std::min(feitos, estado_.bytesTotal);
     estado_.fracao = estado_.bytesTotal == 0
@@ -74,33 +74,33 @@ void Painel::DefinirBytes(std::uint64_t feitos) {
                          : static_cast<double>(estado_.bytesFeitos) / static_cast<double>(estado_.bytesTotal);
 }
 
-void Painel::DefinirVelocidade(double bytesPorSegundo) {
+void Andamento::DefinirVelocidade(double bytesPorSegundo) {
     const std::lock_guard guarda(trava_);
     estado_.velocidade = bytesPorSegundo;
 }
 
-void Painel::Anotar(LinhaResultado linha) {
+void Andamento::Anotar(LinhaResultado linha) {
     const std::lock_guard guarda(trava_);
     resultados_.push_back(std::move(linha));
 }
 
-void Painel::Estacionar(TrocaPendente troca) {
+void Andamento::Estacionar(TrocaPendente troca) {
     const std::lock_guard guarda(trava_);
     trocas_.push_back(std::move(troca));
     ++estado_.estacionados;
 }
 
-EstadoAtualizacao Painel::Copia() const {
+EstadoAtualizacao Andamento::Copia() const {
     const std::lock_guard guarda(trava_);
     return estado_;
 }
 
-std::vector<LinhaResultado> Painel::Resultados() const {
+std::vector<LinhaResultado> Andamento::Resultados() const {
     const std::lock_guard guarda(trava_);
     return resultados_;
 }
 
-std::vector<TrocaPendente> Painel::Trocas() const {
+std::vector<TrocaPendente> Andamento::Trocas() const {
     const std::lock_guard guarda(trava_);
     return trocas_;
 }

@@ -1,4 +1,5 @@
 #include "update/aplicar.h"
+#include "update/lista.h"
 
 #include <windows.h>
 
@@ -81,7 +82,7 @@ bool Estacionar(Aplicacao& a) {
         LogLinha("[update] {}: {}", a.normal, a.erro);
         return false;
     }
-    a.contexto.atualizador.Quadro().Estacionar({.origem = a.estacionado, .destino = a.alvo});
+    a.contexto.atualizador.ObterAndamento().Estacionar({.origem = a.estacionado, .destino = a.alvo});
     LogLinha("[update] {} em uso: troca pendente", a.normal);
     return true;
 }
@@ -116,7 +117,7 @@ void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas)
                 haviaEstacionado,
                 {},
                 {}};
-    contexto.atualizador.Quadro().DefinirArquivo(a.normal);
+    contexto.atualizador.ObterAndamento().DefinirArquivo(a.normal);
     bool feito = false;
     try {
         feito = (RetomarEstacionado(a) || BaixarComTentativas(a, tentativas)) && Colocar(a);
@@ -126,7 +127,7 @@ void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas)
         LogLinha("[update] {}: {}", a.normal, a.erro);
     }
     if (feito) {
-        contexto.atualizador.Quadro().SomarArquivo();
+        contexto.atualizador.ObterAndamento().SomarArquivo();
     } else {
         AnotarFalha(a, indice);
     }

@@ -1,4 +1,5 @@
 #include "update/atualizador.h"
+#include "update/lista.h"
 
 #include <windows.h>
 
@@ -25,14 +26,14 @@ namespace {
 // Against a server that never settles.
 constexpr int kMaximoDeRecomecos = 2;
 
-bool PodeComecar(Painel& painel) {
+bool PodeComecar(Andamento& andamento) {
     if (ObterConfig().urlUpdate.empty()) {
-        painel.Definir(StatusUpdate::kSemServidor,
-                       "Atualização automática não configurada (Launcher.emu: AutoUpdate/UpdateUrl no Forjal).");
+        andamento.Definir(StatusUpdate::kSemServidor,
+                          "Atualização automática não configurada (Launcher.emu: AutoUpdate/UpdateUrl no Forjal).");
         return false;
     }
     if (JogoAberto(ObterConfig().pastaJogo)) {
-        painel.Definir(StatusUpdate::kJogoAberto, "O jogo está aberto: feche o Zu para verificar as atualizações.");
+        andamento.Definir(StatusUpdate::kJogoAberto, "O jogo está aberto: feche o Zu para verificar as atualizações.");
         return false;
     }
     return true;
@@ -54,17 +55,17 @@ std::string FraseFinal(bool reparar, std::size_t baixados, std::size_t removidos
 }
 
 // The installed state counts from here on, also when the last swaps are still to be made.
-void Concluir(Painel& painel, const update::UpdateList& lista, const std::string& frase) {
-    const std::uint64_t pendentes = painel.Copia().estacionados;
+void Concluir(Andamento& andamento, const update::UpdateList& lista, const std::string& frase) {
+    const std::uint64_t pendentes = andamento.Copia().estacionados;
     if (pendentes == 0) {
         // What a hand-off or a helper that was interrupted left: nobody waits for it any more.
         DeleteFileW(CaminhoPendente().c_str());
         DeleteFileW(ComSufixo(CaminhoPendente(), L".tmp").c_str());
         GravarEstado(lista.seq, lista.versao);
-        painel.Definir(StatusUpdate::kPronto, frase);
+        andamento.Definir(StatusUpdate::kPronto, frase);
         return;
     }
-    painel.Definir(StatusUpdate::kReiniciando, "Concluindo a atualização: o launcher vai reiniciar...");
+    andamento.Definir(StatusUpdate::kReiniciando, "Concluindo a atualização: o launcher vai reiniciar...");
     LogLinha("[update] {} arquivo(s) em uso: UpdaterHelper troca depois que o launcher fechar", pendentes);
     GravarEstado(lista.seq, lista.versao);
 }
@@ -80,7 +81,7 @@ void Atualizador::Iniciar(bool reparar) {
     if (emCurso_.exchange(true)) return;
     if (trabalhador_.joinable()) trabalhador_.join();
     cancelar_ = false;
-    painel_.Zerar(reparar);
+    andamento_.Zerar(reparar);
     try {
         trabalhador_ = std::thread(&Atualizador::RodarProtegido, this, reparar);
     } catch (const std::system_error& falha) {
@@ -95,7 +96,8 @@ void Atualizador::RodarProtegido(bool reparar) noexcept {
     try {
         Rodar(reparar);
     } catch (const std::exception& falha) {
-        painel_.Definir(StatusUpdate::kErro, Formatar("Falha inesperada na atualização: {}.", TextoDaExcecao(falha)));
+        andamento_.Definir(StatusUpdate::kErro,
+                           Formatar("Falha inesperada na atualização: {}.", TextoDaExcecao(falha)));
     }
     cache_.Gravar();
     const std::lock_guard guarda(travaAviso_);
@@ -120,7 +122,7 @@ bool Atualizador::EsperarOuCancelar(std::chrono::milliseconds pausa) {
 }
 
 void Atualizador::Rodar(bool reparar) {
-    if (!PodeComecar(painel_)) return;
+    if (!PodeComecar(andamento_)) return;
     ListaObtida obtida;
     if (!ObterLista(*this, obtida)) return;
     if (reparar) ApagarSobras(obtida.lista);
@@ -131,7 +133,7 @@ void Atualizador::Rodar(bool reparar) {
         if (!VerificarArquivos(*this, obtida.lista, reparar && recomecos == 0, indices)) return;
         baixados += indices.size();
         if (indices.empty()) break;
-        if (!HaEspaco(painel_, obtida.lista, indices)) return;
+        if (!HaEspaco(andamento_, obtida.lista, indices)) return;
         ListaObtida outra;
         bool publicada = false;
         const auto recomecar = [&] {
@@ -142,11 +144,11 @@ void Atualizador::Rodar(bool reparar) {
         if (!publicada) return;
         LogLinha("[update] o servidor publicou outra lista (seq {}): recomeçando com ela", outra.lista.seq);
         obtida = std::move(outra);
-        painel_.Recomecar();
+        andamento_.Recomecar();
     }
-    painel_.Definir(StatusUpdate::kAplicando, "Aplicando a atualização...");
+    andamento_.Definir(StatusUpdate::kAplicando, "Aplicando a atualização...");
     const std::size_t removidos = RemoverArquivos(*this, obtida.lista);
-    Concluir(painel_, obtida.lista, FraseFinal(reparar, baixados, removidos));
+    Concluir(andamento_, obtida.lista, FraseFinal(reparar, baixados, removidos));
 }
 
 }  // namespace zu::launcher

@@ -14,8 +14,11 @@
 
 #include "update/cache.h"
 #include "update/hash_arquivo.h"
-#include "update/lista.h"
-#include "update/painel.h"
+#include "update/andamento.h"
+
+namespace zu::launcher::update {
+struct ItemLista;
+}
 
 namespace zu::launcher {
 
@@ -39,11 +42,11 @@ class Atualizador {
     // Waits for the run in progress; false when it has not ended by then.
     bool Aguardar(std::chrono::milliseconds limite);
 
-    [[nodiscard]] EstadoAtualizacao Estado() const { return painel_.Copia(); }
+    [[nodiscard]] EstadoAtualizacao Estado() const { return andamento_.Copia(); }
     // The swaps that the last run left for the helper program; empty again once a new run starts.
-    [[nodiscard]] std::vector<TrocaPendente> Trocas() const { return painel_.Trocas(); }
+    [[nodiscard]] std::vector<TrocaPendente> Trocas() const { return andamento_.Trocas(); }
     // Ends in status 7 with a sentence, from outside a run.
-    void Falhar(std::string_view texto) { painel_.Definir(StatusUpdate::kErro, texto); }
+    void Falhar(std::string_view texto) { andamento_.Definir(StatusUpdate::kErro, texto); }
 
     // The whole run, on the calling thread. Ends in one status and one sentence.
     void Rodar(bool reparar);
@@ -63,13 +66,13 @@ class Atualizador {
     [[nodiscard]] bool Cancelado() const { return cancelar_.load(); }
     // Pauses; true at once when the run is cancelled meanwhile.
     bool EsperarOuCancelar(std::chrono::milliseconds pausa);
-    Painel& Quadro() { return painel_; }
+    Andamento& ObterAndamento() { return andamento_; }
     CacheDeArquivos& Cache() { return cache_; }
 
  private:
     void RodarProtegido(bool reparar) noexcept;
 
-    Painel painel_;
+    Andamento andamento_;
     CacheDeArquivos cache_;
     std::atomic<bool> emCurso_ = false;
     std::atomic<bool> cancelar_ = false;

@@ -93,15 +93,15 @@ bool Provar(const std::string& texto, ListaObtida& obtida, Fim& fim) {
 }  // namespace
 
 bool ObterLista(Atualizador& atualizador, ListaObtida& obtida) {
-    Painel& painel = atualizador.Quadro();
-    painel.Definir(StatusUpdate::kConectando, "Conectando ao servidor de atualização...");
+    Andamento& andamento = atualizador.ObterAndamento();
+    andamento.Definir(StatusUpdate::kConectando, "Conectando ao servidor de atualização...");
     std::string texto;
     Fim fim;
     if (!Buscar(atualizador, kTentativas, texto, fim) || !Provar(texto, obtida, fim)) {
-        painel.Definir(fim.status, fim.frase);
+        andamento.Definir(fim.status, fim.frase);
         return false;
     }
-    painel.DefinirVersao(obtida.lista.versao);
+    andamento.DefinirVersao(obtida.lista.versao);
     return true;
 }
 
@@ -113,7 +113,7 @@ bool ObterOutraLista(Atualizador& atualizador, const ListaObtida& emUso, ListaOb
         return false;
     }
     if (outra.digest == emUso.digest || outra.lista.seq < emUso.lista.seq) return false;
-    atualizador.Quadro().DefinirVersao(outra.lista.versao);
+    atualizador.ObterAndamento().DefinirVersao(outra.lista.versao);
     return true;
 }
 

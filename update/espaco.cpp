@@ -1,4 +1,5 @@
 #include "update/espaco.h"
+#include "update/lista.h"
 
 #include <windows.h>
 
@@ -42,7 +43,7 @@ std::uint64_t Somar(std::uint64_t a, std::uint64_t b) {
 
 }  // namespace
 
-bool HaEspaco(Painel& painel, const update::UpdateList& lista, std::span<const std::size_t> indices) {
+bool HaEspaco(Andamento& andamento, const update::UpdateList& lista, std::span<const std::size_t> indices) {
     ULARGE_INTEGER livres{};
     const std::filesystem::path& pasta = ObterConfig().pastaJogo;
     if (GetDiskFreeSpaceExW(pasta.c_str(), &livres, nullptr, nullptr) == 0) return true;
@@ -58,8 +59,8 @@ bool HaEspaco(Painel& painel, const update::UpdateList& lista, std::span<const s
     constexpr double kDecimosPorMiB = 10.0 / (1 << 20);
     // Rounded up: "faltam 0.0 MB" would be no reason.
     const double decimos = std::ceil(static_cast<double>(preciso - livres.QuadPart) * kDecimosPorMiB);
-    painel.Definir(StatusUpdate::kErro, Formatar("Espaço em disco insuficiente: faltam {:.1f} MB em {}.", decimos / 10,
-                                                 ParaUtf8(pasta.root_name().native())));
+    andamento.Definir(StatusUpdate::kErro, Formatar("Espaço em disco insuficiente: faltam {:.1f} MB em {}.",
+                                                    decimos / 10, ParaUtf8(pasta.root_name().native())));
     return false;
 }
 

@@ -10,6 +10,7 @@
 #include "update/atualizador.h"
 #include "update/caminhos.h"
 #include "update/hash_arquivo.h"
+#include "update/lista.h"
 #include "update/seguidor_hash.h"
 #include "update/transferencia.h"
 #include "update/url.h"

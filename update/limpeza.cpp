@@ -1,4 +1,5 @@
 #include "update/limpeza.h"
+#include "update/lista.h"
 
 #include <filesystem>
 #include <set>

@@ -1,7 +1,10 @@
 // What earlier runs left below the game folder.
 #pragma once
 
-#include "update/lista.h"
+
+namespace zu::launcher::update {
+struct UpdateList;
+}
 
 namespace zu::launcher {
 

@@ -5,6 +5,7 @@
 
 #include "core/arquivo.h"
 #include "update/hash_arquivo.h"
+#include "update/lista.h"
 #include "update/transferencia.h"
 
 namespace zu::launcher {

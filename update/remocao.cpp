@@ -1,4 +1,5 @@
 #include "update/remocao.h"
+#include "update/lista.h"
 
 #include <windows.h>
 
@@ -14,7 +15,7 @@ namespace {
 
 // The helper is started for files that wait for it anyway, and once: a removal alone can wait for the next run.
 bool HelperVai(Atualizador& atualizador) {
-    return ObterConfig().reaberto == 0 && atualizador.Quadro().Copia().estacionados > 0;
+    return ObterConfig().reaberto == 0 && atualizador.ObterAndamento().Copia().estacionados > 0;
 }
 
 bool RemoverUm(Atualizador& atualizador, const std::string& normal) {
@@ -29,7 +30,7 @@ bool RemoverUm(Atualizador& atualizador, const std::string& normal) {
     const DWORD erro = GetLastError();
     if (erro == ERROR_FILE_NOT_FOUND) return false;
     if (HelperVai(atualizador) && EmUso(alvo)) {
-        atualizador.Quadro().Estacionar({.origem = {}, .destino = alvo});
+        atualizador.ObterAndamento().Estacionar({.origem = {}, .destino = alvo});
         LogLinha("[update] {} em uso: remoção pendente", normal);
     } else {
         LogLinha("[update] {}: não foi possível remover (erro {}); a próxima execução tenta de novo", normal, erro);

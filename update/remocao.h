@@ -4,7 +4,10 @@
 #include <cstddef>
 
 #include "update/atualizador.h"
-#include "update/lista.h"
+
+namespace zu::launcher::update {
+struct UpdateList;
+}
 
 namespace zu::launcher {
 

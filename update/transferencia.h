@@ -7,7 +7,10 @@
 #include <string_view>
 
 #include "update/http.h"
-#include "update/lista.h"
+
+namespace zu::launcher::update {
+struct ItemLista;
+}
 
 namespace zu::launcher {
 

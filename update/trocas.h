@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "update/painel.h"
+#include "update/andamento.h"
 
 namespace zu::launcher {
 

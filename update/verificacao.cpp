@@ -1,4 +1,5 @@
 #include "update/verificacao.h"
+#include "update/lista.h"
 
 #include <set>
 #include <utility>
@@ -36,8 +37,8 @@ class Verificacao {
     // The item is settled, whatever came of it.
     void Feito(const update::ItemLista& item) {
         bytesDosAnteriores_ += item.tamanho;
-        atualizador_.Quadro().DefinirBytes(bytesDosAnteriores_);
-        atualizador_.Quadro().SomarArquivo();
+        atualizador_.ObterAndamento().DefinirBytes(bytesDosAnteriores_);
+        atualizador_.ObterAndamento().SomarArquivo();
     }
 
  private:
@@ -45,11 +46,11 @@ class Verificacao {
     bool Conhecer(const std::filesystem::path& alvo, const InfoArquivo& info, const std::string& normal,
                   const std::string& chave, EntradaCache& entrada) {
         if (!reparar_ && atualizador_.Cache().Achar(chave, info, entrada)) return true;
-        atualizador_.Quadro().DefinirArquivo(normal);
+        atualizador_.ObterAndamento().DefinirArquivo(normal);
         std::uint64_t lidos = 0;
         const auto progresso = [&](std::uint64_t bytes) {
             lidos += bytes;
-            atualizador_.Quadro().DefinirBytes(bytesDosAnteriores_ + lidos);
+            atualizador_.ObterAndamento().DefinirBytes(bytesDosAnteriores_ + lidos);
         };
         const ResultadoHash hash = HashArquivo(alvo, 0, progresso, &atualizador_.Cancelamento());
         if (!hash.ok) return false;
@@ -76,10 +77,10 @@ std::uint64_t SomarTamanhos(const update::UpdateList& lista) {
 
 bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista, bool reparar,
                        std::vector<std::size_t>& indices) {
-    Painel& painel = atualizador.Quadro();
-    painel.Comecar(StatusUpdate::kVerificando,
-                   reparar ? "Reparando: conferindo todos os arquivos..." : "Verificando arquivos...",
-                   lista.itens.size(), SomarTamanhos(lista));
+    Andamento& andamento = atualizador.ObterAndamento();
+    andamento.Comecar(StatusUpdate::kVerificando,
+                      reparar ? "Reparando: conferindo todos os arquivos..." : "Verificando arquivos...",
+                      lista.itens.size(), SomarTamanhos(lista));
     atualizador.Cache().Carregar();
 
     Verificacao verificacao(atualizador, reparar);
@@ -96,14 +97,14 @@ bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista
         // A path listed twice is fetched once: two downloads would write one temporary file.
         if (!situacao.empty() && !atualizador.Cancelado() && pedidos.insert(chave).second) {
             LogLinha("[update] {}: {}", normal, situacao);
-            painel.Anotar({normal, std::string(situacao)});
+            andamento.Anotar({normal, std::string(situacao)});
             indices.push_back(i);
         }
         verificacao.Feito(item);
     }
     atualizador.Cache().Gravar();
     if (!atualizador.Cancelado()) return true;
-    painel.Definir(StatusUpdate::kErro, "Cancelado.");
+    andamento.Definir(StatusUpdate::kErro, "Cancelado.");
     return false;
 }
 

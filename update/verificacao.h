@@ -5,7 +5,10 @@
 #include <vector>
 
 #include "update/atualizador.h"
-#include "update/lista.h"
+
+namespace zu::launcher::update {
+struct UpdateList;
+}
 
 namespace zu::launcher {
 

@@ -7,7 +7,7 @@
 #include <shobjidl.h>
 
 #include "ui/com.h"
-#include "update/painel.h"
+#include "update/status.h"
 
 namespace zu::launcher {
 

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <string>
 
-#include "update/painel.h"
+#include "update/status.h"
 
 namespace zu::launcher {
 
