@@ -19,10 +19,23 @@ BOOL WINAPI Parametros(UINT acao, UINT n, PVOID valor, UINT fim) {
     return TRUE;
 }
 
+ULONGLONG adiantado = 0;  // ms
+ULONGLONG WINAPI Relogio() {
+    return ZU_VERDADEIRA(L"kernel32", GetTickCount64)() + adiantado;
+}
+
+int piscadas = 0;
+BOOL WINAPI Piscar(PFLASHWINFO pedido) {
+    piscadas += pedido->dwFlags == (FLASHW_TRAY | FLASHW_TIMERNOFG) ? 1 : 0;
+    return TRUE;
+}
+
 }  // namespace
 
-// Wine has no high contrast.
+// Wine has no high contrast and no taskbar.
 ZU_DESVIAR(SystemParametersInfoW, Parametros);
+ZU_DESVIAR(GetTickCount64, Relogio);
+ZU_DESVIAR(FlashWindowEx, Piscar);
 
 namespace zu::launcher {
 namespace {
@@ -52,9 +65,75 @@ class Principal : public ComServidor {
     }
 };
 
+// Notes what the taskbar is told, in the places of the two calls in the table of its interface.
+class Tarefas {
+ public:
+    Tarefas() {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        void* barra = nullptr;
+        // CLSID_TaskbarList, IID_ITaskbarList3
+        IIDFromString(L"{56FDF344-FD6D-11D0-958A-006097C9A090}", &classe_);
+        IIDFromString(L"{EA1AFB91-9E28-4B86-90E9-9E9F8A5EEFAF}", &interface_);
+        CoCreateInstance(classe_, nullptr, CLSCTX_INPROC_SERVER, interface_, &barra);
+        tabela_ = *static_cast<void***>(barra) + kValor;
+        DWORD antes = 0;
+        VirtualProtect(tabela_, sizeof salvos_, PAGE_READWRITE, &antes);
+        std::copy_n(tabela_, salvos_.size(), salvos_.begin());
+        tabela_[0] = std::bit_cast<void*>(&Valor);
+        tabela_[1] = std::bit_cast<void*>(&Estado);
+        ditos.clear();
+    }
+    Tarefas(const Tarefas&) = delete;
+    Tarefas& operator=(const Tarefas&) = delete;
+    ~Tarefas() { std::ranges::copy(salvos_, tabela_); }
+
+    static inline std::string ditos;
+
+ private:
+    static HRESULT WINAPI Valor(void*, HWND, ULONGLONG feito, ULONGLONG todo) {
+        ditos += Formatar("{}/{} ", feito, todo);
+        return S_OK;
+    }
+    static HRESULT WINAPI Estado(void*, HWND, int estado) {
+        ditos += Formatar("estado {} ", estado);
+        return S_OK;
+    }
+
+    static constexpr int kValor = 9;
+    GUID classe_{};
+    GUID interface_{};
+    void** tabela_ = nullptr;
+    std::array<void*, 2> salvos_{};
+};
+
+// Faults: the button keeps what it showed; a colour is another state's; the same is told again with every refresh; the
+// end of a short run flashes.
+TEST(Barra, DeTarefasEmCadaEstado) {
+    const Tarefas tarefas;
+    BarraDeTarefas barra;
+    const auto mostrar = [&](StatusUpdate status, bool atualizando) {
+        barra.Mostrar(nullptr, SinalDe(status, atualizando, 40));
+    };
+    mostrar(StatusUpdate::kVerificando, true);
+    mostrar(StatusUpdate::kBaixando, true);
+    mostrar(StatusUpdate::kJogoAberto, false);
+    mostrar(StatusUpdate::kErro, false);
+    barra.Esquecer();
+    mostrar(StatusUpdate::kErro, false);
+    mostrar(StatusUpdate::kPronto, false);
+    EXPECT_EQ(Tarefas::ditos, "estado 2 40/100 estado 8 100/100 estado 4 100/100 estado 4 100/100 estado 0 ");
+    for (const ULONGLONG duracao : {9'000ULL, 10'500ULL}) {
+        barra.Acompanhar(nullptr, true);
+        adiantado += duracao;
+        barra.Acompanhar(nullptr, false);
+        barra.Acompanhar(nullptr, false);
+    }
+    EXPECT_EQ(piscadas, 1);
+}
+
 // Faults: the bars change in the record and not on the screen, or both show one value; high contrast that comes or goes
 // while the window is open is not followed; a key that is still held down,
-// from a window above, plays or closes.
+// from a window above, plays or closes; the taskbar is told nothing.
 TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
     // Half of the second file arrives, and the other a good while later.
     constexpr std::size_t kMetade = 1 << 20;
@@ -63,6 +142,7 @@ TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
     servidor_.Definir("b.bin",
                       [&](const Pedido&) { return Resposta{.corpo = conteudo, .bloco = kMetade, .pausa = 3s}; });
     PorJogo("viver=300\nrelatorio=so_vulkan\n", true);
+    const Tarefas tarefas;
     Interface ui;
     EXPECT_EQ(ui.Provar("299,419=2762C2~10 305,416=AFAFAF~6 249,438=2762C2~10 255,435=AFAFAF~6"), "");
     EXPECT_TRUE(Esperar(2s, [&] {
@@ -84,6 +164,7 @@ TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
     EXPECT_FALSE(ObterControlador().AbrindoJogo());
     EXPECT_TRUE(EsperarPronto(ui));
     EXPECT_EQ(ui.Provar("348,419=2762C2~10 348,438=2762C2~10"), "");
+    EXPECT_THAT(Tarefas::ditos, testing::AllOf(HasSubstr("estado 2 75/100 "), testing::EndsWith("estado 0 ")));
     // The player puts the interface back that does not run here; playing changes it again. Enter plays, whichever
     // control it goes to.
     EXPECT_TRUE(Esperar(10s, [] { return LerOpcoesJogo().api == "vulkan"; }));

@@ -9,7 +9,7 @@
 namespace zu::launcher::teste {
 
 struct RoteiroDoRuntime {
-    const char* falharEm = "";  // a method, "entrada", or the completion "ambiente" or "controlador"
+    const char* falharEm = "";  // a method, "entrada", or the completion "ambiente", "controlador" or "script"
     HRESULT falha = E_FAIL;     // a completion that fails with S_OK brings no object
 };
 

@@ -27,6 +27,7 @@ struct Retorno : IUnknown {
 
 struct Objeto;
 using Pronto = Retorno<HRESULT, Objeto*>;
+using ScriptPronto = Retorno<HRESULT, LPCWSTR>;
 using Ouvinte = Retorno<Objeto*, Objeto*>;
 
 // A method as it stands in an object's table; it really takes the object first.
@@ -156,15 +157,29 @@ bool EntregarPendente() {
     return conclusao != nullptr;
 }
 
-// Reports a completion as the script wants it, a good one with a new object.
+// Reports a completion later.
+void Adiar(const std::function<void()>& conclusao) {
+    mesa.pendente = conclusao;
+    mesa.relogio = SetTimer(nullptr, 0, 0, [](HWND, UINT, UINT_PTR, DWORD) { EntregarPendente(); });
+}
+
+// As the script wants it, a good one with a new object.
 void Concluir(const char* etapa, const std::shared_ptr<Pronto>& pronto, const std::function<Objeto*()>& criar) {
-    mesa.pendente = [etapa, pronto, criar] {
+    Adiar([etapa, pronto, criar] {
         const bool falha = Anotar(etapa) != S_OK || etapa == std::string(mesa.roteiro.falharEm);
         Objeto* const objeto = falha ? nullptr : criar();
         pronto->Invoke(falha ? mesa.roteiro.falha : S_OK, objeto);
         if (objeto != nullptr) Release(objeto);
-    };
-    mesa.relogio = SetTimer(nullptr, 0, 0, [](HWND, UINT, UINT_PTR, DWORD) { EntregarPendente(); });
+    });
+}
+
+HRESULT PorScript(Objeto* o, LPCWSTR script, ScriptPronto* tratador) {
+    const HRESULT resultado = Chamada(o, "AddScriptToExecuteOnDocumentCreated", Estreito(script));
+    if (FAILED(resultado)) return resultado;
+    Adiar([pronto = Guardar(tratador, L"{b99369f3-9b11-47b5-bc6f-8e7895fcea17}")] {
+        pronto->Invoke(Anotar("script"), L"1");
+    });
+    return resultado;
 }
 
 HRESULT Por(Objeto* o, const char* metodo, BOOL valor) {
@@ -192,9 +207,7 @@ const Tabela kVisao{{3, De(PegarConfiguracoes)},
                     {7, De(Ouvir<Ocorrencia::kNavigationStarting>)},
                     {15, De(Ouvir<Ocorrencia::kNavigationCompleted>)},
                     {25, De(Ouvir<Ocorrencia::kProcessFailed>)},
-                    {27, De([](Objeto* o, LPCWSTR s, IUnknown*) {
-                         return Chamada(o, "AddScriptToExecuteOnDocumentCreated", Estreito(s));
-                     })},
+                    {27, De(PorScript)},
                     {44, De(Ouvir<Ocorrencia::kNewWindow>)}};
 
 HRESULT PorLados(Objeto* o, RECT r) {

@@ -102,7 +102,7 @@ void VisaoSite::ControladorPronto(HRESULT resultado, ICoreWebView2Controller* co
     controlador_.Trocar(controlador);
     const HRESULT preparo = PrepararVisao();
     if (FAILED(preparo))
-        FalharCom(Formatar("WebView2: o site não abriu (0x{:08X})", Codigo(preparo)));
+        SiteNaoAbriu(preparo);
     else
         ambiente_.repintarCentro();
 }
@@ -114,7 +114,7 @@ HRESULT VisaoSite::PrepararVisao() {
     if (SUCCEEDED(passo)) passo = controlador_.Valor()->put_IsVisible(FALSE);
     if (SUCCEEDED(passo)) passo = InjetarRecorte();
     if (SUCCEEDED(passo)) passo = RegistrarTratadores();
-    if (SUCCEEDED(passo)) passo = Navegar();
+    if (SUCCEEDED(passo) && ambiente_.seletor.empty()) passo = Navegar();
     return passo;
 }
 
@@ -131,7 +131,18 @@ HRESULT VisaoSite::AjustarConfiguracoes() {
 HRESULT VisaoSite::InjetarRecorte() {
     if (ambiente_.seletor.empty()) return S_OK;
     const std::wstring script = DeUtf8(ScriptRecorte(ambiente_.seletor));
-    return visao_.Valor()->AddScriptToExecuteOnDocumentCreated(script.c_str(), nullptr);
+    const auto pronto = CriarTratador<ICoreWebView2AddScriptToExecuteOnDocumentCreatedCompletedHandler>(
+        [vida = std::weak_ptr(vida_)](HRESULT resultado, LPCWSTR) {
+            if (const auto visao = vida.lock()) (*visao)->RecortePronto(resultado);
+        });
+    return visao_.Valor()->AddScriptToExecuteOnDocumentCreated(script.c_str(), pronto.Valor());
+}
+
+// Not before: a page that is there sooner than its script is shown uncut.
+void VisaoSite::RecortePronto(HRESULT resultado) {
+    if (ambiente_.terminando()) return;
+    const HRESULT passo = FAILED(resultado) ? resultado : Navegar();
+    if (FAILED(passo)) SiteNaoAbriu(passo);
 }
 
 template <class Interface, class Evento>
@@ -210,6 +221,10 @@ void VisaoSite::DefinirVisivel(bool visivel) {
 
 void VisaoSite::JanelaMoveu() {
     if (controlador_) controlador_.Valor()->NotifyParentWindowPositionChanged();
+}
+
+void VisaoSite::SiteNaoAbriu(HRESULT resultado) {
+    FalharCom(Formatar("WebView2: o site não abriu (0x{:08X})", Codigo(resultado)));
 }
 
 // A failure can be told twice, by a call and by the callback that it made.

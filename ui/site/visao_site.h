@@ -60,6 +60,7 @@ class VisaoSite {
     HRESULT PrepararVisao();
     HRESULT AjustarConfiguracoes();
     HRESULT InjetarRecorte();
+    void RecortePronto(HRESULT resultado);
     HRESULT RegistrarTratadores();
     HRESULT Navegar();
 
@@ -69,6 +70,7 @@ class VisaoSite {
     void ProcessoCaiu(ICoreWebView2ProcessFailedEventArgs& evento);
 
     void AbrirFora(const std::wstring& endereco);
+    void SiteNaoAbriu(HRESULT resultado);
     void FalharCom(std::string_view linhaDoLog);
     void Falhar();
 

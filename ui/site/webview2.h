@@ -118,6 +118,9 @@ struct ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler : Retorno<HRES
 struct ICoreWebView2CreateCoreWebView2ControllerCompletedHandler : Retorno<HRESULT, ICoreWebView2Controller*> {
     static constexpr IID kIid = Guid("6c4819f3-c9b7-4260-8127-c9f5bde7f68c");
 };
+struct ICoreWebView2AddScriptToExecuteOnDocumentCreatedCompletedHandler : Retorno<HRESULT, LPCWSTR> {
+    static constexpr IID kIid = Guid("b99369f3-9b11-47b5-bc6f-8e7895fcea17");
+};
 struct ICoreWebView2NavigationStartingEventHandler
     : Retorno<ICoreWebView2*, ICoreWebView2NavigationStartingEventArgs*> {
     static constexpr IID kIid = Guid("9adbe429-f36d-432b-9ddc-f8881fbd76e3");
@@ -146,7 +149,8 @@ struct ICoreWebView2 : IUnknown {
     ZU_VAGO(16) ZU_VAGO(17) ZU_VAGO(18) ZU_VAGO(19) ZU_VAGO(20) ZU_VAGO(21) ZU_VAGO(22) ZU_VAGO(23) ZU_VAGO(24)
     ZU_SLOT(25, add_ProcessFailed(ICoreWebView2ProcessFailedEventHandler*, EventRegistrationToken*))
     ZU_VAGO(26)
-    ZU_SLOT(27, AddScriptToExecuteOnDocumentCreated(LPCWSTR, IUnknown*))  // the handler may be null
+    ZU_SLOT(27, AddScriptToExecuteOnDocumentCreated(LPCWSTR,
+                                                    ICoreWebView2AddScriptToExecuteOnDocumentCreatedCompletedHandler*))
     ZU_VAGO(28) ZU_VAGO(29) ZU_VAGO(30) ZU_VAGO(31) ZU_VAGO(32) ZU_VAGO(33) ZU_VAGO(34) ZU_VAGO(35)
     ZU_VAGO(36) ZU_VAGO(37) ZU_VAGO(38) ZU_VAGO(39) ZU_VAGO(40) ZU_VAGO(41) ZU_VAGO(42) ZU_VAGO(43)
     ZU_SLOT(44, add_NewWindowRequested(ICoreWebView2NewWindowRequestedEventHandler*, EventRegistrationToken*))
