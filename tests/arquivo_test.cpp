@@ -8,6 +8,7 @@
 #include "core/handle.h"
 #include "core/log.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 
 namespace zu::launcher {
 namespace {
@@ -21,6 +22,10 @@ TEST(Arquivo, GravacaoAtomicaTrocaTudoOuNada) {
         const HandleArquivo preso = pasta.Prender("estado");
         EXPECT_FALSE(GravarArquivoAtomico(pasta / "estado", "depois"));
     }
+    // What may not be on the disk yet takes nothing's place.
+    teste::recusa = {.chamada = "FlushFileBuffers", .erro = ERROR_DISK_FULL};
+    EXPECT_FALSE(GravarArquivoAtomico(pasta / "estado", "depois"));
+    teste::recusa = {};
     EXPECT_EQ(pasta.Ler("estado"), "antes");
     EXPECT_FALSE(pasta.Tem("estado.tmp"));
 
@@ -71,6 +76,7 @@ TEST(HandleDeArquivo, FechaUmaVezEGuardaOErro) {
         EXPECT_TRUE(aberto(primeiro));
         outro = HandleKernel(segundo);
         EXPECT_TRUE(!aberto(primeiro) && aberto(segundo));
+        const HandleKernel fechado(primeiro);  // its closing fails, and says so
         SetLastError(1234);
     }
     EXPECT_EQ(GetLastError(), 1234U);

@@ -9,6 +9,7 @@
 #include "tests/suporte/espera.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 #include "update/agendador.h"
 #include "update/estado.h"
 #include "update/jogo_aberto.h"
@@ -19,6 +20,14 @@ namespace {
 using namespace std::chrono_literals;
 using namespace teste;
 using namespace testing;
+
+constinit std::uint64_t espaco = 0;  // bytes that the disk has left; 0: as many as it says
+
+BOOL WINAPI DizerEspaco(LPCWSTR pasta, PULARGE_INTEGER livres, PULARGE_INTEGER total, PULARGE_INTEGER vazios) {
+    if (espaco == 0) return ZU_VERDADEIRA(L"kernel32", GetDiskFreeSpaceExW)(pasta, livres, total, vazios);
+    livres->QuadPart = espaco;
+    return TRUE;
+}
 
 class Atualizacao : public Test {
  protected:
@@ -107,9 +116,10 @@ TEST_F(Atualizacao, CacheConfiaReparoNaoConfia) {
     EsperarClienteExato();
     EXPECT_EQ(Rodar(true), "5 Cliente em dia — nenhum arquivo corrompido.");
 
-    // Of the same size, but with another time, it is read again.
+    // Of the same size, but with another time, it is read again; and the other way round.
     pasta_.Escrever("Zu.exe.txt", "ogoj");
-    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
+    pasta_.Adulterar("Data/vazio", "x");
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 2 arquivo(s) novo(s).");
     // A touched but equal file is read once more and stays; a lost cache costs time only.
     std::filesystem::last_write_time(alvo, std::filesystem::last_write_time(alvo) + 1h);
     pasta_.Escrever("Config/Launcher.cache", "lixo\nv2\t\n");
@@ -290,14 +300,26 @@ TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
 
 TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
     servidor_.EsquecerPedidos();
-    // What is joined from parts is there twice for a moment.
-    const std::uint64_t livres = std::filesystem::space(pasta_.Caminho()).available;
-    for (const auto& [tamanho, partes] : {std::pair{std::uint64_t{1} << 60, ""}, {livres / 3 * 2, "\t\t20"}}) {
-        servidor_.Definir("UpdateList.txt", Servir(Assinar(Formatar("f\t00000000\t{}{}\n", tamanho, partes))));
-        EXPECT_THAT(Rodar(), AllOf(StartsWith("7 Espaço em disco insuficiente: faltam "),
-                                   EndsWith(" MB em " + pasta_.Caminho().root_name().string() + ".")));
+    espaco = 1 << 20;
+    // What lies there already, and how many MB are missing for the list.
+    const std::tuple<const char*, std::size_t, const char*, const char*> casos[] = {
+        {"f.upd", 0, "f\t0\t18446744073709551615\ng\t0\t9", "17592186044415.0"},
+        {"f.upd", 900'000, "f\t0\t2000000", "0.1"},
+        {"f.upd", 1'048'577, "f\t0\t1048577\ng\t0\t1048577", "0.1"},
+        {"f.novo", 1'048'577, "f\t0\t1048577\ng\t0\t1048577", "0.1"},
+        // What is joined from parts is there twice for a moment, one file at a time.
+        {"f.upd", 0, "f\t0\t400000\t\t20\ng\t0\t400000\t\t20", "0.2"},
+        {"f.upd.p001", 500'000, "f\t0\t400000\t\t2\ng\t0\t700000", "0.1"},
+    };
+    for (const auto& [presente, tamanho, lista, faltam] : casos) {
+        pasta_.Escrever(presente, std::string(tamanho, 'x'));
+        servidor_.Definir("UpdateList.txt", Servir(Assinar(std::string(lista) + "\n")));
+        EXPECT_EQ(Rodar(), Formatar("7 Espaço em disco insuficiente: faltam {} MB em {}.", faltam,
+                                    pasta_.Caminho().root_name().string()));
+        EXPECT_TRUE(std::filesystem::remove(pasta_ / presente));
     }
-    EXPECT_EQ(servidor_.QuantosPedidos(), 2U);
+    espaco = 0;
+    EXPECT_EQ(servidor_.QuantosPedidos(), std::size(casos));
     EXPECT_EQ(pasta_.Tudo().size(), 1U) << "the cache";
 }
 
@@ -381,8 +403,8 @@ TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
 TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
     const auto parado = kPastaBin / "processo_parado.exe";
     const PastaTemporaria outra;
-    std::filesystem::copy_file(parado, outra / "Zu.exe");
-    const Programa deOutraPasta(outra / "Zu.exe");
+    std::filesystem::copy_file(parado, outra / "zu.EXE");
+    const Programa deOutraPasta(outra / "zu.EXE");
     EXPECT_TRUE(JogoAberto(outra.Caminho()));
     EXPECT_TRUE(ContaComoAberto({}, outra / "Zu.exe"));
     EXPECT_FALSE(ContaComoAberto({}, outra / "Zu2.exe") || ContaComoAberto(parado, outra / "Zu.exe"));
@@ -397,3 +419,5 @@ TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
 
 }  // namespace
 }  // namespace zu::launcher
+
+ZU_DESVIAR(GetDiskFreeSpaceExW, &zu::launcher::DizerEspaco);

@@ -29,7 +29,9 @@ class Conferir : public Forjal {
     }
 
     int ConferirUrl(Opcoes mais = {}) {
-        mais.insert(mais.begin(), {"conferir", "--pub=#\\lista.pub", "--url=" + servidor_.Url()});
+        std::string url = servidor_.Url();
+        url.pop_back();  // the slash
+        mais.insert(mais.begin(), {"conferir", "--pub=#\\lista.pub", "--url=" + url});
         return Rodar(mais);
     }
     // Lets `mentira` spoil every good answer for this path.
@@ -107,7 +109,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
         {"Zu.exe", [](const Pedido& p, Resposta& r) { r.status = p.consulta.empty() ? r.status : 404; },
          "faltando: Zu.exe (HTTP 404; sem ?v= confere: o servidor trata ?v= como outro arquivo)"},
         {"Zu.exe", comCodigo(503), "diferente: Zu.exe (HTTP 503)"},
-        {"b.pak.p002", comCodigo(404), "faltando: b.pak.p002 (HTTP 404)"},
+        {"b.pak.p002", comCodigo(410), "faltando: b.pak.p002 (HTTP 410)"},
         {"b.pak.p003", outro(Bytes(999)), "diferente: b.pak em 3 parte(s) (2999 bytes, esperado 3000)"},
         {"vazio.txt", outro("<html>"), "diferente: vazio.txt (Content-Length diz 6 bytes, esperado 0)"},
         {"Zu.exe", outro(Bytes(5000, 4)), "diferente: Zu.exe (CRC "},
@@ -136,8 +138,11 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
 }
 
 TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
-    std::atomic<int> vez = 0;
-    Mentir("Zu.exe", [&](const Pedido&, Resposta& r) { r.status = ++vez == 1 ? 503 : r.status; });
+    std::map<std::string, std::atomic<int>> vezes;
+    for (const auto& [caminho, status] : {std::pair{"Zu.exe", 500}, {"vazio.txt", 429}, {"longo.exe", 408}})
+        Mentir(caminho, [&vez = vezes[caminho], codigo = status](const Pedido&, Resposta& r) {
+            if (++vez == 1) r.status = codigo;
+        });
     EXPECT_EQ(ConferirUrl(), kFeito) << saida_;
 
     for (int i = 0; i < 200; ++i)

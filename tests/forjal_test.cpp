@@ -6,6 +6,7 @@
 #include "app/selo.h"
 #include "core/chaves.h"
 #include "tests/suporte/oficina.h"
+#include "tests/suporte/recusa.h"
 
 namespace zu::launcher::forjal {
 namespace {
@@ -28,6 +29,10 @@ TEST_F(Forjal, ChavesNuncaSobrescrevemESaoSoDoDono) {
     ASSERT_EQ(Rodar({"chaves", "--saida=@\\k"}), kFeito) << saida_;
     EXPECT_TRUE(TodosPodem(pasta_ / "k/lista.pub"));
     EXPECT_FALSE(TodosPodem(pasta_ / "k/lista.chave") || TodosPodem(pasta_ / "k/selo.segredo"));
+    Apagar("k");
+    teste::recusa = {.chamada = "FlushFileBuffers", .erro = ERROR_DISK_FULL};
+    Recusa({"chaves", "--saida=@\\k"}, "não foi possível gravar");
+    teste::recusa = {};
     for (const std::string nome : {"lista.chave", "lista.pub", "selo.segredo"}) {
         Apagar("k");
         pasta_.Escrever("k/" + nome, "minha");
@@ -103,6 +108,8 @@ TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
         {{"selar", "--segredo=#\\selo.segredo", "--saida=@\\e", "--registro=http://a/b c"}, "espaços"},
         {{"selar", "--segredo=#\\lista.pub", "--saida=@\\e"}, "32"},
         {{"abrir", "--segredo=#\\selo.segredo"}, "arquivo"},
+        {{"abrir", "--segredo=#\\selo.segredo", "um", "outro"}, "outro"},
+        {{"conferir", "--publicado=@\\cliente", "--pub=#\\lista.pub", "--completo"}, "--url="},
         {{"conferir", "--publicado=@\\cliente", "--pub=#\\selo.segredo"}, "411"},
         {{"conferir", "--url=http://a/", "--pub=#\\lista.pub", "--amostra=0"}, "--amostra"},
         {{"conferir", "--publicado=@\\falta", "--pub=#\\lista.pub"}, "--publicado"},

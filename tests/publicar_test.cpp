@@ -7,10 +7,12 @@
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
+#include "tools/forjal/publicar/trava.h"
 #include "tools/forjal/varredura.h"
 
 ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
 ZU_RECUSAVEL(L"kernel32", DeleteFileW, FALSE);
+ZU_RECUSAVEL(L"kernel32", FindNextFileW, FALSE);
 ZU_RECUSAVEL(L"kernel32", FlushFileBuffers, FALSE);
 ZU_RECUSAVEL(L"kernel32", MoveFileExW, FALSE);
 ZU_RECUSAVEL(L"kernel32", WriteFile, FALSE);
@@ -91,10 +93,15 @@ TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
     pasta_.Escrever("cliente/g", teste::Bytes(kMiB + 1));
     pasta_.Escrever("cliente/G.p002", "x");
     Recusa(ParaPublicar(6, {"--partes-mib=1"}), "mesmo nome");
-    pasta_.Escrever("saida/Forjal.trava", "");
-    HandleArquivo outra = pasta_.Prender("saida/Forjal.trava");
-    Recusa(ParaPublicar(6, {}), "em andamento");
-    outra.Fechar();
+    {
+        Trava outra;
+        std::string erro;
+        EXPECT_TRUE(outra.Trancar(pasta_ / "saida", erro)) << erro;
+        Recusa(ParaPublicar(6, {}), "em andamento");
+        Recusa({"publicar", "--continuar", "--saida=@\\saida"}, "em andamento");
+        Recusa({"publicar", "--so-assinar", "--saida=@\\saida", "--chave=#\\lista.chave", "--validade-dias=1"},
+               "em andamento");
+    }
     EXPECT_EQ(Publicar(6), kFeito) << "nothing is split, so the names do not meet: " << saida_;
     pasta_.Escrever("saida/UpdateList.txt", "<html>");
     Recusa(ParaPublicar(6, {}), "não confere com --chave");
@@ -141,7 +148,11 @@ class ForjalTroca : public Forjal {
             EXPECT_EQ(saida_.erros, "publicação interrompida no meio da troca: rode Forjal publicar --continuar\n");
             ++interrompidas_;
             if (!continuar) return;
-            ASSERT_EQ(Rodar({"publicar", "--continuar", "--saida=@\\saida"}), kFeito) << saida_;
+            std::vector<std::string> como{"publicar", "--saida=@\\saida", "--continuar"};
+            // The list is not signed anew over a change that has not been carried out.
+            if (interrompidas_ % 2 == 0)
+                como = {como[0], como[1], "--so-assinar", "--chave=#\\lista.chave", "--validade-dias=1"};
+            ASSERT_EQ(Rodar(como), kFeito) << saida_;
             EXPECT_EQ(Lista().seq, 2);
         }
         EXPECT_EQ(Conferir(), kFeito) << saida_;
@@ -166,7 +177,8 @@ TEST_F(ForjalTroca, MortaEmQualquerMomentoServeAosJogadores) {
     std::mutex um;
     std::vector<std::map<std::string, std::string>> fotos;
     const auto fotografar = [&](const teste::Chamada& chamada) -> DWORD {
-        if (chamada.nome == "CreateDirectoryW" || chamada.nome == "WriteFile") return 0;
+        for (const char* nada : {"CreateDirectoryW", "FindNextFileW", "WriteFile"})
+            if (chamada.nome == nada) return 0;
         const std::lock_guard tranca(um);
         fotos.push_back(Publicado());
         return 0;
@@ -183,7 +195,8 @@ TEST_F(ForjalTroca, MortaEmQualquerMomentoServeAosJogadores) {
 
 // A full disk at the latest: whatever the system refuses, and from whichever call on.
 TEST_F(ForjalTroca, RecusadaPeloSistemaServeAosJogadores) {
-    for (const std::string_view chamada : {"WriteFile", "FlushFileBuffers", "CreateDirectoryW", "MoveFileExW"}) {
+    for (const std::string_view chamada :
+         {"WriteFile", "FlushFileBuffers", "CreateDirectoryW", "MoveFileExW", "FindNextFileW"}) {
         int codigo = kRecusado;
         for (int passam = 0; codigo == kRecusado; ++passam) {
             SCOPED_TRACE(std::string(chamada) + " " + std::to_string(passam));
@@ -198,6 +211,7 @@ TEST_F(ForjalTroca, RecusadaPeloSistemaServeAosJogadores) {
             EsperarInteira(true);
         }
         EXPECT_EQ(codigo, kFeito);
+        EXPECT_EQ(Lista().itens.size(), 5U);
         EsperarProxima();
     }
     EXPECT_GT(interrompidas_, 4);
@@ -252,8 +266,8 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
 TEST_F(Forjal, OQueOsJogadoresPerdemSaiDaListaPublicada) {
     for (int i = 0; i < 20; ++i)
         pasta_.Escrever("cliente/Data/" + std::to_string(i), "x");
-    ASSERT_EQ(Publicar(1, {"--simular"}), kFeito) << saida_;
-    EXPECT_FALSE(pasta_.Tem("saida"));
+    ASSERT_EQ(Publicar(1, {"--simular", "--saida=@\\cliente2"}), kFeito) << saida_;
+    EXPECT_FALSE(pasta_.Tem("cliente2"));
     ASSERT_EQ(Publicar(1, {"--remover=de antes", "--remover=volta"}), kFeito) << saida_;
     pasta_.Escrever("cliente/volta", "de novo");
     pasta_.Escrever("cliente/Data/1", "mudado");

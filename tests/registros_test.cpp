@@ -53,10 +53,10 @@ TEST(Velocidade, AmostraSuavizaENuncaVaiAbaixoDeZero) {
     const VelocidadeMedia::Instante inicio{};
     VelocidadeMedia media(inicio, 0);
     EXPECT_EQ(media.Amostrar(inicio + milliseconds(200), 500), 0);      // too early
-    EXPECT_EQ(media.Amostrar(inicio + milliseconds(500), 1000), 2000);  // the first is taken as it is
-    EXPECT_EQ(media.Amostrar(inicio + milliseconds(700), 9000), 2000);  // too early again
-    EXPECT_DOUBLE_EQ(media.Amostrar(inicio + milliseconds(1500), 5000), 0.15 * 4000 + 0.85 * 2000);
-    EXPECT_DOUBLE_EQ(media.Amostrar(inicio + milliseconds(2500), 10), 0.85 * 2300);
+    EXPECT_EQ(media.Amostrar(inicio + milliseconds(250), 500), 2000);   // the first is taken as it is
+    EXPECT_EQ(media.Amostrar(inicio + milliseconds(450), 9000), 2000);  // too early again
+    EXPECT_DOUBLE_EQ(media.Amostrar(inicio + milliseconds(1250), 4500), 0.15 * 4000 + 0.85 * 2000);
+    EXPECT_DOUBLE_EQ(media.Amostrar(inicio + milliseconds(2250), 10), 0.85 * 2300);
 }
 
 }  // namespace

@@ -44,6 +44,8 @@ class Sistema : public Test {
     Sistema() {
         for (const char* programa : {"ZuLauncher.exe", "UpdaterHelper.exe"})
             std::filesystem::copy_file(kPastaBin / programa, pasta_ / programa);
+        for (const char* dll : {"winhttp.dll", "bcrypt.dll", "dnsapi.dll", "secur32.dll"})
+            pasta_.Escrever(dll, "não é uma DLL");
         pasta_.Escrever("Launcher.emu", Selado(servidor_.Url()));
         publicacao_.arquivos = {{"Data/Pasta/ç.bin", Bytes(40'000)}, {"Data/grande.pak", Bytes(3'000'000)}};
         publicacao_.partes["Data/grande.pak"] = 4;
@@ -88,8 +90,6 @@ class Sistema : public Test {
 };
 
 TEST_F(Sistema, CodigosDeSaidaELogESemDllPlantadaNaPasta) {
-    for (const char* dll : {"winhttp.dll", "bcrypt.dll", "dnsapi.dll", "secur32.dll"})
-        pasta_.Escrever(dll, "não é uma DLL");
     EXPECT_EQ(Rodar({L"--conexoes=4"}), "0 \"pronto\": Atualização concluída: 2 arquivo(s) novo(s).");
     EsperarPublicados();
     EXPECT_EQ(Rodar({L"--manifesto=http://127.0.0.1:1/"}),

@@ -66,6 +66,7 @@ TEST_F(Trocas, FazUmaVezEReconheceOFeito) {
                                  Texto("pasta nova/c"), moveu));
         EXPECT_EQ(pasta_.Tudo(),
                   (std::map<std::string, std::string>{{"a", "novo a"}, {"pasta nova/c", "novo pasta nova/c"}}));
+        std::filesystem::remove(pasta_ / "Data");
     }
 }
 
@@ -129,6 +130,8 @@ TEST_F(Trocas, APastaEDeUmSoDeCadaVez) {
         EXPECT_EQ(noutra([&] { return Rodar(pasta_.Caminho().parent_path() / L"JOGO é" / kLista); }), "3");
     }
     EXPECT_EQ(pasta_.Tudo(), antes);
+    PosseDaPasta abandonada(pasta_.Caminho());
+    EXPECT_TRUE(noutra([&] { return abandonada.Tomar(0ms); })) << "by a thread that ends with it";
     aoLogar_ = [&](std::string_view) {
         log_ += noutra([&] { return PosseDaPasta(pasta_.Caminho()).Tomar(0ms); }) ? "livre " : "ocupada ";
     };
@@ -159,6 +162,7 @@ TEST_F(Trocas, OHelperTrocaASiMesmo) {
                                                L"--reabrir=" + (pasta_ / "UpdaterHelper.exe").native()};
     Listar({{Texto("UpdaterHelper.exe.novo"), Texto("UpdaterHelper.exe")}});
     HandleArquivo preso = pasta_.Prender("UpdaterHelper.exe.novo");
+    pasta_.Escrever("UpdaterHelper.log", std::string((1 << 20) + 1, 'x'));
     Programa helper(pasta_ / "UpdaterHelper.exe", argumentos);
     EXPECT_TRUE(Esperar(
         20s, [&] { return pasta_.Ler("UpdaterHelper.log").find("1 troca(s) por fazer") != std::string::npos; }));
@@ -167,6 +171,7 @@ TEST_F(Trocas, OHelperTrocaASiMesmo) {
     EXPECT_EQ(helper.Esperar(), 0) << pasta_.Ler("UpdaterHelper.log");
     EXPECT_TRUE(pasta_.Ler("UpdaterHelper.exe") == programa + "novo");
     EXPECT_TRUE(pasta_.Ler("UpdaterHelper.exe.tmp") == programa);
+    EXPECT_LT(pasta_.Ler("UpdaterHelper.log").size(), 1U << 20);
     Listar({});
     EXPECT_EQ(Programa(pasta_ / "UpdaterHelper.exe", argumentos).Esperar(), 0);
     EXPECT_FALSE(pasta_.Tem("UpdaterHelper.exe.tmp"));
@@ -182,12 +187,12 @@ TEST(ArgumentosDoHelper, ComoOLauncherOsEscreveEComoOsPassaAdiante) {
     EXPECT_EQ(lidos.argumentos,
               (std::vector<std::wstring>{L"--cliente=C:\\Zu Jogo\\", L"--sem-interface", L"", L"--reaberto"}));
 
-    const std::wstring linha = MontarLinhaDeComando(lidos.reabrir, {L"a\\", L"b\"c\\\"", L"", L"é ç\\\\"});
+    const std::wstring linha = MontarLinhaDeComando(lidos.reabrir, {L"a\\", L"b\"c\\\" d", L"", L"é ç\\\\"});
     int quantos = 0;
     wchar_t** const partes = CommandLineToArgvW(linha.c_str(), &quantos);
     const std::vector<std::wstring> volta(partes, partes + quantos);
     LocalFree(static_cast<HLOCAL>(partes));
-    EXPECT_EQ(volta, (std::vector<std::wstring>{lidos.reabrir.native(), L"a\\", L"b\"c\\\"", L"", L"é ç\\\\"}));
+    EXPECT_EQ(volta, (std::vector<std::wstring>{lidos.reabrir.native(), L"a\\", L"b\"c\\\" d", L"", L"é ç\\\\"}));
 }
 
 }  // namespace

@@ -86,6 +86,8 @@ bool Atualizador::BaixarItem(const update::ItemLista& item, const std::filesyste
     if (item.partes == 0) return BaixarInteiro(t, hash, erro) && ConferirItem(item, destino, sha256, erro, hash);
     // Joined by a run that was interrupted before it could use the file.
     if (item.tamanho > 0 && TamanhoDoArquivo(destino) == item.tamanho && ConferirItem(item, destino, sha256, erro)) {
+        // It may not be on the disk yet.
+        DescarregarArquivo(destino);
         ApagarPartes(destino, item.partes);
         return true;
     }

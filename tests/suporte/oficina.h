@@ -64,6 +64,7 @@ class Forjal : public testing::Test {
         const auto antes = pasta_.Tudo();
         EXPECT_EQ(Rodar(argumentos), codigo) << testing::PrintToString(argumentos) << saida_;
         EXPECT_THAT(saida_.erros, testing::HasSubstr(parte));
+        EXPECT_EQ(saida_.Tem("Veja: Forjal"), codigo == kUsoErrado && !argumentos.empty());
         EXPECT_EQ(pasta_.Tudo(), antes) << testing::PrintToString(argumentos);
     }
 

@@ -36,8 +36,8 @@ bool Sumiu(const std::filesystem::path& caminho) {
 }
 
 // By the text of the path alone: a folder that the player has moved to another disk and linked here counts as inside.
+// A relative path has no way from an absolute folder, so it is outside.
 bool DentroDe(const std::filesystem::path& pasta, const std::filesystem::path& caminho) {
-    if (!caminho.is_absolute()) return false;
     const std::filesystem::path relativo = caminho.lexically_normal().lexically_relative(pasta.lexically_normal());
     return !relativo.empty() && *relativo.begin() != L".." && relativo != L".";
 }

@@ -21,7 +21,7 @@ bool NomeDeChave(const std::string& caminho) {
 }
 
 bool Iguais(BytesSecretos& a, BytesSecretos& b) {
-    return !a.Bytes().empty() && std::ranges::equal(a.Bytes(), b.Bytes());
+    return std::ranges::equal(a.Bytes(), b.Bytes());
 }
 
 }  // namespace
