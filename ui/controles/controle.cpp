@@ -9,6 +9,7 @@
 #include "core/handle.h"
 #include "ui/acessibilidade/acessivel.h"
 #include "ui/controles/controle_acessivel.h"
+#include "ui/controles/lista.h"
 #include "ui/controles/pintor_controle.h"
 #include "ui/janelas/molde.h"
 
@@ -28,12 +29,6 @@ constexpr float kVolta = 6.2832F;
 constexpr Lugar kLista{160, 0, 266, 22};
 constexpr COLORREF kCorDaLista = RGB(212, 212, 212);
 
-struct TracosMenu {
-    using Tipo = HMENU;
-    static Tipo Nulo() noexcept { return nullptr; }
-    static void Fechar(Tipo menu) noexcept { DestroyMenu(menu); }
-};
-
 bool marcaDeFoco = false;
 
 bool TemClarao(TipoControle kind) {
@@ -43,19 +38,10 @@ bool Anima(TipoControle kind) {
     return TemClarao(kind) || kind == TipoControle::Opcao;
 }
 
-void Repintar(HWND controle) {
-    InvalidateRect(controle, nullptr, FALSE);
-}
-
 bool Dentro(HWND controle, LPARAM lParam) {
     RECT r{};
     GetClientRect(controle, &r);
     return PtInRect(&r, PontoDe(lParam)) != FALSE;
-}
-
-void Notificar(HWND controle, WORD codigo) {
-    const auto id = static_cast<WORD>(GetDlgCtrlID(controle));
-    SendMessageW(GetParent(controle), WM_COMMAND, MAKEWPARAM(id, codigo), reinterpret_cast<LPARAM>(controle));
 }
 
 void MudarHover(HWND controle, EstadoControle& estado, bool hover) {
@@ -72,38 +58,6 @@ void MudarHover(HWND controle, EstadoControle& estado, bool hover) {
 void AoMover(HWND controle, EstadoControle& estado, LPARAM lParam) {
     const bool hover = !estado.pressed || Dentro(controle, lParam);
     if (hover != estado.hover) MudarHover(controle, estado, hover);
-}
-
-// The item that the player chose, or -1.
-int EscolherNoMenu(HWND controle, const EstadoControle& estado) {
-    const Handle<TracosMenu> menu(CreatePopupMenu());
-    for (std::size_t i = 0; i < estado.items.size(); ++i) {
-        const UINT marca = std::cmp_equal(i, estado.selected) ? MF_CHECKED : MF_UNCHECKED;
-        AppendMenuW(menu.Valor(), MF_STRING | marca, i + 1, estado.items[i].c_str());
-    }
-    RECT r{};
-    GetWindowRect(controle, &r);
-    return TrackPopupMenu(menu.Valor(), TPM_RETURNCMD | TPM_NONOTIFY, r.left, r.bottom, 0, controle, nullptr) - 1;
-}
-
-void Escolher(HWND controle, EstadoControle& estado, std::int32_t item) {
-    if (std::exchange(estado.selected, item) == item) return;
-    Repintar(controle);
-    Avisar(EVENT_OBJECT_VALUECHANGE, controle);
-    Notificar(controle, kCodigoSelecao);
-}
-
-void AbrirLista(HWND controle, EstadoControle& estado) {
-    Repintar(controle);
-    const int escolha = EscolherNoMenu(controle, estado);
-    if (!IsWindow(controle)) return;
-    // A click on the open list closes it; the system leaves that click to be handled once more.
-    MSG clique{};
-    if (escolha < 0) PeekMessageW(&clique, controle, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE);
-    estado.hover = false;
-    estado.pressed = false;
-    Repintar(controle);
-    if (escolha >= 0) Escolher(controle, estado, escolha);
 }
 
 void AoPressionar(HWND controle, EstadoControle& estado) {
@@ -128,37 +82,6 @@ void AoSoltar(HWND controle, EstadoControle& estado, LPARAM lParam) {
         return;
     }
     Acionar(controle);
-}
-
-// One item on or back, or to either end.
-void AndarNaLista(HWND controle, EstadoControle& estado, std::int32_t passo) {
-    const auto ultimo = static_cast<std::int32_t>(estado.items.size()) - 1;
-    Escolher(controle, estado, std::clamp(estado.selected + passo, 0, std::max(0, ultimo)));
-}
-
-bool TeclarNaLista(HWND controle, EstadoControle& estado, WPARAM tecla) {
-    const auto quantos = static_cast<std::int32_t>(estado.items.size());
-    switch (tecla) {
-        case VK_UP:
-        case VK_LEFT:
-            AndarNaLista(controle, estado, -1);
-            return true;
-        case VK_DOWN:
-        case VK_RIGHT:
-            AndarNaLista(controle, estado, 1);
-            return true;
-        case VK_HOME:
-            AndarNaLista(controle, estado, -quantos);
-            return true;
-        case VK_END:
-            AndarNaLista(controle, estado, quantos);
-            return true;
-        case VK_F4:
-            AbrirLista(controle, estado);
-            return true;
-        default:
-            return false;
-    }
 }
 
 // The choice tiles of a window are one choice.
@@ -208,7 +131,7 @@ void AoAcaoPadrao(HWND controle, EstadoControle& estado, WPARAM parte) {
     else if (parte == CHILDID_SELF)
         AbrirLista(controle, estado);
     else if (parte <= estado.items.size())
-        Escolher(controle, estado, static_cast<std::int32_t>(parte - 1));
+        EscolherNaLista(controle, estado, static_cast<std::int32_t>(parte - 1));
 }
 
 void AvancarAnimacao(HWND controle, EstadoControle& estado) {
@@ -358,6 +281,15 @@ void Acionar(HWND controle) {
     Avisar(EVENT_OBJECT_STATECHANGE, controle);
     // Last: the parent may destroy the control.
     Notificar(controle, kCodigoClique);
+}
+
+void Repintar(HWND controle) {
+    InvalidateRect(controle, nullptr, FALSE);
+}
+
+void Notificar(HWND controle, WORD codigo) {
+    const auto id = static_cast<WORD>(GetDlgCtrlID(controle));
+    SendMessageW(GetParent(controle), WM_COMMAND, MAKEWPARAM(id, codigo), reinterpret_cast<LPARAM>(controle));
 }
 
 bool PodeAgir(HWND controle) {

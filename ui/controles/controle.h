@@ -73,6 +73,10 @@ EstadoControle& EstadoDo(HWND controle);
 // What a click of the player does, without the mouse.
 void Acionar(HWND controle);
 
+// For the control's own sources: draws it anew, and tells its window.
+void Repintar(HWND controle);
+void Notificar(HWND controle, WORD codigo);
+
 // Whether the player can do something with it: neither it nor its window is disabled.
 bool PodeAgir(HWND controle);
 

@@ -1,20 +1,30 @@
 #include "ui/controles/pintor_controle.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace zu::launcher {
 namespace {
+
+struct Cor {
+    unsigned r;
+    unsigned g;
+    unsigned b;
+};
 
 constexpr COLORREF kTexto = RGB(0, 0, 0);
 constexpr COLORREF kTextoDesligado = RGB(128, 128, 128);
 constexpr COLORREF kTextoMenor = RGB(80, 80, 80);
 
+constexpr Cor kBrilho{90, 150, 255};  // under the pointer
 constexpr float kAlfaDoBrilho = 90;
 constexpr REAL kLarguraDoBrilho = 2;
 constexpr float kAlfaDoTom = 36;  // the face takes on some of the glow's colour
 
+constexpr Cor kPulso{255, 190, 60};
 constexpr REAL kLarguraDoPulso = 1.6F;
 constexpr float kPulsoMinimo = 40;
 constexpr float kPulsoAmplitude = 70;
@@ -29,6 +39,11 @@ constexpr Relevo kEmPe{24, 2, -40};
 constexpr Relevo kPressionada{-58, -34, -12};
 constexpr Relevo kDesligada{6, 0, -12};
 constexpr REAL kLugarDoMeio = 0.5F;
+constexpr REAL kAlturaDoLustro = 0.46F;  // of the face's
+
+constexpr REAL kFolgaDaFace = 1.5F;   // of a button or tile in its window
+constexpr REAL kFolgaDaLista = 0.5F;  // of a list
+constexpr int kFolgaDaLegenda = 6;    // left and right of a button's caption
 
 constexpr ARGB kContorno = Argb(255, 104, 104, 104);
 constexpr ARGB kContornoDesligado = Argb(255, 168, 168, 168);
@@ -39,6 +54,7 @@ constexpr ARGB kFioClaro = Argb(120, 255, 255, 255);
 constexpr ARGB kMarcaDoFoco = Argb(255, 30, 72, 160);
 constexpr REAL kLarguraDaMarcaDoFoco = 1.5F;
 constexpr REAL kRecuoDaMarcaDoFoco = 4;  // from the control's edge
+constexpr Cor kClarao{255, 255, 255};
 constexpr float kAlfaDoClarao = 120;
 constexpr REAL kLarguraDoClarao = 26;
 
@@ -46,19 +62,46 @@ constexpr REAL kRaioDaLista = 4;
 constexpr REAL kRaioDaOpcao = 7;
 constexpr int kRecuoDaLista = 8;
 constexpr int kLarguraDoSinal = 22;  // the drop-down sign's place at the right end
+constexpr COLORREF kCorDoSinal = RGB(50, 50, 50);
+// The sign from its middle: an arrow head with a notch above.
+constexpr std::array<std::pair<REAL, REAL>, 4> kSinal{{{-5, -2.5F}, {0, -1}, {5, -2.5F}, {0, 3.5F}}};
 
 constexpr REAL kLadoDaMarca = 14;
 constexpr int kRecuoDaMarca = 20;         // from a check box's left edge to its caption
 constexpr int kRecuoDaMarcaNaOpcao = 12;  // from a tile's left edge to its mark
 constexpr int kRecuoDaLegenda = 34;       // from a tile's left edge to its texts
+constexpr COLORREF kOpcaoMarcada = RGB(206, 220, 242);
 
-unsigned Alfa(float valor) {
-    return static_cast<unsigned>(std::lround(valor));
-}
+// A tile's two lines, of which the second may need two: from the tile's middle.
+struct LinhasDaOpcao {
+    int topo;
+    int segunda;  // height
+};
+constexpr int kAlturaDaPrimeira = 19;
+constexpr LinhasDaOpcao kCurta{18, 17};
+constexpr LinhasDaOpcao kComprida{24, 28};
 
-// The hover glow's colour.
-ARGB Azul(float alfa) {
-    return Argb(Alfa(alfa), 90, 150, 255);
+// The mark's colours, by how the control stands.
+struct CoresDaMarca {
+    COLORREF fundo;
+    ARGB sombra;
+    ARGB luz;
+    ARGB ponto;
+    ARGB pontoBaixo;
+};
+constexpr CoresDaMarca kMarcaNormal{RGB(250, 250, 250), Argb(255, 90, 90, 90), Argb(255, 160, 160, 160),
+                                    Argb(255, 96, 156, 246), Argb(255, 22, 70, 165)};
+constexpr CoresDaMarca kMarcaAcesa{RGB(250, 250, 250), kContornoMarcado, Argb(255, 120, 165, 235), kMarcaNormal.ponto,
+                                   kMarcaNormal.pontoBaixo};
+constexpr CoresDaMarca kMarcaAfundada{RGB(214, 224, 240), kMarcaAcesa.sombra, kMarcaAcesa.luz, kMarcaNormal.ponto,
+                                      kMarcaNormal.pontoBaixo};
+constexpr CoresDaMarca kMarcaDesligada{RGB(218, 218, 218), kContornoDesligado, Argb(255, 196, 196, 196),
+                                       Argb(255, 150, 150, 150), Argb(255, 150, 150, 150)};
+constexpr REAL kTracoDaMarca = 1.4F;
+constexpr REAL kFolgaDoPonto = 3.5F;
+
+ARGB ComAlfa(const Cor& cor, float alfa) {
+    return Argb(static_cast<unsigned>(std::lround(alfa)), cor.r, cor.g, cor.b);
 }
 
 bool Afundado(const AparenciaControle& a) {
@@ -80,7 +123,7 @@ void PintarClarao(Tela& tela, const Area& face, float flash) {
                             Gdiplus::PointF(x + kLarguraDoClarao - inclinacao, face.y + face.altura),
                             Gdiplus::PointF(x - inclinacao, face.y + face.altura)};
     const float forca = std::sin(flash * std::numbers::pi_v<float>);
-    tela.Poligono(pontos, Argb(Alfa(forca * kAlfaDoClarao), 255, 255, 255));
+    tela.Poligono(pontos, ComAlfa(kClarao, forca * kAlfaDoClarao));
 }
 
 // The body that all faces share: gradient, highlight, sheen, glow and outline.
@@ -92,10 +135,10 @@ void PintarFace(Tela& tela, const Area& face, REAL raio, const AparenciaControle
                    Opaca(Clarear(cor, relevo.baixo)), kLugarDoMeio);
     tela.Recortar(figura);
     if (&relevo == &kEmPe) {
-        const Area lustro{face.x + 2, face.y + 1, face.largura - 4, face.altura * 0.46F};
+        const Area lustro{face.x + 2, face.y + 1, face.largura - 4, face.altura * kAlturaDoLustro};
         tela.Preencher(Caminho(lustro, raio - 1), lustro, kLustroAlto, kLustroBaixo);
     }
-    if (estado.hover_level > 0) tela.Preencher(figura, Azul(estado.hover_level * kAlfaDoTom));
+    if (estado.hover_level > 0) tela.Preencher(figura, ComAlfa(kBrilho, estado.hover_level * kAlfaDoTom));
     if (estado.flash >= 0) PintarClarao(tela, face, estado.flash);
     tela.SemRecorte();
     if (&relevo != &kPressionada) {
@@ -103,49 +146,44 @@ void PintarFace(Tela& tela, const Area& face, REAL raio, const AparenciaControle
     }
     tela.Contornar(figura, a.habilitado ? contorno : kContornoDesligado, 1);
     if (estado.hover_level > 0) {
-        tela.Contornar(figura, Azul(estado.hover_level * kAlfaDoBrilho), kLarguraDoBrilho);
+        tela.Contornar(figura, ComAlfa(kBrilho, estado.hover_level * kAlfaDoBrilho), kLarguraDoBrilho);
     }
 }
 
 void PintarBotao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
-    const Area face = AreaDe(r, 1.5F);
+    const Area face = AreaDe(r, kFolgaDaFace);
     const REAL raio = face.altura / 2;
     {
         Tela tela(dc);
         PintarFace(tela, face, raio, a, a.estado.fill, kContorno);
         if (a.estado.kind == TipoControle::BotaoPrincipal) {
             const float alfa = (std::sin(a.estado.phase) * 0.5F + 0.5F) * kPulsoAmplitude + kPulsoMinimo;
-            tela.Contornar(Caminho(face, raio), Argb(Alfa(alfa), 255, 190, 60), kLarguraDoPulso);
+            tela.Contornar(Caminho(face, raio), ComAlfa(kPulso, alfa), kLarguraDoPulso);
         }
     }
     RECT texto = r;
-    InflateRect(&texto, -6, 0);
+    InflateRect(&texto, -kFolgaDaLegenda, 0);
     if (Afundado(a)) OffsetRect(&texto, 1, 1);
     Escrever(dc, a.legenda, texto, Fontes::De(fontes.negrito), a.habilitado ? kTexto : kTextoDesligado,
              kUmaLinha | DT_CENTER);
 }
 
+const CoresDaMarca& CoresDe(const AparenciaControle& a) {
+    if (!a.habilitado) return kMarcaDesligada;
+    if (Afundado(a)) return kMarcaAfundada;
+    return a.estado.hover || a.estado.pressed ? kMarcaAcesa : kMarcaNormal;
+}
+
 // A sunken circle of two half arcs, dark above and light below, with a dot when checked.
 void PintarMarca(Tela& tela, const Area& circulo, const AparenciaControle& a) {
-    const EstadoControle& estado = a.estado;
-    const bool aceso = a.habilitado && (estado.hover || estado.pressed);
-    tela.Elipse(circulo, Opaca(!a.habilitado ? RGB(218, 218, 218)
-                               : Afundado(a) ? RGB(214, 224, 240)
-                                             : RGB(250, 250, 250)));
-    const ARGB sombra = !a.habilitado ? kContornoDesligado : aceso ? kContornoMarcado : Argb(255, 90, 90, 90);
-    const ARGB luz = !a.habilitado ? Argb(255, 196, 196, 196)
-                     : aceso       ? Argb(255, 120, 165, 235)
-                                   : Argb(255, 160, 160, 160);
-    tela.Arco(circulo, 180, 180, sombra, 1.4F);
-    tela.Arco(circulo, 0, 180, luz, 1.4F);
-    if (!estado.checked) return;
-    const Area ponto{circulo.x + 3.5F, circulo.y + 3.5F, circulo.largura - 7, circulo.altura - 7};
-    const Caminho figura(ponto, ponto.altura / 2);
-    if (a.habilitado) {
-        tela.Preencher(figura, ponto, Argb(255, 96, 156, 246), Argb(255, 22, 70, 165));
-    } else {
-        tela.Preencher(figura, Argb(255, 150, 150, 150));
-    }
+    const CoresDaMarca& cores = CoresDe(a);
+    tela.Elipse(circulo, Opaca(cores.fundo));
+    tela.Arco(circulo, 180, 180, cores.sombra, kTracoDaMarca);
+    tela.Arco(circulo, 0, 180, cores.luz, kTracoDaMarca);
+    if (!a.estado.checked) return;
+    const Area ponto{circulo.x + kFolgaDoPonto, circulo.y + kFolgaDoPonto, circulo.largura - 2 * kFolgaDoPonto,
+                     circulo.altura - 2 * kFolgaDoPonto};
+    tela.Preencher(Caminho(ponto, ponto.altura / 2), ponto, cores.ponto, cores.pontoBaixo);
 }
 
 void PintarCaixa(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
@@ -165,12 +203,13 @@ void PintarLista(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
     {
         const bool aceso = estado.hover || estado.pressed;
         Tela tela(dc);
-        PintarFace(tela, AreaDe(r, 0.5F), kRaioDaLista, a, estado.fill, aceso ? kContornoMarcado : kContorno);
+        PintarFace(tela, AreaDe(r, kFolgaDaLista), kRaioDaLista, a, estado.fill, aceso ? kContornoMarcado : kContorno);
         const REAL x = static_cast<REAL>(r.right) - static_cast<REAL>(kLarguraDoSinal) / 2 - 1;
         const REAL y = static_cast<REAL>(r.top + r.bottom) / 2;
-        const std::array sinal{Gdiplus::PointF(x - 5, y - 2.5F), Gdiplus::PointF(x, y - 1),
-                               Gdiplus::PointF(x + 5, y - 2.5F), Gdiplus::PointF(x, y + 3.5F)};
-        tela.Poligono(sinal, Opaca(a.habilitado ? RGB(50, 50, 50) : kTextoDesligado));
+        std::array<Gdiplus::PointF, kSinal.size()> sinal;
+        std::ranges::transform(kSinal, sinal.begin(),
+                               [&](const auto& p) { return Gdiplus::PointF(x + p.first, y + p.second); });
+        tela.Poligono(sinal, Opaca(a.habilitado ? kCorDoSinal : kTextoDesligado));
     }
     if (estado.selected < 0 || static_cast<std::size_t>(estado.selected) >= estado.items.size()) return;
     RECT texto = r;
@@ -182,10 +221,10 @@ void PintarLista(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
 
 void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
     const EstadoControle& estado = a.estado;
-    const COLORREF cor = estado.checked ? RGB(206, 220, 242) : estado.fill;
+    const COLORREF cor = estado.checked ? kOpcaoMarcada : estado.fill;
     {
         Tela tela(dc);
-        const Area face = AreaDe(r, 1.5F);
+        const Area face = AreaDe(r, kFolgaDaFace);
         PintarFace(tela, face, kRaioDaOpcao, a, cor, estado.checked ? kContornoMarcado : kContorno);
         const REAL x = static_cast<REAL>(r.left + kRecuoDaMarcaNaOpcao);
         PintarMarca(tela, {x, (static_cast<REAL>(r.top + r.bottom) - kLadoDaMarca) / 2, kLadoDaMarca, kLadoDaMarca}, a);
@@ -197,9 +236,10 @@ void PintarOpcao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
     if (!estado.text.empty()) {
         const HFONT pequena = Fontes::De(fontes.pequena);
         const bool cabe = LarguraDoTexto(estado.text, pequena) <= texto.right - texto.left;
-        legenda.top = meio - (cabe ? 18 : 24);
-        legenda.bottom = legenda.top + 19;
-        const RECT menor{texto.left, legenda.bottom, texto.right, legenda.bottom + (cabe ? 17 : 28)};
+        const LinhasDaOpcao& linhas = cabe ? kCurta : kComprida;
+        legenda.top = meio - linhas.topo;
+        legenda.bottom = legenda.top + kAlturaDaPrimeira;
+        const RECT menor{texto.left, legenda.bottom, texto.right, legenda.bottom + linhas.segunda};
         Escrever(dc, estado.text, menor, pequena, a.habilitado ? kTextoMenor : kTextoDesligado,
                  cabe ? kUmaLinha : kVariasLinhas);
     }
