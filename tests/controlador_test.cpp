@@ -36,11 +36,12 @@ TEST(Controlador, SemServicoNadaADizerESemJogoNadaAAbrir) {
     controlador.Iniciar();
     EXPECT_TRUE(Esperar(10s, [&] { return !controlador.Atualizando(); }));
     EXPECT_EQ(controlador.TomarMensagemFinal(), "");
-    for (int volta = 0; volta < 2; ++volta) {
+    for (int volta = 0; volta < 3; ++volta) {
         std::string erro;
         EXPECT_FALSE(controlador.PodeJogar() || AbrirJogo(erro));
         EXPECT_EQ(erro, "Zu.exe não encontrado na pasta do jogo. Feche e abra o launcher para baixar de novo.");
-        std::filesystem::create_directory(pasta / "Zu.exe");
+        if (volta == 0) std::filesystem::create_directory(pasta / "Zu.exe");
+        if (volta == 1) Configurar(pasta / "falta", "");
     }
 }
 

@@ -147,8 +147,8 @@ TEST(Token, CanalSoComOQueOLauncherPos) {
 
     // With the event's name alone taken there is no channel either, and the token is not left to be read.
     leitura.Fechar();
-    const HandleKernel confirmacao = std::move(canal.confirmacao);
     canal = {};
+    const HandleKernel deOutro(CreateEventW(nullptr, TRUE, FALSE, evento));
     canal = AbrirCanal(token, kPid);
     EXPECT_FALSE(canal);
     EXPECT_EQ(OpenFileMappingW(FILE_MAP_READ, FALSE, mapa), nullptr);

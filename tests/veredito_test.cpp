@@ -74,7 +74,7 @@ TEST(Relatorio, FornecedorEAcao) {
         {"Placa sem driver: VEN 1002" + tabela + "[X] Placa de vídeo | a | b | c", kAtualizacoes},  // it has one
         {"Placa sem driver\nVEN 10DE" + semDriver, kNvidia},
         // no driver helps a card that is too weak
-        {"VEN 10DE" + vulkan + "[OK] Placa de vídeo | a | b | Abaixo do mínimo", ""},
+        {"VEN 10DE" + vulkan + "[OK] Placa de vídeo | a | b | Abaixo do mínimo\n[OK] Placa de vídeo | a | b | c", ""},
         {"VEN 10DE" + vulkan + "[X] Memória | a | b | Abaixo do mínimo", kNvidia},
     };
     for (const auto& [texto, endereco] : casos) {
