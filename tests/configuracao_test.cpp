@@ -5,6 +5,7 @@
 #include "app/selo.h"
 #include "core/chaves.h"
 #include "core/hash.h"
+#include "core/texto.h"
 #include "tests/suporte/publicacao.h"
 
 namespace zu::launcher {
@@ -28,7 +29,10 @@ std::string Com(std::size_t posicao, std::uint8_t valor, const SegredoSelo& segr
 TEST(Selo, RecusaNaOrdemENadaSai) {
     constexpr const char* kAdulterado = "arquivo adulterado (a verificação de integridade falhou)";
     const std::string bom = Com(0, 'L');
-    ASSERT_EQ(bom.size(), 585U);
+    // By another implementation of the documented format.
+    const std::string certo = Selar(MontarCorpo({"Zu", true, "http://s"}), SegredoSelo{1});
+    EXPECT_EQ(ParaHex(Sha256Of({reinterpret_cast<const std::uint8_t*>(certo.data()), certo.size()})),
+              "608ba8bae6664b84442d69b6f70aff925501789550c206f4cbc9dd626d3fe4b4");
     SegredoSelo outro = SegredoDoSelo();
     outro[31] ^= 1;
     const std::pair<std::string, std::string_view> casos[] = {
@@ -50,14 +54,15 @@ TEST(Selo, RecusaNaOrdemENadaSai) {
 }
 
 TEST(Selo, CamposSemZeroSaoCortados) {
-    CorpoSelado corpo = MontarCorpo({.nome = std::string(31, 'n'), .update = std::string(127, 'u')});
-    corpo[39] = 'N';
+    CorpoSelado corpo = MontarCorpo({.nome = std::string(99, 'n'), .update = std::string(127, 'u')});
+    EXPECT_EQ(std::exchange(corpo[39], 'N'), 0);
     corpo[168] = 'U';
     corpo[360] = 'S';
     const std::string selado = Selar(corpo, SegredoDoSelo());
     EXPECT_EQ(selado.find("uuuu"), std::string::npos) << "the texts are not to be read without the secret";
     std::string recusa;
     ASSERT_TRUE(AbrirSelado(selado, SegredoDoSelo(), corpo, recusa));
+    EXPECT_EQ(corpo[39] + corpo[168] + corpo[360], 0);
     EXPECT_EQ(LerCampos(corpo).nome, std::string(31, 'n'));
     EXPECT_EQ(LerCampos(corpo).update, std::string(127, 'u'));
     EXPECT_EQ(LerCampos(corpo).seletor, "");
@@ -75,11 +80,14 @@ class Configuracao : public testing::Test {
 TEST_F(Configuracao, OpcoesExatasValoresENomeDaPasta) {
     // sha256 of "C:\Zu" in UTF-16LE, by openssl
     EXPECT_EQ(NomeDaInstancia(L"C:\\Zu"), L"Local\\ZuLauncher-45abb51b1c689651");
-    pasta_.Escrever("Launcher.emu", teste::Selado("http://s/zu"));
+    const CamposSelados campos{"Zu de teste", true, "http://s/zu", "http://site", "#alvo", "http://registro"};
+    pasta_.Escrever("Launcher.emu", Selar(MontarCorpo(campos), SegredoDoSelo()));
     EXPECT_TRUE(Ler({L"--reparar"}).reparar);
-    const ConfigLauncher quase = Ler({L"--Jogar", L"--jogar=1", L"--jogarx", L"--manifesto=", L"--reparar "});
+    const ConfigLauncher quase =
+        Ler({L"--Jogar", L"--jogar=1", L"--jogarx", L"--manifesto=", L"--reparar ", L"--cliente="});
     EXPECT_FALSE(quase.jogar || quase.reparar || quase.semInterface || quase.reaberto != 0 || quase.conexoes != 0);
     EXPECT_EQ(std::tuple(quase.erro, quase.nome, quase.urlUpdate), std::tuple("", L"Zu de teste", "http://s/zu/"));
+    EXPECT_EQ(quase.urlSite + quase.seletor + quase.urlRegistro, campos.site + campos.seletor + campos.registro);
 
     const std::pair<const wchar_t*, int> conexoes[] = {
         {L"0", 1}, {L"abc", 1}, {L"99", 16}, {L"7", 7}, {L"99999999999999", 16}};
@@ -93,10 +101,9 @@ TEST_F(Configuracao, RecusasEAtualizacaoDesligada) {
     EXPECT_EQ(Ler({}).erro,
               "Launcher.emu inválido: tamanho inválido (5 bytes, esperado 585): gerado por outra versão do Forjal ou "
               "adulterado.");
-    EXPECT_EQ(Ler({}).nome, L"Zu Launcher");
-    pasta_.Escrever("Launcher.emu", teste::Selado("http://s", false));
-    EXPECT_EQ(Ler({}).urlUpdate, "");
-    EXPECT_EQ(Ler({L"--manifesto=http://m"}).urlUpdate, "http://m/");
+    pasta_.Escrever("Launcher.emu", Selar(MontarCorpo({.update = "http://s"}), SegredoDoSelo()));
+    EXPECT_TRUE(Ler({}).nome == L"Zu Launcher" && Ler({}).urlUpdate.empty());
+    EXPECT_EQ(Ler({L"--manifesto=http://m/"}).urlUpdate, "http://m/");
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 // after windows.h
 #include <shellapi.h>
 
+#include <optional>
+
 #include "game/jogo.h"
 #include "game/requisitos.h"
 #include "game/veredito.h"
@@ -13,6 +15,7 @@
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
+#include "tests/suporte/servidor.h"
 
 namespace zu::launcher {
 namespace {
@@ -42,6 +45,25 @@ TEST(Controlador, SemServicoNadaADizerESemJogoNadaAAbrir) {
         EXPECT_EQ(erro, "Zu.exe não encontrado na pasta do jogo. Feche e abra o launcher para baixar de novo.");
         if (volta == 0) std::filesystem::create_directory(pasta / "Zu.exe");
         if (volta == 1) Configurar(pasta / "falta", "");
+    }
+}
+
+// Faults: after a failure nobody can play; what was to be said is said again, or not at all.
+TEST(Controlador, DizUmaVezComoAcabouEDeixaJogarDepoisDeUmErro) {
+    const PastaTemporaria pasta;
+    Servidor servidor;
+    servidor.Definir("UpdateList.txt", Resposta{.corpo = "sem assinatura"});
+    Configurar(pasta.Caminho(), servidor.Url());
+    std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta / "Zu.exe");
+    for (const bool comJogoAberto : {false, true}) {
+        std::optional<Programa> jogo;
+        if (comJogoAberto) jogo.emplace(pasta / "Zu.exe");
+        ControladorLauncher controlador;
+        controlador.Iniciar();
+        EXPECT_TRUE(Esperar(10s, [&] { return !controlador.Atualizando(); }));
+        EXPECT_EQ(controlador.PodeJogar(), !comJogoAberto);
+        EXPECT_EQ(controlador.TomarMensagemFinal(), controlador.Estado().texto);
+        EXPECT_EQ(controlador.TomarMensagemFinal(), "");
     }
 }
 
