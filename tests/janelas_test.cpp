@@ -1,7 +1,26 @@
 // Options, requirements and diagnostics in their own loops, driven by messages as the player sends them.
 #include "tests/suporte/janelas.h"
 #include "tests/suporte/ini.h"
+#include "tests/suporte/recusa.h"
 #include "ui/janelas/modal.h"
+
+namespace {
+
+int controlesAteFaltar = -1;  // how many are made before one cannot be; -1: all are
+
+HWND WINAPI Criar(DWORD estendido, LPCWSTR classe, LPCWSTR titulo, DWORD estilo, int x, int y, int w, int h, HWND pai,
+                  HMENU menu, HINSTANCE modulo, LPVOID dado) {
+    if (pai != nullptr && (estilo & WS_CHILD) != 0 && controlesAteFaltar-- == 0) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return nullptr;
+    }
+    return ZU_VERDADEIRA(L"user32", CreateWindowExW)(estendido, classe, titulo, estilo, x, y, w, h, pai, menu, modulo,
+                                                     dado);
+}
+
+}  // namespace
+
+ZU_DESVIAR(CreateWindowExW, Criar);
 
 namespace zu::launcher {
 namespace {
@@ -301,6 +320,26 @@ TEST_F(Janelas, UmaSobreAOutraEFimPorDentro) {
         PostThreadMessageW(GetWindowThreadProcessId(Ui().principal, nullptr), WM_QUIT, 0, 0);
     });
     EXPECT_TRUE(Ui().quit && JanelaDaFrente() == Ui().principal);
+}
+
+// Faults: a control that could not be made is used all the same; the window under the one that did not come stays
+// disabled.
+TEST_F(Janelas, SemUmDosControlesNaoHaJanela) {
+    Diagnosticar("avisos");
+    std::size_t linhas = LinhasDoLog(pasta_).size();
+    HWND dona = Ui().principal;
+    for (HWND (*const abrir)() : {&AbrirOpcoes, &AbrirRequisitos, &AbrirDiagnostico}) {
+        HWND janela = nullptr;
+        for (int feitos = 0; janela == nullptr; ++feitos) {
+            EXPECT_TRUE(IsWindowEnabled(dona) && LinhasDoLog(pasta_).size() == linhas++);
+            controlesAteFaltar = feitos;
+            janela = abrir();
+        }
+        controlesAteFaltar = -1;
+        dona = janela;
+        --linhas;
+    }
+    EXPECT_EQ(LinhasDoLog(pasta_).back(), "Interface: CreateWindow falhou (8)");
 }
 
 TEST_F(Janelas, AbrirEFecharNaoGuardaNada) {
