@@ -78,11 +78,15 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     Coisa celula = Coisa::De(diagnostico);
     celula.filho.lVal = 7;
     EXPECT_EQ(celula.Ler(), "1d Seu computador=Windows 11 Pro 64 bits (22631)");
+    // Behind the titles, nine rows and the box stand the buttons, which speak for themselves.
+    celula.filho.lVal = 5 + 9 * 5 + 2;
+    VARIANT papel{};
+    EXPECT_EQ(celula.objeto->get_accRole(celula.filho, &papel), E_INVALIDARG);
     EXPECT_EQ(Agir(diagnostico, "Copiar relatório"), S_OK);
     const Coisa velha = Coisa::De(diagnostico);
     EXPECT_TRUE(Bombear(2s, [&] { return Agir(diagnostico, "Copiado!") == S_OK; }));
     EXPECT_EQ(Agir(diagnostico, "Fechar"), S_OK);
-    EXPECT_TRUE(Bombear(2s, [&] { return velha.Nome().empty(); }));
+    EXPECT_TRUE(Bombear(2s, [&] { return velha.objeto->get_accRole(velha.filho, &papel) == CO_E_OBJNOTCONNECTED; }));
     EXPECT_TRUE(Bombear(2s, [&] { return Agir(requisitos, "Fechar") == S_OK; }));
     EXPECT_TRUE(Bombear(2s, [&] { return Agir(opcoes, "OK") == S_OK; }));
     const std::string ini = TextoDoIni({"vulkan", 1, 1, 7, 0, 2, 0, 4, 0});
