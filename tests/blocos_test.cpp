@@ -106,7 +106,7 @@ TEST(Blocos, QualquerEdicaoDeQualquerPrefixo) {
         std::string novo = velho;
         for (std::size_t edicoes = Sortear(5); edicoes > 0; --edicoes)
             novo = Editar(std::move(novo));
-        if (novo.empty()) novo = "x";
+        if (novo.empty()) novo.push_back('x');
         for (const std::size_t presentes :
              {std::size_t{0}, Sortear(novo.size()), Sortear(novo.size() - 1) / kBloco * kBloco})
             Reunir(velho, novo, presentes, volta % 2 == 0 ? 0 : Sortear(100'000) + novo.size() / 999 + 1);

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "update/blocos.h"
 #include "update/cache.h"
 #include "update/hash_arquivo.h"
 #include "update/lista.h"
@@ -48,7 +49,8 @@ class Atualizador {
     // The whole run, on the calling thread. Ends in one status and one sentence.
     void Rodar(bool reparar);
 
-    // Fetches one item into `destino`, whole or joined from its parts, and proves it: true only when `destino` holds
+    // Fetches one item into `destino`, put together from what the file on the disk shares with it, or whole, or joined
+    // from its parts, and proves it: true only when `destino` holds
     // exactly the bytes that the list promises; `sha256` is then their digest in text. Otherwise one message in `erro`.
     // Received bytes are added to `bytesBaixados`.
     bool BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
@@ -65,12 +67,14 @@ class Atualizador {
     bool EsperarOuCancelar(std::chrono::milliseconds pausa);
     Painel& Quadro() { return painel_; }
     CacheDeArquivos& Cache() { return cache_; }
+    ReusoDeBlocos& Blocos() { return blocos_; }
 
  private:
     void RodarProtegido(bool reparar) noexcept;
 
     Painel painel_;
     CacheDeArquivos cache_;
+    ReusoDeBlocos blocos_;
     std::atomic<bool> emCurso_ = false;
     std::atomic<bool> cancelar_ = false;
     std::mutex travaAviso_;

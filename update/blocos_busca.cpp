@@ -18,21 +18,22 @@ class Tabela {
         : indice_(indice),
           bits_(static_cast<unsigned>(std::bit_width(indice.somas.size()))),
           lugares_(std::size_t{2} << bits_, kNenhum),
-          mapa_(std::max<std::size_t>(1, (std::size_t{1} << (bits_ + kBitsPorBloco)) / 64)) {
+          mapa_((std::size_t{1} << (bits_ + kBitsPorBloco)) / 64) {
         for (std::uint32_t i = 0; i < indice.BlocosInteiros(); ++i)
             Por(i);
     }
 
-    // Tells quickly that no block has a sum; `Passa` is true for few others. Lives no longer than the table.
+    // Tells quickly that no block has a sum; `Passa` is true for few others. Lives no longer than the table. A sum has
+    // two bits, of one word, so that it costs one look.
     struct Filtro {
         const std::uint64_t* mapa;
         unsigned desvio;
         [[nodiscard]] bool Passa(Soma soma) const {
-            const std::uint64_t bit = soma >> desvio;
-            return (mapa[bit / 64] >> (bit % 64) & 1) != 0;
+            const std::uint64_t lugar = soma >> desvio;
+            return (mapa[lugar >> 12] >> (lugar >> 6 & 63) & mapa[lugar >> 12] >> (lugar & 63) & 1) != 0;
         }
     };
-    [[nodiscard]] Filtro Peneira() const { return {mapa_.data(), 64 - bits_ - kBitsPorBloco}; }
+    [[nodiscard]] Filtro Peneira() const { return {mapa_.data(), 64 - Filtrados()}; }
 
     [[nodiscard]] std::uint32_t Achar(Soma reduzida) const {
         std::size_t lugar = Lugar(reduzida);
@@ -42,10 +43,12 @@ class Tabela {
     }
 
  private:
-    static constexpr unsigned kBitsPorBloco = 5;
+    static constexpr unsigned kBitsPorBloco = 5;  // 2^5
     // Sums spread over the table by themselves; an index that was made to crowd together costs blocks and not time.
     static constexpr std::size_t kTentativas = 16;
 
+    // The upper bits of a sum that tell a word and two bits in it.
+    [[nodiscard]] unsigned Filtrados() const { return bits_ + kBitsPorBloco + 6; }
     [[nodiscard]] std::size_t Lugar(Soma reduzida) const { return reduzida >> (8 * indice_.largura - bits_ - 1); }
     [[nodiscard]] std::size_t Depois(std::size_t lugar) const { return (lugar + 1) & (lugares_.size() - 1); }
 
@@ -55,8 +58,8 @@ class Tabela {
         for (std::size_t n = 0; n < kTentativas; ++n, lugar = Depois(lugar)) {
             if (lugares_[lugar] == kNenhum) {
                 lugares_[lugar] = bloco;
-                const std::uint64_t bit = reduzida >> (8 * indice_.largura - bits_ - kBitsPorBloco);
-                mapa_[bit / 64] |= std::uint64_t{1} << (bit % 64);
+                const std::uint64_t noFiltro = reduzida >> (8 * indice_.largura - Filtrados());
+                mapa_[noFiltro >> 12] |= std::uint64_t{1} << (noFiltro >> 6 & 63) | std::uint64_t{1} << (noFiltro & 63);
                 return;
             }
             if (indice_.somas[lugares_[lugar]] == reduzida) return;
