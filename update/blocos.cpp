@@ -53,10 +53,14 @@ class ArquivoVelho {
     static constexpr std::uint64_t kMaiorLeitura = 1 << 20;
 
     std::uint64_t Olhar(std::uint64_t& modificado) const {
-        BY_HANDLE_FILE_INFORMATION info{};
-        if (!arquivo_ || GetFileInformationByHandle(arquivo_.Valor(), &info) == 0) return 0;
-        modificado = std::uint64_t{info.ftLastWriteTime.dwHighDateTime} << 32 | info.ftLastWriteTime.dwLowDateTime;
-        return std::uint64_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow;
+        FILETIME hora{};
+        LARGE_INTEGER tamanho{};
+        if (!arquivo_ || GetFileTime(arquivo_.Valor(), nullptr, nullptr, &hora) == 0 ||
+            GetFileSizeEx(arquivo_.Valor(), &tamanho) == 0) {
+            return 0;
+        }
+        modificado = std::uint64_t{hora.dwHighDateTime} << 32 | hora.dwLowDateTime;
+        return static_cast<std::uint64_t>(tamanho.QuadPart);
     }
     [[nodiscard]] bool Mudou() const {
         std::uint64_t modificado = 0;

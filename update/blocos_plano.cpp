@@ -6,7 +6,7 @@
 namespace zu::launcher::update {
 namespace {
 
-constexpr std::uint64_t kPedido = 16 * 1024;  // bytes that would come while the answer to a request is waited for
+constexpr std::uint64_t kPedido = 16ULL * 1024;  // bytes that would come while the answer to a request is waited for
 constexpr std::size_t kMaximoDePedidos = 4096;
 constexpr std::size_t kMaximoDeTrechos = 65536;  // bounds the memory that a plan takes while its file comes
 
@@ -96,7 +96,7 @@ Plano Planejar(const IndiceDeBlocos& indice, std::span<const std::uint64_t> onde
 }
 
 bool Montar(const Plano& plano, const FontesDaMontagem& fontes) {
-    constexpr std::uint64_t kPedaco = 256 * 1024;
+    constexpr std::uint64_t kPedaco = 256ULL * 1024;
     std::vector<std::uint8_t> pedaco(kPedaco);
     for (const Trecho& trecho : plano.trechos) {
         if (trecho.DaRede() && !fontes.buscar(trecho)) return false;

@@ -11,7 +11,7 @@
 namespace zu::launcher {
 namespace {
 
-constexpr std::uint64_t kBloco = 256 * 1024;
+constexpr std::uint64_t kBloco = 256ULL * 1024;
 
 // Whether the headers promise the range. A server that does not know the resource's size may leave it open.
 bool Prometida(const HttpRequest& troca, std::uint32_t status, const FaixaHttp& faixa) {
