@@ -112,10 +112,8 @@ class Busca {
     bool Ter(std::size_t bytes) {
         if (fim_ - aqui_ >= bytes) return true;
         if (acabou_) return false;
-        // What has gone by is kept as far as a last block would need it.
-        const std::uint64_t guardar = aqui_ - inicio_ > bloco_ ? aqui_ - bloco_ : inicio_;
-        std::memmove(janela_.get(), janela_.get() + (guardar - inicio_), fim_ - guardar);
-        inicio_ = guardar;
+        std::memmove(janela_.get(), Aqui(), fim_ - aqui_);
+        inicio_ = aqui_;
         const std::span<std::uint8_t> livre = std::span(janela_.get(), cabem_).subspan(fim_ - inicio_);
         std::size_t lidos = 0;
         falhou_ = !ler_(livre, lidos);
@@ -128,15 +126,12 @@ class Busca {
         return indice_.somas[bloco] == indice_.Reduzir(soma);
     }
 
-    // The block that is due where the last ones were found, also behind some that had changed.
+    // The block that is due right behind the last one found.
     bool Continuar(Soma soma) {
-        if (devido_.onde != aqui_ || devido_.bloco >= indice_.BlocosInteiros()) return false;
-        const bool confere = Confere(devido_.bloco, soma);
-        if (confere)
-            Leapar(devido_.bloco, aqui_);
-        else
-            devido_ = {aqui_ + bloco_, devido_.bloco + 1};
-        return confere;
+        if (devido_.onde != aqui_ || devido_.bloco >= indice_.BlocosInteiros() || !Confere(devido_.bloco, soma))
+            return false;
+        Leapar(devido_.bloco, aqui_);
+        return true;
     }
 
     // Found: the search goes on behind it.
@@ -155,10 +150,9 @@ class Busca {
     void Rolar(Soma soma) {
         AnotarSeguidor(soma);
         while (Ter(bloco_ + 1)) {
-            std::uint64_t ate = std::min(fim_ - bloco_, devido_.onde > aqui_ ? devido_.onde : kNaoAchado);
-            if (!seguidores_.empty()) ate = std::min(ate, seguidores_.front().onde);
-            soma = RolarAte(soma, ate);
-            if (ConferirSeguidor(soma) || Continuar(soma)) return;
+            const std::uint64_t ate = seguidores_.empty() ? kNaoAchado : seguidores_.front().onde;
+            soma = RolarAte(soma, std::min(fim_ - bloco_, ate));
+            if (ConferirSeguidor(soma)) return;
             AnotarSeguidor(soma);
         }
         aqui_ = fim_;
@@ -249,7 +243,7 @@ class Busca {
     bool acabou_ = false;
     bool falhou_ = false;
 
-    Esperado devido_;                  // in step with the last blocks found; at first with the beginning
+    Esperado devido_;                  // right behind the last one found; at first the beginning
     std::deque<Esperado> seguidores_;  // of blocks found alone, in order, at most one for each byte of a block
 };
 
