@@ -16,7 +16,7 @@ target_link_libraries(testes_puros PRIVATE zu_puro GTest::gtest_main)
 gtest_discover_tests(testes_puros)
 
 set(ZU_SEGUNDOS_DE_FUZZ 60 CACHE STRING "How long each fuzz target runs in the tests")
-foreach(alvo lista registros caminhos json relatorio)
+foreach(alvo blocos lista registros caminhos json relatorio)
     add_executable(fuzz_${alvo} tests/fuzz/${alvo}_fuzz.cpp)
     target_link_libraries(fuzz_${alvo} PRIVATE zu_puro)
     target_compile_options(fuzz_${alvo} PRIVATE -fsanitize=fuzzer)

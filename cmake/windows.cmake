@@ -31,11 +31,13 @@ add_library(zu_update STATIC
     update/agendador.cpp
     update/aplicar.cpp
     update/atualizador.cpp
+    update/blocos.cpp
     update/busca_lista.cpp
     update/cache.cpp
     update/cliente.cpp
     update/espaco.cpp
     update/estado.cpp
+    update/faixa.cpp
     update/hash_arquivo.cpp
     update/http.cpp
     update/item.cpp
@@ -43,6 +45,7 @@ add_library(zu_update STATIC
     update/limpeza.cpp
     update/andamento.cpp
     update/partes.cpp
+    update/prefixo.cpp
     update/remocao.cpp
     update/seguidor_hash.cpp
     update/trocas.cpp

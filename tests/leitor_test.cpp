@@ -56,6 +56,9 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     EXPECT_EQ(Agir(principal, "Opções"), S_OK);
     const HWND opcoes = EsperarJanela(kClasseDasOpcoes);
     EXPECT_EQ(Agir(principal, "Fechar"), DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(Agir(principal, "Registrar"), DISP_E_MEMBERNOTFOUND);
+    PostMessageW(GetDlgItem(principal, kBotaoFechar), MSG_ACAO_PADRAO, 0, 0);
+    EXPECT_EQ(SendMessageW(principal, WM_GETOBJECT, 0, OBJID_WINDOW), 0);
     EXPECT_THAT(Ler(opcoes),
                 AllOf(StartsWith("12 Opções\n2b Fechar [Pressionar]\n2d DirectX 12; Roda neste PC [Selecionar]*\n"
                                  "2d Vulkan; Roda neste PC [Selecionar]\n2e Modo de tela:=Tela cheia [Abrir]\n"
@@ -78,6 +81,8 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     Coisa celula = Coisa::De(diagnostico);
     celula.filho.lVal = 7;
     EXPECT_EQ(celula.Ler(), "1d Seu computador=Windows 11 Pro 64 bits (22631)");
+    celula.filho.lVal = 5 + 8 * 5 + 2;
+    EXPECT_EQ(celula.Ler(), "1d Seu computador=214 GiB");
     // Behind the titles, nine rows and the box stand the buttons, which speak for themselves.
     celula.filho.lVal = 5 + 9 * 5 + 2;
     VARIANT papel{};
@@ -96,8 +101,8 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     // In the order of the session: the alert of the run's end; value, description, focus, state, name.
     EXPECT_THAT(eventos.Vistos(),
                 IsSupersetOf({"2 Atualização concluída: 1 arquivo(s) novo(s).", "800e Total", "800d Zu de teste",
-                              "800a Conectar", "800a Vulkan", "800a Janela sem borda",
-                              "800e Modo de tela:", "8005 Idioma:", "800d Requisitos", "800c Copiado!"}));
+                              "800a Conectar", "800a Vulkan", "800a Janela sem borda", "800e Modo de tela:",
+                              "8005 Idioma:", "800d Requisitos", "8004 Requisitos", "800d Vulkan", "800c Copiado!"}));
 }
 
 }  // namespace

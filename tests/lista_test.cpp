@@ -22,9 +22,16 @@ TEST(Lista, LeTudoOQueOFormatoPermiteEEscreveOMesmo) {
         kSha +
         "\t999\n"
         "c\t00000000\t0\t\n"
+        ";blocos\ta b\\ç.pak\t9\t" +
+        kSha +
+        "\n"
         ";remover\tvelho\\x.dll\n;remover\ty\n";
     EXPECT_EQ(Lida("\xEF\xBB\xBF;seq\t-12abc\r\n"
                    ";comentário\tqualquer\n;SEQ\t3\n"
+                   ";blocos\tc\t-1\t" +
+                   kSha + "\n;blocos\t../c\t1\t" + kSha + "\n;blocos\tc\t1\tcurto\n;blocos\tc\t1\n;blocos\n" +
+                   ";blocos\ta b\\ç.pak\t9\t" + std::string(64, 'A') +
+                   "\n"
                    ";versao\t1.0\n;versao\t2.0 ção\t3.0\n;chave-assets\tk\n;sozinha\n\n"
                    ";remover\tvelho\\x.dll\n"
                    "Data\\Zu.ini\t0cbf4392\t10  \r\n"

@@ -149,6 +149,10 @@ TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
         return LerTela(ui.Janela()) ==
                "Zu Launcher\nZU | TORVAL 97 C+\n75%\nRegistrar\n50%\n(Opções) | (Conectar) | Fechar";
     }));
+    ui.NaThread([] {
+        EXPECT_EQ(zu::launcher::Principal().Parte(0).valor + zu::launcher::Principal().Parte(1).valor, L"75%50%");
+        EXPECT_EQ(zu::launcher::Principal().Parte(2).papel, ROLE_SYSTEM_STATICTEXT);
+    });
     for (const char* const provas :
          {"226,450=FFFFFF~0 5,45=FFFFFF~0 305,416=FFFFFF~0", "226,450=E2E2E2~0 5,45=D4D4D4~0"}) {
         contraste = !contraste;

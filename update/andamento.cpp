@@ -42,6 +42,7 @@ void Andamento::Comecar(StatusUpdate status, std::string_view texto, std::uint64
         estado_.arquivosFeitos = 0;
         estado_.arquivosTotal = arquivos;
         estado_.bytesFeitos = 0;
+        reaproveitados_ = 0;
         estado_.bytesTotal = bytes;
         estado_.estacionados = 0;
         estado_.arquivo.clear();
@@ -68,10 +69,15 @@ void Andamento::SomarArquivo() {
 
 void Andamento::DefinirBytes(std::uint64_t feitos) {
     const std::lock_guard guarda(trava_);
-    estado_.bytesFeitos = std::min(feitos, estado_.bytesTotal);
+    estado_.bytesFeitos = std::min(feitos + static_cast<std::uint64_t>(reaproveitados_), estado_.bytesTotal);
     estado_.fracao = estado_.bytesTotal == 0
                          ? 0
                          : static_cast<double>(estado_.bytesFeitos) / static_cast<double>(estado_.bytesTotal);
+}
+
+void Andamento::SomarReaproveitados(std::int64_t bytes) {
+    const std::lock_guard guarda(trava_);
+    reaproveitados_ += bytes;
 }
 
 void Andamento::DefinirVelocidade(double bytesPorSegundo) {

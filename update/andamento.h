@@ -40,6 +40,8 @@ class Andamento {
     void DefinirArquivo(std::string_view caminho);
     void SomarArquivo();
     void DefinirBytes(std::uint64_t feitos);  // never shown beyond the total
+    // Bytes that need not come, or all the same must: done beside those of `DefinirBytes`, which count the network.
+    void SomarReaproveitados(std::int64_t bytes);
     void DefinirVelocidade(double bytesPorSegundo);
 
     void Anotar(LinhaResultado linha);
@@ -54,6 +56,7 @@ class Andamento {
 
     mutable std::mutex trava_;
     EstadoAtualizacao estado_;
+    std::int64_t reaproveitados_ = 0;
     std::vector<LinhaResultado> resultados_;
     std::vector<TrocaPendente> trocas_;
 };

@@ -126,8 +126,10 @@ void Atualizador::Rodar(bool reparar) {
     ListaObtida obtida;
     if (!ObterLista(*this, obtida)) return;
     if (reparar) ApagarSobras(obtida.lista);
+    blocos_.Esquecer();
     std::size_t baixados = 0;
     for (int recomecos = 0;; ++recomecos) {
+        blocos_.Usar(obtida.lista);
         std::vector<std::size_t> indices;
         // What a run that begins anew has read already it need not read again.
         if (!VerificarArquivos(*this, obtida.lista, reparar && recomecos == 0, indices)) return;

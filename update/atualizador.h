@@ -12,9 +12,10 @@
 #include <thread>
 #include <vector>
 
+#include "update/andamento.h"
+#include "update/blocos.h"
 #include "update/cache.h"
 #include "update/hash_arquivo.h"
-#include "update/andamento.h"
 
 namespace zu::launcher::update {
 struct ItemLista;
@@ -51,7 +52,8 @@ class Atualizador {
     // The whole run, on the calling thread. Ends in one status and one sentence.
     void Rodar(bool reparar);
 
-    // Fetches one item into `destino`, whole or joined from its parts, and proves it: true only when `destino` holds
+    // Fetches one item into `destino`, put together from what the file on the disk shares with it, or whole, or joined
+    // from its parts, and proves it: true only when `destino` holds
     // exactly the bytes that the list promises; `sha256` is then their digest in text. Otherwise one message in `erro`.
     // Received bytes are added to `bytesBaixados`.
     bool BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
@@ -68,12 +70,14 @@ class Atualizador {
     bool EsperarOuCancelar(std::chrono::milliseconds pausa);
     Andamento& ObterAndamento() { return andamento_; }
     CacheDeArquivos& Cache() { return cache_; }
+    ReusoDeBlocos& Blocos() { return blocos_; }
 
  private:
     void RodarProtegido(bool reparar) noexcept;
 
     Andamento andamento_;
     CacheDeArquivos cache_;
+    ReusoDeBlocos blocos_;
     std::atomic<bool> emCurso_ = false;
     std::atomic<bool> cancelar_ = false;
     std::mutex travaAviso_;

@@ -31,7 +31,7 @@ Falta FaltaDoItem(const update::ItemLista& item) {
     if (presentes == item.tamanho || TamanhoDoArquivo(ComSufixo(alvo, L".novo")) == item.tamanho) return {};
     if (item.partes > 0) {
         const std::uint64_t partes = TamanhoDasPartes(temporario, item.partes);
-        return {item.tamanho - std::min(partes, item.tamanho), item.tamanho};
+        return {item.tamanho - std::min(partes, item.tamanho), item.tamanho - std::min(presentes, item.tamanho)};
     }
     return {presentes < item.tamanho ? item.tamanho - presentes : item.tamanho, 0};
 }

@@ -1,7 +1,6 @@
 // What earlier runs left below the game folder.
 #pragma once
 
-
 namespace zu::launcher::update {
 struct UpdateList;
 }

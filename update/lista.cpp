@@ -19,6 +19,7 @@ constexpr std::string_view kVersao = ";versao";
 constexpr std::string_view kChaveAssets = ";chave-assets";
 constexpr std::string_view kValidade = ";validade";
 constexpr std::string_view kRemover = ";remover";
+constexpr std::string_view kBlocos = ";blocos";
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 constexpr std::uint32_t kMaximoDePartes = 999;
 constexpr std::size_t kTamanhoSha256 = 64;
@@ -50,6 +51,16 @@ void LerSeq(std::string_view texto, std::int64_t& seq) {
     if (std::from_chars(texto.data(), texto.data() + texto.size(), lido).ec == std::errc{}) seq = lido;
 }
 
+// What is not as it should be is ignored, as by a launcher that does not know the directive.
+void LerBlocos(const Campos& campos, UpdateList& lista) {
+    IndiceListado indice{.caminho = std::string(campos.valor[1]),
+                         .sha256 = MinusculasAscii(std::string(campos.valor[3]))};
+    if (CaminhoSeguro(indice.caminho) && LerNumeroInteiro(campos.valor[2], indice.tamanho) &&
+        indice.sha256.size() == kTamanhoSha256) {
+        lista.blocos.push_back(std::move(indice));
+    }
+}
+
 bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
     if (campos.quantos < 2) return true;
     const auto [nome, valor] = std::pair(campos.valor[0], campos.valor[1]);
@@ -61,6 +72,8 @@ bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
         lista.chaveAssets = valor;
     } else if (nome == kValidade) {
         if (const auto instante = LerInstante(valor)) lista.validade = instante;
+    } else if (nome == kBlocos) {
+        LerBlocos(campos, lista);
     } else if (nome == kRemover) {
         if (!CaminhoSeguro(valor)) {
             falha = Formatar("caminho inseguro em ;remover ({})", valor);
@@ -150,6 +163,8 @@ std::string EscreverLista(const UpdateList& lista) {
         texto += Formatar("{}\t{:08X}\t{}\t{}", item.caminho, item.crc, item.tamanho, item.sha256);
         texto += item.partes == 0 ? std::string("\n") : Formatar("\t{}\n", item.partes);
     }
+    for (const IndiceListado& indice : lista.blocos)
+        texto += Formatar("{}\t{}\t{}\t{}\n", kBlocos, indice.caminho, indice.tamanho, indice.sha256);
     for (const std::string& caminho : lista.remover)
         texto += Formatar("{}\t{}\n", kRemover, caminho);
     return texto;

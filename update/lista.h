@@ -23,13 +23,21 @@ struct ItemLista {
     std::uint32_t partes = 0;   // 0: published whole; 1 to 999: published as that many parts
 };
 
+// The block index of a listed file, published beside it.
+struct IndiceListado {
+    std::string caminho;        // of the file, as written
+    std::string sha256;         // of the index: 64 lower-case characters
+    std::uint64_t tamanho = 0;  // bytes of the index
+};
+
 struct UpdateList {
     std::int64_t seq = 0;
     std::string versao;
     std::string chaveAssets;
-    std::optional<Instante> validade;  // not to be used after it; none: it never expires
-    std::vector<ItemLista> itens;      // in the list's order
-    std::vector<std::string> remover;  // as written
+    std::optional<Instante> validade;   // not to be used after it; none: it never expires
+    std::vector<ItemLista> itens;       // in the list's order
+    std::vector<std::string> remover;   // as written
+    std::vector<IndiceListado> blocos;  // of the same path the last counts
 };
 
 // A list taken apart. `assinados` looks into the text that was given.

@@ -23,7 +23,9 @@
 #include "tools/forjal/paralelo.h"
 #include "ui/controles/pintor_controle.h"
 #include "ui/janelas/pintor_principal.h"
+#include "update/agendador.h"
 #include "update/atualizador.h"
+#include "update/blocos_busca.h"
 #include "update/estado.h"
 #include "update/hash_arquivo.h"
 #include "update/http.h"
@@ -260,6 +262,68 @@ void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int
     ImprimirMemoria();
 }
 
+// The file in order, in pieces of any length.
+bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos) {
+    DWORD agora = 0;
+    const bool leu = ReadFile(arquivo, bytes.data(), static_cast<DWORD>(bytes.size()), &agora, nullptr) != 0;
+    lidos = agora;
+    return leu;
+}
+
+HandleArquivo AbrirParaLer(const std::filesystem::path& caminho) {
+    return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+}
+
+// indice ARQUIVO SAIDA: the block index of a file
+void MedirIndice(const std::filesystem::path& arquivo, const std::filesystem::path& saida) {
+    const HandleArquivo leitura = AbrirParaLer(arquivo);
+    update::EscritorDeIndice escritor(TamanhoDoArquivo(arquivo));
+    std::vector<std::uint8_t> bloco(1 << 20);
+    for (std::size_t lidos = 1; lidos != 0;) {
+        if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
+        escritor.Alimentar(bloco.data(), lidos);
+    }
+    if (!GravarArquivoAtomico(saida, escritor.Terminar())) Falhar("gravar");
+}
+
+// busca VELHO INDICE: the search for the blocks of the index, and CRC-32 and SHA-256 of the same file
+void MedirBusca(const std::filesystem::path& velho, const std::filesystem::path& arquivoDoIndice) {
+    update::IndiceDeBlocos indice;
+    if (!update::LerIndice(Texto(arquivoDoIndice), indice)) Falhar("indice");
+    const auto buscar = [&] {
+        const HandleArquivo leitura = AbrirParaLer(velho);
+        std::vector<std::uint64_t> onde;
+        const auto ler = [&](std::span<std::uint8_t> bytes, std::size_t& lidos) {
+            return LerPedaco(leitura.Valor(), bytes, lidos);
+        };
+        if (!update::BuscarBlocos(indice, ler, onde)) Falhar("busca");
+    };
+    Medir(buscar, [&] {
+        if (!HashArquivo(velho, 0).ok) Falhar("hash");
+    });
+}
+
+// tentar PASTA URL: all files of the list over 16 connections, whether they come or not
+void MedirTentativa(const std::filesystem::path& pasta, const std::string& url) {
+    teste::Configurar(pasta, url, 16);
+    update::UpdateList lista;
+    std::string texto;
+    std::string erro;
+    if (!HttpBaixarTexto(DeUtf8(url + "UpdateList.txt"), texto, erro, update::kLimiteDaLista) ||
+        !update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) {
+        Falhar(erro);
+    }
+    std::vector<std::size_t> indices(lista.itens.size());
+    for (std::size_t i = 0; i < indices.size(); ++i)
+        indices[i] = i;
+    Atualizador atualizador;
+    atualizador.Blocos().Usar(lista);
+    BaixarTodos(atualizador, lista, indices);
+    // What the system tells of a process is not what it holds under Wine.
+    Imprimir("memoria", static_cast<double>(maisEmUso));
+}
+
 // One whole repaint of the main window and of its controls, into memory as on the screen.
 void MedirPintura() {
     constexpr int kRepinturas = 200;
@@ -351,6 +415,9 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1].string(), a[2], a[3]); }},
     {"grande", 3, [](const Argumentos& a) { MedirGrande(a[1], a[2].string(), a[3].string()); }},
     {"baixar", 3, [](const Argumentos& a) { MedirBaixar(a[1], a[2].string(), std::stoi(a[3].native())); }},
+    {"indice", 2, [](const Argumentos& a) { MedirIndice(a[1], a[2]); }},
+    {"busca", 2, [](const Argumentos& a) { MedirBusca(a[1], a[2]); }},
+    {"tentar", 2, [](const Argumentos& a) { MedirTentativa(a[1], a[2].string()); }},
     {"janela", 2, [](const Argumentos& a) { MedirJanela(a[1], a[2]); }},
     {"minimizar", 0,
      [](const Argumentos&) { PostMessageW(FindWindowW(kClasseDaJanela, nullptr), WM_SYSCOMMAND, SC_MINIMIZE, 0); }},

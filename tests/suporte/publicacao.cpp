@@ -11,6 +11,7 @@
 #include "core/hash.h"
 #include "core/texto.h"
 #include "tools/forjal/chave_da_lista.h"
+#include "update/blocos_indice.h"
 #include "update/hash_arquivo.h"
 #include "update/url.h"
 
@@ -34,6 +35,14 @@ std::string Assinar(std::string_view assinados) {
     return update::JuntarAssinatura(assinados, assinatura);
 }
 
+std::string Publicacao::Indice(const std::string& caminho) const {
+    const std::string& conteudo = arquivos.at(caminho);
+    const std::uint32_t n = partes.contains(caminho) ? partes.at(caminho) : 0;
+    update::EscritorDeIndice escritor(conteudo.size(), n == 0 ? 0 : (conteudo.size() + n - 1) / n);
+    escritor.Alimentar(conteudo.data(), conteudo.size());
+    return escritor.Terminar();
+}
+
 update::UpdateList Publicacao::Lista() const {
     update::UpdateList lista{.seq = seq, .versao = versao, .remover = remover};
     for (const auto& [caminho, conteudo] : arquivos) {
@@ -42,6 +51,10 @@ update::UpdateList Publicacao::Lista() const {
                                .tamanho = conteudo.size(),
                                .crc = ~Crc32Update(kCrc32Inicial, conteudo.data(), conteudo.size()),
                                .partes = partes.contains(caminho) ? partes.at(caminho) : 0});
+        if (!blocos) continue;
+        const std::string indice = Indice(caminho);
+        lista.blocos.push_back(
+            {.caminho = caminho, .sha256 = ParaHex(Sha256Of(ComoBytes(indice))), .tamanho = indice.size()});
     }
     return lista;
 }
@@ -50,6 +63,7 @@ void Publicacao::Servir(Servidor& servidor) const {
     for (const update::ItemLista& item : Lista().itens) {
         const std::string& conteudo = arquivos.at(item.caminho);
         const std::string caminho = MontarUrl("", item.caminho).substr(1);
+        if (blocos) servidor.Definir(caminho + ".blocos", teste::Servir(Indice(item.caminho)));
         if (item.partes == 0) servidor.Definir(caminho, teste::Servir(conteudo));
         const std::size_t porParte = (conteudo.size() + item.partes - 1) / std::max(1U, item.partes);
         for (std::uint32_t i = 0; i < item.partes; ++i)

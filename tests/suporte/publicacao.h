@@ -21,9 +21,12 @@ struct Publicacao {
     std::map<std::string, std::string> arquivos;  // list path to content
     std::map<std::string, std::uint32_t> partes;  // list path to the number of parts, for files published so
     std::vector<std::string> remover;
+    bool blocos = false;  // with an index of each file
 
     [[nodiscard]] update::UpdateList Lista() const;
-    // Puts the files, their parts and the signed list on the server.
+    // Of a file.
+    [[nodiscard]] std::string Indice(const std::string& caminho) const;
+    // Puts the files, their parts, their indexes and the signed list on the server.
     void Servir(Servidor& servidor) const;
 };
 

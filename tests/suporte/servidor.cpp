@@ -57,14 +57,17 @@ Roteiro Servir(std::string conteudo) {
     return [conteudo = std::move(conteudo)](const Pedido& pedido) -> Resposta {
         const std::string faixa = pedido.Cabecalho("range");
         if (faixa.empty()) return {.corpo = conteudo};
+        const std::size_t traco = faixa.find('-');
         const std::uint64_t inicio = std::stoull(faixa.substr(std::string_view("bytes=").size()));
+        const std::uint64_t fim = traco + 1 < faixa.size() ? std::stoull(faixa.substr(traco + 1)) + 1 : conteudo.size();
         if (inicio >= conteudo.size()) {
             return {.status = 416, .cabecalhos = {{"Content-Range", Formatar("bytes */{}", conteudo.size())}}};
         }
         return {.status = 206,
-                .corpo = conteudo.substr(inicio),
+                .corpo = conteudo.substr(inicio, fim - inicio),
                 .cabecalhos = {
-                    {"Content-Range", Formatar("bytes {}-{}/{}", inicio, conteudo.size() - 1, conteudo.size())}}};
+                    {"Content-Range", Formatar("bytes {}-{}/{}", inicio,
+                                               std::min<std::uint64_t>(fim, conteudo.size()) - 1, conteudo.size())}}};
     };
 }
 
