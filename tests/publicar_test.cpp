@@ -417,6 +417,10 @@ TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
         const std::string recusas = PrintToString(RecusarNomes(arquivos));
         EXPECT_THAT(recusas, HasSubstr(recusa.empty() ? "{}" : recusa));
     }
+    // The change's journal takes no longer path than the list.
+    std::array<ArquivoDoCliente, 2> longos{{{std::string(393, 'x'), kMiB}, {std::string(394, 'x'), kMiB}}};
+    PedirIndices(longos);
+    EXPECT_TRUE(longos[0].comIndice && !longos[1].comIndice);
 }
 
 TEST(ForjalParalelo, CadaTrabalhoUmaVez) {
