@@ -25,6 +25,7 @@ class Conferir : public Forjal {
         publicacao_.arquivos = {{"Data/é ç.pak", Bytes(9000)}, {"b.pak", Bytes(3000, 2)}, {"curto.exe", "x"},
                                 {"longo.exe", Bytes(9001)},    {"vazio.txt", ""},         {"Zu.exe", Bytes(5000, 3)}};
         publicacao_.partes = {{"b.pak", 3}};
+        publicacao_.blocos = true;
         publicacao_.Servir(servidor_);
     }
 
@@ -112,6 +113,9 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
         {"b.pak.p002", comCodigo(410), "faltando: b.pak.p002 (HTTP 410)"},
         {"b.pak.p003", outro(Bytes(999)), "diferente: b.pak em 3 parte(s) (2999 bytes, esperado 3000)"},
         {"vazio.txt", outro("<html>"), "diferente: vazio.txt (Content-Length diz 6 bytes, esperado 0)"},
+        {"b.pak.blocos", comCodigo(404), "faltando: b.pak.blocos (HTTP 404)"},
+        {"Zu.exe.blocos", outro("x"), "diferente: Zu.exe.blocos (1 bytes, esperado 57)"},
+        {"Zu.exe.blocos", outro(Bytes(57)), "diferente: Zu.exe.blocos (SHA-256 diferente)"},
         {"Zu.exe", outro(Bytes(5000, 4)), "diferente: Zu.exe (CRC "},
         {"b.pak.p003", outro(Bytes(1000, 4)), "diferente: b.pak em 3 parte(s) (CRC "},
         {"UpdateList.txt", outro("<html>"), "UpdateList.txt não tem uma assinatura válida desta chave"},
@@ -161,6 +165,7 @@ TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
 // A server that still has the publication before: only the folder tells.
 TEST_F(Conferir, PastaEServidorTemAMesmaLista) {
     publicacao_.partes.clear();
+    publicacao_.blocos = false;
     publicacao_.Servir(servidor_);
     for (const auto& [caminho, conteudo] : publicacao_.arquivos)
         pasta_.Escrever("saida/" + caminho, conteudo);

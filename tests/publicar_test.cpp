@@ -3,11 +3,13 @@
 #include <set>
 
 #include "core/formato.h"
+#include "core/texto.h"
 #include "tests/suporte/oficina.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicar/trava.h"
+#include "tools/forjal/relatorio.h"
 #include "tools/forjal/varredura.h"
 
 ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
@@ -52,11 +54,12 @@ TEST_F(Forjal, PublicaSoOQueMudouERefazODanoQueConferirMostra) {
         itens += Formatar("{} {}, ", item.caminho, item.partes);
     EXPECT_EQ(itens, "data/B.pak 3, Data_x/é ç.txt 0, dois.pak 2, justo.pak 0, sai 0, vazio 0, Zu.exe 0, ");
     EXPECT_TRUE(pasta_.Ler("saida/data/B.pak.p003") == grande.substr(4 * kMiB));
-    EXPECT_EQ(pasta_.Tudo().size(), 9U + 10U + 2U) << "client, published, list and record; nothing temporary";
+    EXPECT_EQ(pasta_.Tudo().size(), 9U + 10U + 3U + 2U)
+        << "client, published, indexes, list and record; nothing temporary";
 
     const std::string textoDaLista = pasta_.Ler("saida/UpdateList.txt");
     ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_;
-    EXPECT_TRUE(saida_.Tem("; 0 copiado(s)")) << saida_;
+    EXPECT_TRUE(saida_.Tem("MiB; 0 copiado(s)\n3 índice(s) de blocos, 0.0 MiB; 0 copiado(s)")) << saida_;
     EXPECT_EQ(pasta_.Ler("saida/UpdateList.txt"), textoDaLista);
 
     // Damage is found and repaired, that too which neither size nor time shows, and only there.
@@ -65,6 +68,8 @@ TEST_F(Forjal, PublicaSoOQueMudouERefazODanoQueConferirMostra) {
     pasta_.Adulterar("saida/data/B.pak.p002", "dano");
     pasta_.Escrever("saida/justo.pak", "curto");
     Apagar("saida/dois.pak.p002");
+    Apagar("saida/dois.pak.blocos");
+    pasta_.Adulterar("saida/data/B.pak.blocos", "dano");
     Apagar("saida/vazio");
     // By way of another name: Wine takes a change of letter case alone for none.
     std::filesystem::rename(pasta_ / "saida/sai", pasta_ / "saida/meio");
@@ -72,10 +77,11 @@ TEST_F(Forjal, PublicaSoOQueMudouERefazODanoQueConferirMostra) {
     EXPECT_EQ(Conferir(), kRecusado);
     for (const char* dito : {"diferente: Zu.exe (CRC", "diferente: data/B.pak em 3 parte(s) (CRC", "faltando: vazio\n",
                              "diferente: justo.pak (5 bytes, esperado 2097152)", "faltando: dois.pak.p002",
-                             "diferente: sai (no disco, sai está escrito SAI)", "6 diferença(s)"})
+                             "faltando: dois.pak.blocos", "diferente: data/B.pak.blocos (SHA-256 diferente)",
+                             "diferente: sai (no disco, sai está escrito SAI)", "8 diferença(s)"})
         EXPECT_TRUE(saida_.Tem(dito)) << dito << saida_;
     ASSERT_EQ(Publicar(8, opcoes), kFeito) << saida_;
-    EXPECT_TRUE(saida_.Tem("; 5 copiado(s)")) << saida_;
+    EXPECT_TRUE(saida_.Tem("MiB; 5 copiado(s)\n3 índice(s) de blocos, 0.0 MiB; 2 copiado(s)")) << saida_;
     EXPECT_TRUE(Hora("saida/data/B.pak.p001") == hora);
     EXPECT_EQ(Conferir(), kFeito) << saida_;
     pasta_.Adulterar("saida/UpdateList.txt", ";seq\t2");
@@ -162,9 +168,10 @@ class ForjalTroca : public Forjal {
         ASSERT_EQ(PublicarDeNovo(3), kFeito) << saida_;
         EXPECT_EQ(Conferir(), kFeito) << saida_;
         ASSERT_EQ(Publicar(4, {"--partes-mib=1", "--limpar"}), kFeito) << saida_;
-        EXPECT_THAT(Publicado(), ElementsAre(Key("Forjal.publicados"), Key("UpdateList.txt"), Key("caixa/"),
-                                             Key("caixa/muda"), Key("grande.p001"), Key("grande.p002"), Key("igual"),
-                                             Key("muda"), Key("nova/"), Key("nova/pasta/"), Key("nova/pasta/novo")));
+        EXPECT_THAT(Publicado(),
+                    ElementsAre(Key("Forjal.publicados"), Key("UpdateList.txt"), Key("caixa/"), Key("caixa/muda"),
+                                Key("grande.blocos"), Key("grande.p001"), Key("grande.p002"), Key("igual"), Key("muda"),
+                                Key("nova/"), Key("nova/pasta/"), Key("nova/pasta/novo")));
     }
 
     std::map<std::string, std::string> antes_;
@@ -249,14 +256,15 @@ TEST_F(Forjal, LimparApagaSoOQueOForjalPublicou) {
                     registro + registro + "97D2BC6B\t2\t../fora\n97D2BC6B\t2\t..\\fora\nlixo\n\n");
     ASSERT_EQ(Publicar(3, {"--partes-mib=1", "--limpar"}), kFeito) << saida_;
     EXPECT_TRUE(pasta_.Tem("fora"));
-    EXPECT_THAT(Publicado(),
-                ElementsAre(Key("Forjal.publicados"), Key("Grande.p001"), Key("Grande.p002"), Key("UpdateList.txt"),
-                            Pair("trocado", "do website"), Key("velho/"), Pair("velho/pagina.html", "do servidor")));
+    EXPECT_THAT(Publicado(), ElementsAre(Key("Forjal.publicados"), Key("Grande.blocos"), Key("Grande.p001"),
+                                         Key("Grande.p002"), Key("UpdateList.txt"), Pair("trocado", "do website"),
+                                         Key("velho/"), Pair("velho/pagina.html", "do servidor")));
 
-    // Back in one piece: the parts are the old files now.
+    // Back in one piece: the parts are the old files now, and so is the index.
     for (const int seq : {4, 5}) {
-        EXPECT_TRUE(pasta_.Tem("saida/Grande.p001")) << "for whoever is downloading by the list before";
-        ASSERT_EQ(Publicar(seq, {"--limpar"}), kFeito) << saida_;
+        EXPECT_TRUE(pasta_.Tem("saida/Grande.p001") && pasta_.Tem("saida/Grande.blocos"))
+            << "for whoever is downloading by the list before";
+        ASSERT_EQ(Publicar(seq, {"--limpar", "--sem-blocos"}), kFeito) << saida_;
     }
     EXPECT_THAT(Publicado(), ElementsAre(Key("Forjal.publicados"), Key("Grande"), Key("UpdateList.txt"), Key("trocado"),
                                          Key("velho/"), Key("velho/pagina.html")));
@@ -346,12 +354,24 @@ TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
     ASSERT_EQ(Publicar(1, confiar), kFeito) << saida_;
     const std::string lidoDoA = Lista().itens[0].sha256;
 
+    // Changes a byte of the index, and signs for that.
+    const auto mudarIndice = [this](std::size_t onde) {
+        update::UpdateList lista = Lista();
+        std::string indice = pasta_.Ler("saida/g.blocos");
+        indice[onde] ^= 3;
+        pasta_.Escrever("saida/g.blocos", indice);
+        lista.blocos.at(0).sha256 = ParaHex(HashDoTexto(indice).sha256);
+        pasta_.Escrever("saida/UpdateList.txt", teste::Assinar(update::EscreverLista(lista)));
+    };
     // What speaks against it, each alone: the file is read again and put right.
     const std::pair<std::function<void()>, int> motivos[]{
         {[&] { pasta_.Adulterar("cliente/a", "ANTES"); }, 2},
         {[&] { Apagar("saida/g.p002"); }, 1},
         {[&] { pasta_.Escrever("saida/g.p001", "curto"); }, 1},
         {[&] { pasta_.Escrever("cliente/g", teste::Bytes(kMiB + 1, 2)); }, 1},
+        {[&] { pasta_.Adulterar("saida/g.blocos", "dano"); }, 1},
+        {[&] { mudarIndice(4); }, 1},
+        {[] {}, 2},
         {[&] { Apagar("saida/Forjal.publicados"); }, 0},
     };
     int seq = 2;
@@ -362,6 +382,16 @@ TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
         EXPECT_EQ(Lista().itens[0].sha256 == lidoDoA, naoLidos > 0);
         EXPECT_EQ(Conferir(), kFeito) << saida_;
     }
+    // An index that the list before does not name is made; no other part of the file speaks for one.
+    ASSERT_EQ(Publicar(seq++, {"--confiar-na-data", "--partes-mib=1", "--sem-blocos"}), kFeito) << saida_;
+    EXPECT_TRUE(saida_.Tem("2 arquivo(s) não lido(s)")) << saida_;
+    ASSERT_EQ(Publicar(seq++, confiar), kFeito) << saida_;
+    EXPECT_EQ(Lista().blocos.size(), 1U);
+    // One that is as the list says, and of another file.
+    mudarIndice(40);
+    EXPECT_EQ(Conferir(), kRecusado);
+    EXPECT_TRUE(saida_.Tem("diferente: g.blocos (não é o índice deste arquivo)")) << saida_;
+
     // In one piece again: the parts' reading says nothing about it.
     ASSERT_EQ(Publicar(seq, {"--confiar-na-data"}), kFeito) << saida_;
     EXPECT_EQ(Conferir(), kFeito) << saida_;
@@ -386,6 +416,9 @@ TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
         {{"2.pak", "2.pak.p001"}, "mesmo nome"},
         {{"2.pak", "2.PAK.P002"}, "mesmo nome"},
         {{"2.pak", "2.pak.p002/dentro"}, "arquivo e pasta"},
+        {{"1.pak", "1.PAK.Blocos"}, "mesmo nome"},
+        {{"1.pak", "1.pak.blocos/dentro"}, "arquivo e pasta"},
+        {{"0.pak", "0.pak.blocos"}, ""},
         {{"999.pak"}, ""},
         {{"1000.pak"}, "1000.pak: daria 1000 partes, o limite é 999"},
     };
@@ -394,9 +427,14 @@ TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
         for (const std::string& caminho : caminhos)
             arquivos.push_back({caminho, caminho.ends_with(".pak") ? std::stoull(caminho) * kMiB : 0});
         Dividir(arquivos, kMiB);
+        PedirIndices(arquivos);
         const std::string recusas = PrintToString(RecusarNomes(arquivos));
         EXPECT_THAT(recusas, HasSubstr(recusa.empty() ? "{}" : recusa));
     }
+    // The change's journal takes no longer path than the list.
+    std::array<ArquivoDoCliente, 2> longos{{{std::string(393, 'x'), kMiB}, {std::string(394, 'x'), kMiB}}};
+    PedirIndices(longos);
+    EXPECT_TRUE(longos[0].comIndice && !longos[1].comIndice);
 }
 
 TEST(ForjalParalelo, CadaTrabalhoUmaVez) {

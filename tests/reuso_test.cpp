@@ -5,6 +5,7 @@
 #include "core/texto.h"
 #include "tests/suporte/publicacao.h"
 #include "update/atualizador.h"
+#include "update/blocos.h"
 #include "update/blocos_indice.h"
 
 namespace zu::launcher {

@@ -12,6 +12,7 @@
 #include "core/excecao.h"
 #include "core/log.h"
 #include "update/agendador.h"
+#include "update/blocos.h"
 #include "update/busca_lista.h"
 #include "update/espaco.h"
 #include "update/estado.h"
@@ -72,6 +73,8 @@ void Concluir(Andamento& andamento, const update::UpdateList& lista, const std::
 
 }  // namespace
 
+Atualizador::Atualizador() : blocos_(std::make_unique<ReusoDeBlocos>()) {}
+
 Atualizador::~Atualizador() {
     Cancelar();
     if (trabalhador_.joinable()) trabalhador_.join();
@@ -126,10 +129,10 @@ void Atualizador::Rodar(bool reparar) {
     ListaObtida obtida;
     if (!ObterLista(*this, obtida)) return;
     if (reparar) ApagarSobras(obtida.lista);
-    blocos_.Esquecer();
+    blocos_->Esquecer();
     std::size_t baixados = 0;
     for (int recomecos = 0;; ++recomecos) {
-        blocos_.Usar(obtida.lista);
+        blocos_->Usar(obtida.lista);
         std::vector<std::size_t> indices;
         // What a run that begins anew has read already it need not read again.
         if (!VerificarArquivos(*this, obtida.lista, reparar && recomecos == 0, indices)) return;

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -13,7 +14,6 @@
 #include <vector>
 
 #include "update/andamento.h"
-#include "update/blocos.h"
 #include "update/cache.h"
 #include "update/hash_arquivo.h"
 
@@ -23,11 +23,13 @@ struct ItemLista;
 
 namespace zu::launcher {
 
+class ReusoDeBlocos;
+
 // Owned by one front-end thread, which calls the first group of operations; the run's own threads call the second.
 // What to update and from where is in `ObterConfig()`.
 class Atualizador {
  public:
-    Atualizador() = default;
+    Atualizador();
     Atualizador(const Atualizador&) = delete;
     Atualizador& operator=(const Atualizador&) = delete;
     ~Atualizador();  // cancels and waits for the run
@@ -70,14 +72,14 @@ class Atualizador {
     bool EsperarOuCancelar(std::chrono::milliseconds pausa);
     Andamento& ObterAndamento() { return andamento_; }
     CacheDeArquivos& Cache() { return cache_; }
-    ReusoDeBlocos& Blocos() { return blocos_; }
+    ReusoDeBlocos& Blocos() { return *blocos_; }
 
  private:
     void RodarProtegido(bool reparar) noexcept;
 
     Andamento andamento_;
     CacheDeArquivos cache_;
-    ReusoDeBlocos blocos_;
+    const std::unique_ptr<ReusoDeBlocos> blocos_;
     std::atomic<bool> emCurso_ = false;
     std::atomic<bool> cancelar_ = false;
     std::mutex travaAviso_;

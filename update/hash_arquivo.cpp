@@ -13,7 +13,7 @@ namespace {
 constexpr DWORD kMaiorBloco = 1024 * 1024;
 
 struct Observadores {
-    const std::function<void(std::uint64_t)>& progresso;
+    const std::function<void(std::span<const std::uint8_t>)>& visita;
     const std::atomic<bool>* cancelar;
 };
 
@@ -36,7 +36,7 @@ bool LerUm(const std::filesystem::path& caminho, HashCorrente& hash, const Obser
         if (ReadFile(arquivo.Valor(), bloco.get(), tamanho, &lidos, nullptr) == 0) return false;
         if (lidos == 0) return true;
         hash.Alimentar(bloco.get(), lidos);
-        if (observadores.progresso) observadores.progresso(lidos);
+        if (observadores.visita) observadores.visita({bloco.get(), lidos});
     }
 }
 
@@ -63,8 +63,9 @@ std::filesystem::path CaminhoDaParte(const std::filesystem::path& caminho, std::
 }
 
 ResultadoHash HashArquivo(const std::filesystem::path& caminho, std::uint32_t partes,
-                          const std::function<void(std::uint64_t)>& progresso, const std::atomic<bool>* cancelar) {
-    const Observadores observadores{progresso, cancelar};
+                          const std::function<void(std::span<const std::uint8_t>)>& visita,
+                          const std::atomic<bool>* cancelar) {
+    const Observadores observadores{visita, cancelar};
     HashCorrente hash;
     bool ok = partes > 0 || LerUm(caminho, hash, observadores);
     for (std::uint32_t parte = 1; ok && parte <= partes; ++parte) {

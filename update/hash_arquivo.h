@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 
 #include "core/crc32.h"
@@ -33,10 +34,10 @@ class HashCorrente {
     Sha256Incremental sha256_ = Sha256Begin();
 };
 
-// Reads the file itself (`partes` 0) or its parts .p001 to .pNNN in order as one stream. `progresso` receives each
-// block's length; a set `cancelar` ends the reading before the next block. Both may be absent.
+// Reads the file itself (`partes` 0) or its parts .p001 to .pNNN in order as one stream. `visita` receives each
+// block; a set `cancelar` ends the reading before the next block. Both may be absent.
 ResultadoHash HashArquivo(const std::filesystem::path& caminho, std::uint32_t partes,
-                          const std::function<void(std::uint64_t)>& progresso = {},
+                          const std::function<void(std::span<const std::uint8_t>)>& visita = {},
                           const std::atomic<bool>* cancelar = nullptr);
 
 // The name of one part, counted from 1: the path followed by ".p001" and so on.

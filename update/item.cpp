@@ -8,6 +8,7 @@
 #include "core/texto.h"
 #include "core/utf16.h"
 #include "update/atualizador.h"
+#include "update/blocos.h"
 #include "update/caminhos.h"
 #include "update/hash_arquivo.h"
 #include "update/lista.h"
@@ -82,14 +83,14 @@ bool Atualizador::ConferirItem(const update::ItemLista& item, const std::filesys
 bool Atualizador::BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
                              std::atomic<std::uint64_t>& bytesBaixados, std::string& sha256, std::string& erro) {
     const Transferencia t{item, destino, [&bytesBaixados](std::uint64_t bytes) { bytesBaixados += bytes; }, cancelar_};
-    const Reuso reuso = blocos_.Baixar(t, andamento_, erro);
+    const Reuso reuso = blocos_->Baixar(t, andamento_, erro);
     if (reuso.fim == FimDoReuso::kInterrompido) return false;
     if (reuso.fim == FimDoReuso::kMontado) {
         if (ConferirItem(item, destino, sha256, erro, reuso.hash)) return true;
         if (Cancelado()) return false;
         // Blocks that only seemed to match, or bytes that were wrong before: all of it comes anew.
         andamento_.SomarReaproveitados(-static_cast<std::int64_t>(reuso.doDisco));
-        blocos_.Desistir(item, erro);
+        blocos_->Desistir(item, erro);
         erro.clear();
     }
     ResultadoHash hash;

@@ -48,8 +48,8 @@ class Verificacao {
         if (!reparar_ && atualizador_.Cache().Achar(chave, info, entrada)) return true;
         atualizador_.ObterAndamento().DefinirArquivo(normal);
         std::uint64_t lidos = 0;
-        const auto progresso = [&](std::uint64_t bytes) {
-            lidos += bytes;
+        const auto progresso = [&](std::span<const std::uint8_t> bloco) {
+            lidos += bloco.size();
             atualizador_.ObterAndamento().DefinirBytes(bytesDosAnteriores_ + lidos);
         };
         const ResultadoHash hash = HashArquivo(alvo, 0, progresso, &atualizador_.Cancelamento());

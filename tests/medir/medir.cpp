@@ -25,6 +25,7 @@
 #include "ui/janelas/pintor_principal.h"
 #include "update/agendador.h"
 #include "update/atualizador.h"
+#include "update/blocos.h"
 #include "update/blocos_busca.h"
 #include "update/estado.h"
 #include "update/hash_arquivo.h"

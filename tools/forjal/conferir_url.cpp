@@ -14,6 +14,7 @@
 #include "tools/forjal/lista_publicada.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/sonda.h"
+#include "update/caminhos.h"
 #include "update/http.h"
 #include "update/url.h"
 
@@ -32,7 +33,8 @@ constexpr std::string_view kLista = "UpdateList.txt";
 // One file of the list under the check.
 struct Alvo {
     const update::ItemLista* item;
-    bool exemplo = false;  // of its kind
+    const update::IndiceListado* indice;  // null: the list names none
+    bool exemplo = false;                 // of its kind
 };
 
 // Whether `novo` shows better than `velho` what happens to files of their kind, at little cost.
@@ -46,10 +48,11 @@ std::string Terminacao(const std::string& caminho) {
     return ponto == std::string::npos || caminho[ponto] != '.' ? "" : MinusculasAscii(caminho.substr(ponto));
 }
 
-std::vector<Alvo> Escolher(const update::UpdateList& lista, std::size_t amostra) {
+std::vector<Alvo> Escolher(const update::UpdateList& lista, Fileira<update::IndiceListado>& indices,
+                           std::size_t amostra) {
     std::vector<Alvo> todos;
     for (const update::ItemLista& item : lista.itens)
-        todos.push_back({&item});
+        todos.push_back({&item, indices.Achar(update::NormalizarCaminho(item.caminho))});
     if (amostra > 0 && amostra < todos.size()) {
         std::vector<Alvo> sorteados;
         std::ranges::sample(todos, std::back_inserter(sorteados), static_cast<std::ptrdiff_t>(amostra),
@@ -103,6 +106,7 @@ class Conferencia {
         if ((item.partes > 0 ? FaixasDasPartes(item, t) : FaixaDoArquivo(alvo, t)) && pedido_.completo) {
             Conteudo(item, t);
         }
+        if (t.diferencas.linhas.empty() && alvo.indice != nullptr) Indice(alvo, t);
         return t;
     }
 
@@ -158,6 +162,19 @@ class Conferencia {
         t.diferencas.Diferente(NomeInteiro(item), motivo);
     }
 
+    void Indice(const Alvo& alvo, Tentativa& t) const {
+        const std::string nome = NomeDoIndice(alvo.indice->caminho);
+        HashCorrente hash;
+        const auto receber = [&](const char* bloco, std::size_t tamanho) { hash.Alimentar(bloco, tamanho); };
+        const auto pergunta = [&](const std::wstring& url) { return SondarInteiro(url, receber); };
+        if (!Provar(*alvo.item, nome, pergunta, t)) return;
+        const ResultadoHash resultado = hash.Terminar(true);
+        const std::string motivo = DiferencaDoIndice(*alvo.indice, resultado);
+        if (motivo.empty()) return;
+        t.passageira = resultado.bytes < alvo.indice->tamanho;
+        t.diferencas.Diferente(nome, motivo);
+    }
+
     // Asks at the address that a launcher uses. When the answer is wrong but right without the query, that is told too.
     bool Provar(const update::ItemLista& item, const std::string& nome, const Pergunta& pergunta, Tentativa& t) const {
         const std::string url = MontarUrl(pedido_.base, nome);
@@ -207,7 +224,8 @@ bool BaixarLista(const std::string& base, const UpdateSigningKey& publica, Lista
 
 std::vector<Diferencas> ConferirServidor(const PedidoAoServidor& pedido, const ListaDoServidor& obtida, Saida& saida,
                                          std::size_t& conferidos) {
-    const std::vector<Alvo> alvos = Escolher(obtida.lista, pedido.amostra);
+    Fileira<update::IndiceListado> indices = IndicesDe(obtida.lista);
+    const std::vector<Alvo> alvos = Escolher(obtida.lista, indices, pedido.amostra);
     conferidos = alvos.size();
     std::vector<Diferencas> diferencas(alvos.size() + 1);
     std::vector<std::uint64_t> tamanhos;

@@ -27,8 +27,9 @@ bool BaixarLista(const std::string& base, const UpdateSigningKey& publica, Lista
 
 // Asks for every file and part of the list, or for the sample, over 16 connections: by a range, which a resumed
 // download needs; an example of each kind of file also whole, so that nothing that rewrites kinds of files goes
-// unnoticed; all of them whole when `completo`. What fails for a moment is asked three times. Last the list is fetched
-// once more: it must be the same still. `conferidos` is how many files were chosen.
+// unnoticed; all of them whole when `completo`; the indexes always whole, for they are small. What fails for a moment
+// is asked three times. Last the list is fetched once more: it must be the same still. `conferidos` is how many files
+// were chosen.
 std::vector<Diferencas> ConferirServidor(const PedidoAoServidor& pedido, const ListaDoServidor& obtida, Saida& saida,
                                          std::size_t& conferidos);
 

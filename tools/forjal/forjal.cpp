@@ -43,6 +43,7 @@ constexpr std::array kOpcoesPublicar{
     RegraDeOpcao{L"--chave-anterior", Valor::kNaoVazio, Vezes::kAteUma},
     RegraDeOpcao{L"--validade-dias", Valor::kNaoVazio, Vezes::kAteUma},
     RegraDeOpcao{L"--confiar-na-data", Valor::kNenhum, Vezes::kAteUma},
+    RegraDeOpcao{L"--sem-blocos", Valor::kNenhum, Vezes::kAteUma},
     RegraDeOpcao{L"--simular", Valor::kNenhum, Vezes::kAteUma},
     RegraDeOpcao{L"--limpar", Valor::kNenhum, Vezes::kAteUma},
 };
@@ -86,6 +87,8 @@ constexpr std::string_view kAjudaPublicar =
     "  --remover-ausentes         também o que a lista publicada cita e o cliente não tem mais\n"
     "  --muitas-remocoes          aceita que mais de um décimo dos arquivos da lista suma\n"
     "  --confiar-na-data          não lê o arquivo que tem o tamanho e a data de quando foi publicado\n"
+    "  --sem-blocos               sem os índices CAMINHO.blocos, com que os jogadores baixam só o que mudou num "
+    "arquivo\n"
     "  --simular                  confere e resume tudo sem gravar nada\n"
     "  --limpar                   apaga da saída o que o Forjal publicou antes e nem a lista nova nem a anterior "
     "citam\n"

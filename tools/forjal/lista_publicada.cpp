@@ -65,6 +65,13 @@ bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, st
     return false;
 }
 
+Fileira<update::IndiceListado> IndicesDe(const update::UpdateList& lista) {
+    std::vector<update::IndiceListado> indices = lista.blocos;
+    for (update::IndiceListado& indice : indices)
+        indice.caminho = update::NormalizarCaminho(indice.caminho);
+    return Fileira(std::move(indices));
+}
+
 std::vector<std::string> NomesPublicados(const update::ItemLista& item) {
     const std::string normal = update::NormalizarCaminho(item.caminho);
     if (item.partes == 0) return {normal};

@@ -9,6 +9,7 @@
 
 #include "core/assinatura.h"
 #include "tools/forjal/chave_da_lista.h"
+#include "tools/forjal/fileira.h"
 #include "update/lista.h"
 
 namespace zu::launcher::forjal {
@@ -29,7 +30,10 @@ bool LerListaAnterior(const std::filesystem::path& pasta, const ChaveDaLista& ch
 // The whole signed list, as it is published. False with the reason in `erro`, for one that no launcher would fetch too.
 bool AssinarLista(const ChaveDaLista& chave, const update::UpdateList& lista, std::string& texto, std::string& erro);
 
-// The files under which one is published: itself or its parts.
+// The indexes that a list names, by the normalised paths of their files.
+Fileira<update::IndiceListado> IndicesDe(const update::UpdateList& lista);
+
+// The files under which one is published: itself or its parts, its index apart.
 std::vector<std::string> NomesPublicados(const update::ItemLista& item);
 
 }  // namespace zu::launcher::forjal

@@ -29,6 +29,17 @@ std::string DiferencaDoConteudo(const update::ItemLista& item, const ResultadoHa
     return item.sha256.empty() || ParaHex(hash.sha256) == item.sha256 ? "" : "SHA-256 diferente";
 }
 
+std::string DiferencaDoIndice(const update::IndiceListado& listado, const ResultadoHash& hash) {
+    if (hash.bytes != listado.tamanho) return Formatar("{} bytes, esperado {}", hash.bytes, listado.tamanho);
+    return ParaHex(hash.sha256) == listado.sha256 ? "" : "SHA-256 diferente";
+}
+
+ResultadoHash HashDoTexto(std::string_view texto) {
+    HashCorrente hash;
+    hash.Alimentar(texto.data(), texto.size());
+    return hash.Terminar(true);
+}
+
 void ConferirValidade(const update::UpdateList& lista, Diferencas& diferencas) {
     if (!lista.validade || std::chrono::system_clock::now() <= *lista.validade) return;
     diferencas.Diferente("UpdateList.txt", Formatar("venceu em {}", update::TextoDoDia(*lista.validade)));

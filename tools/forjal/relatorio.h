@@ -27,6 +27,10 @@ std::string NomeInteiro(const update::ItemLista& item);
 // Why the bytes that were hashed are not the file's; empty when they are.
 std::string DiferencaDoConteudo(const update::ItemLista& item, const ResultadoHash& hash);
 
+// The same of an index that the list names.
+std::string DiferencaDoIndice(const update::IndiceListado& listado, const ResultadoHash& hash);
+ResultadoHash HashDoTexto(std::string_view texto);
+
 // A list past its date, which no launcher uses.
 void ConferirValidade(const update::UpdateList& lista, Diferencas& diferencas);
 

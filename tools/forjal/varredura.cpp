@@ -19,6 +19,7 @@
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicar/trava.h"
 #include "tools/forjal/publicar/troca.h"
+#include "update/blocos_indice.h"
 #include "update/caminhos.h"
 #include "update/hash_arquivo.h"
 
@@ -138,6 +139,7 @@ std::vector<std::string> NomesDe(const ArquivoDoCliente& arquivo) {
     for (const Trecho& trecho : TrechosDe(arquivo, 0)) {
         if (trecho.caminho != arquivo.caminho) nomes.push_back(trecho.caminho);
     }
+    if (arquivo.comIndice) nomes.push_back(NomeDoIndice(arquivo.caminho));
     return nomes;
 }
 
@@ -194,6 +196,17 @@ void Dividir(std::span<ArquivoDoCliente> arquivos, std::uint64_t bytesPorParte) 
         const std::uint64_t partes = (arquivo.tamanho - 1) / bytesPorParte + 1;
         arquivo.partes = static_cast<std::uint32_t>(std::min<std::uint64_t>(partes, UINT32_MAX));
     }
+}
+
+void PedirIndices(std::span<ArquivoDoCliente> arquivos) {
+    for (ArquivoDoCliente& arquivo : arquivos) {
+        arquivo.comIndice =
+            arquivo.tamanho >= update::kMenorComIndice && update::CaminhoSeguro(NomeDoIndice(arquivo.caminho));
+    }
+}
+
+std::string NomeDoIndice(std::string_view caminho) {
+    return Formatar("{}{}", caminho, update::kSufixoDoIndice);
 }
 
 std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t bytesPorParte) {

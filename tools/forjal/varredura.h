@@ -22,6 +22,7 @@ struct ArquivoDoCliente {
     std::uint64_t tamanho = 0;     // bytes
     std::uint64_t modificado = 0;  // FILETIME, as `InfoArquivo`
     std::uint32_t partes = 0;      // 0: published whole
+    bool comIndice = false;        // its block index is published beside it
 };
 
 // One published file: a whole client file or one part of it.
@@ -48,7 +49,13 @@ Varredura VarrerCliente(const std::filesystem::path& cliente, const Excluido& ex
 // Gives each file larger than `bytesPorParte` its number of parts; 0 splits none.
 void Dividir(std::span<ArquivoDoCliente> arquivos, std::uint64_t bytesPorParte);
 
-// The files under which one is published.
+// Marks each file that is large enough for a block index and whose index would have a path that the list takes.
+void PedirIndices(std::span<ArquivoDoCliente> arquivos);
+
+// The path under which the index of a file is published, whole and in parts alike.
+std::string NomeDoIndice(std::string_view caminho);
+
+// The files under which one is published, its index apart.
 std::vector<Trecho> TrechosDe(const ArquivoDoCliente& arquivo, std::uint64_t bytesPorParte);
 
 // The folders above a path, the outermost first: pieces of it.

@@ -12,7 +12,10 @@
 #include "core/crc32.h"
 #include "core/formato.h"
 #include "core/handle.h"
+#include "core/texto.h"
 #include "core/utf16.h"
+#include "tools/forjal/relatorio.h"
+#include "update/blocos_indice.h"
 
 namespace zu::launcher::forjal {
 namespace {
@@ -32,6 +35,11 @@ class Copia {
           AndamentoDaCopia andamento, ResultadoDaCopia& resultado)
         : origem_(AbrirParaLer(origem)), saida_(saida), troca_(troca), andamento_(andamento), resultado_(resultado) {}
 
+    void ComIndice(const ArquivoDoCliente& arquivo, std::uint64_t parte) {
+        indice_.emplace(arquivo.tamanho, parte);
+        comIndice_ = arquivo.caminho;
+    }
+
     void Rodar(std::span<const Trecho> trechos) {
         if (!origem_) {
             FalharNoSistema("não foi possível abrir");
@@ -49,26 +57,48 @@ class Copia {
         }
         resultado_.crc = ~crc_;
         Sha256Finish(sha256_, resultado_.sha256);
+        if (indice_) PrepararIndice();
     }
 
  private:
+    // Whether a file as long as this one stands there. False for a folder too, which is an error.
+    bool MesmoTamanho(const Trecho& trecho, const std::filesystem::path& destino) {
+        InfoArquivo info;
+        if (!LerInfoArquivo(destino, info)) return false;
+        if (info.Pasta()) resultado_.erro = Formatar("em --saida, {} é uma pasta", trecho.caminho);
+        return !info.Pasta() && info.tamanho == trecho.tamanho;
+    }
+
     bool Preparar(const Trecho& trecho) {
         const std::filesystem::path destino = saida_ / DeUtf8(trecho.caminho);
-        InfoArquivo info;
-        const bool existe = LerInfoArquivo(destino, info);
-        if (existe && info.Pasta()) {
-            resultado_.erro = Formatar("em --saida, {} é uma pasta", trecho.caminho);
-            return false;
-        }
+        const bool mesmoTamanho = MesmoTamanho(trecho, destino);
+        if (!resultado_.erro.empty()) return false;
         std::uint32_t crc = kCrc32Inicial;
         bool igual = false;
-        const bool ok = existe && info.tamanho == trecho.tamanho
-                            ? Comparar(trecho, destino, crc, igual) && (igual || Recopiar(trecho, crc))
-                            : Copiar(trecho, crc);
+        const bool ok = mesmoTamanho ? Comparar(trecho, destino, crc, igual) && (igual || Recopiar(trecho, crc))
+                                     : Copiar(trecho, crc);
         if (!ok) return false;
         resultado_.crcDosTrechos.push_back(~crc);
         resultado_.copiados += igual ? 0 : 1;
         return true;
+    }
+
+    // It comes from the same reading as the digests.
+    void PrepararIndice() {
+        const std::string bytes = indice_->Terminar();
+        if (bytes.empty()) return;
+        const Bloco bloco(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        const Trecho trecho{.caminho = NomeDoIndice(comIndice_), .tamanho = bytes.size()};
+        const std::filesystem::path destino = saida_ / DeUtf8(trecho.caminho);
+        std::string atual;
+        resultado_.indiceNovo = !MesmoTamanho(trecho, destino) || !LerArquivoInteiro(destino, atual) || atual != bytes;
+        if (!resultado_.erro.empty()) return;
+        const ResultadoHash hash = HashDoTexto(bytes);
+        resultado_.indice = {.caminho = comIndice_, .sha256 = ParaHex(hash.sha256), .tamanho = hash.bytes};
+        resultado_.crcDoIndice = hash.crc;
+        if (!resultado_.indiceNovo || troca_ == nullptr) return;
+        Troca::Arquivo novo(*troca_, trecho.caminho);
+        if (!novo || !novo.Escrever(bloco) || !novo.Concluir()) FalharNaEscrita(trecho);
     }
 
     bool Comparar(const Trecho& trecho, const std::filesystem::path& destino, std::uint32_t& crc, bool& igual) {
@@ -135,6 +165,7 @@ class Copia {
         crcDoTrecho = Crc32Update(crcDoTrecho, bloco.data(), bloco.size());
         crc_ = Crc32Update(crc_, bloco.data(), bloco.size());
         Sha256Feed(sha256_, bloco.data(), bloco.size());
+        if (indice_) indice_->Alimentar(bloco.data(), bloco.size());
         andamento_.bytes += bloco.size();
     }
 
@@ -162,14 +193,19 @@ class Copia {
     std::unique_ptr<std::uint8_t[]> outro_ = std::make_unique_for_overwrite<std::uint8_t[]>(kBloco);
     std::uint32_t crc_ = kCrc32Inicial;
     Sha256Incremental sha256_ = Sha256Begin();
+    std::optional<update::EscritorDeIndice> indice_;
+    std::string comIndice_;  // the file's path in the list
 };
 
 }  // namespace
 
-ResultadoDaCopia PrepararArquivo(const std::filesystem::path& origem, std::span<const Trecho> trechos,
-                                 const std::filesystem::path& saida, Troca* troca, AndamentoDaCopia andamento) {
+ResultadoDaCopia PrepararArquivo(const std::filesystem::path& cliente, const ArquivoDoCliente& arquivo,
+                                 std::uint64_t bytesPorParte, const std::filesystem::path& saida, Troca* troca,
+                                 AndamentoDaCopia andamento) {
     ResultadoDaCopia resultado;
-    Copia(origem, saida, troca, andamento, resultado).Rodar(trechos);
+    Copia copia(cliente / DeUtf8(arquivo.caminho), saida, troca, andamento, resultado);
+    if (arquivo.comIndice) copia.ComIndice(arquivo, arquivo.partes > 0 ? bytesPorParte : 0);
+    copia.Rodar(TrechosDe(arquivo, bytesPorParte));
     return resultado;
 }
 

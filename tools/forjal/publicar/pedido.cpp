@@ -134,6 +134,7 @@ bool LerPedido(const Opcoes& opcoes, Pedido& pedido, std::string& erro) {
     pedido.muitasRemocoes = opcoes.Tem(L"--muitas-remocoes");
     pedido.confiarNaData = opcoes.Tem(L"--confiar-na-data");
     pedido.simular = opcoes.Tem(L"--simular");
+    pedido.blocos = !opcoes.Tem(L"--sem-blocos");
     return LerPastas(opcoes, pedido, erro);
 }
 

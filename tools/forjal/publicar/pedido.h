@@ -24,6 +24,7 @@ struct Pedido {
     bool muitasRemocoes = false;
     bool confiarNaData = false;
     bool simular = false;  // nothing is written
+    bool blocos = true;    // large files get a block index
     Exclusoes exclusoes;
     UpdateSigningKey chaveAnterior;  // may have signed the published list; empty: none
 };

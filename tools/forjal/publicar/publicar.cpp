@@ -23,7 +23,9 @@
 #include "tools/forjal/publicar/remocoes.h"
 #include "tools/forjal/publicar/trava.h"
 #include "tools/forjal/publicar/troca.h"
+#include "tools/forjal/relatorio.h"
 #include "tools/forjal/varredura.h"
+#include "update/blocos_indice.h"
 #include "update/caminhos.h"
 
 namespace zu::launcher::forjal {
@@ -60,6 +62,7 @@ class Publicacao {
         recusas_ = std::move(varredura.recusas);
         arquivos_ = std::move(varredura.arquivos);
         Dividir(arquivos_, pedido_.bytesPorParte);
+        if (pedido_.blocos) PedirIndices(arquivos_);
         recusas_.merge(RecusarNomes(arquivos_, [this] { saida_.Progresso(0, "Conferindo os nomes"); }));
         recusas_.merge(RecusarChaves(pedido_.cliente, arquivos_, pedido_.chave));
         recusas_.merge(RecusarRemocoes(arquivos_, pedido_.lista.remover));
@@ -92,6 +95,7 @@ class Publicacao {
         }
         for (update::ItemLista& item : anterior_.itens)
             item.caminho = update::NormalizarCaminho(item.caminho);
+        indicesAnteriores_ = IndicesDe(anterior_);
         if (pedido_.lista.seq >= anterior_.seq) return true;
         return Recusar("--seq: {} é menor que o já publicado, {}", pedido_.lista.seq, anterior_.seq);
     }
@@ -116,11 +120,15 @@ class Publicacao {
         for (const std::string& pasta : pastas) {
             if (!pasta.empty() && naSaida_.OutraCaixa(pasta)) troca_.AcertarCaixa(pasta);
         }
-        ParaCadaTrecho([this](const Trecho& trecho) {
-            if (naSaida_.OutraCaixa(trecho.caminho)) troca_.AcertarCaixa(trecho.caminho);
-        });
-        const std::string lista = ParaUtf8(kNomeDaLista);
-        if (naSaida_.OutraCaixa(lista)) troca_.AcertarCaixa(lista);
+        const auto acertar = [this](const std::string& caminho) {
+            if (naSaida_.OutraCaixa(caminho)) troca_.AcertarCaixa(caminho);
+        };
+        for (const ArquivoDoCliente& arquivo : arquivos_) {
+            for (const Trecho& trecho : TrechosDe(arquivo, pedido_.bytesPorParte))
+                acertar(trecho.caminho);
+            if (arquivo.comIndice) acertar(NomeDoIndice(arquivo.caminho));
+        }
+        acertar(ParaUtf8(kNomeDaLista));
         return true;
     }
 
@@ -146,14 +154,15 @@ class Publicacao {
                 recusas_.insert(Formatar("{}: {}", arquivos_[i].caminho, resultados_[i].erro));
             }
             copiados_ += resultados_[i].copiados;
+            indicesNovos_ += resultados_[i].indiceNovo ? 1U : 0U;
         }
         return recusas_.empty();
     }
 
     void CopiarUm(std::size_t i) {
-        resultados_[i] = PrepararArquivo(
-            pedido_.cliente / DeUtf8(arquivos_[i].caminho), TrechosDe(arquivos_[i], pedido_.bytesPorParte),
-            pedido_.saida, pedido_.simular ? nullptr : &troca_, {.bytes = andamento_.bytes, .parar = parar_});
+        resultados_[i] =
+            PrepararArquivo(pedido_.cliente, arquivos_[i], pedido_.bytesPorParte, pedido_.saida,
+                            pedido_.simular ? nullptr : &troca_, {.bytes = andamento_.bytes, .parar = parar_});
         ++andamento_.arquivos;
         if (!resultados_[i].erro.empty()) parar_ = true;
     }
@@ -175,8 +184,28 @@ class Publicacao {
                 return false;
             }
         }
+        if (arquivo.comIndice && !ConfiarNoIndice(arquivo, resultados_[i].indice)) return false;
         resultados_[i].crc = lida->crc;
         resultados_[i].sha256 = lida->sha256;
+        return true;
+    }
+
+    // Whether the index that the list before names stands there, whole and in today's format; then it is `indice`.
+    // Small as it is, it is read.
+    bool ConfiarNoIndice(const ArquivoDoCliente& arquivo, update::IndiceListado& indice) {
+        const std::string nome = NomeDoIndice(arquivo.caminho);
+        const update::IndiceListado* const listado = indicesAnteriores_.Achar(arquivo.caminho);
+        std::uint64_t tamanho = 0;
+        std::string bytes;
+        update::IndiceDeBlocos lido;
+        if (listado == nullptr || !publicados_.Tamanho(nome, tamanho) ||
+            !LerArquivoInteiro(pedido_.saida / DeUtf8(nome), bytes) ||
+            !DiferencaDoIndice(*listado, HashDoTexto(bytes)).empty() || !update::LerIndice(bytes, lido) ||
+            lido.tamanho != arquivo.tamanho || lido.parte != (arquivo.partes > 0 ? pedido_.bytesPorParte : 0)) {
+            return false;
+        }
+        indice = *listado;
+        indice.caminho = arquivo.caminho;
         return true;
     }
 
@@ -202,6 +231,9 @@ class Publicacao {
         Anotar();
         pedido_.lista.itens.reserve(arquivos_.size());
         for (std::size_t i = 0; i < arquivos_.size(); ++i) {
+            update::IndiceListado& indice = resultados_[i].indice;
+            bytesDosIndices_ += indice.tamanho;
+            if (!indice.caminho.empty()) pedido_.lista.blocos.push_back(std::move(indice));
             pedido_.lista.itens.push_back({.caminho = arquivos_[i].caminho,
                                            .sha256 = ParaHex(resultados_[i].sha256),
                                            .tamanho = arquivos_[i].tamanho,
@@ -229,6 +261,14 @@ class Publicacao {
                     publicados_.Anotar(trechos[t].caminho, resultado.crcDosTrechos[t], trechos[t].tamanho);
                 }
             }
+            if (!resultado.indice.caminho.empty()) {
+                const std::string nome = NomeDoIndice(arquivo.caminho);
+                if (resultado.crcDosTrechos.empty()) {
+                    publicados_.Manter(nome);
+                } else {
+                    publicados_.Anotar(nome, resultado.crcDoIndice, resultado.indice.tamanho);
+                }
+            }
             publicados_.AnotarLeitura({.caminho = arquivo.caminho,
                                        .tamanho = arquivo.tamanho,
                                        .modificado = arquivo.modificado,
@@ -240,6 +280,8 @@ class Publicacao {
             for (const std::string& nome : NomesPublicados(item))
                 publicados_.Conservar(nome);
         }
+        for (const update::IndiceListado& indice : indicesAnteriores_.Itens())
+            publicados_.Conservar(NomeDoIndice(indice.caminho));
     }
 
     bool Trocar() {
@@ -251,6 +293,10 @@ class Publicacao {
         saida_.Linha(Formatar("{}: seq {}, {} arquivo(s), {} MiB; {} copiado(s)",
                               pedido_.simular ? "Simulação, nada foi gravado" : "Publicado", pedido_.lista.seq,
                               arquivos_.size(), bytes_ / kMiB, copiados_));
+        if (!pedido_.lista.blocos.empty()) {
+            saida_.Linha(Formatar("{} índice(s) de blocos, {:.1f} MiB; {} copiado(s)", pedido_.lista.blocos.size(),
+                                  static_cast<double>(bytesDosIndices_) / static_cast<double>(kMiB), indicesNovos_));
+        }
         saida_.Linha(Formatar("{}; {} caminho(s) a remover", mudancas_.Texto(), pedido_.lista.remover.size()));
         if (pedido_.confiarNaData) {
             saida_.Linha(
@@ -286,13 +332,6 @@ class Publicacao {
         return publicados_.ContarAntigos().livres == 0;
     }
 
-    void ParaCadaTrecho(const std::function<void(const Trecho&)>& visita) const {
-        for (const ArquivoDoCliente& arquivo : arquivos_) {
-            for (const Trecho& trecho : TrechosDe(arquivo, pedido_.bytesPorParte))
-                visita(trecho);
-        }
-    }
-
     template <class... Argumentos>
     bool Recusar(FormatoDe<std::type_identity_t<Argumentos>...> formato, const Argumentos&... argumentos) {
         recusas_.insert(Formatar<Argumentos...>(formato, argumentos...));
@@ -309,8 +348,11 @@ class Publicacao {
     std::uint64_t bytes_ = 0;                   // of all files
     Mudancas mudancas_;
     std::size_t copiados_ = 0;
+    std::size_t indicesNovos_ = 0;
+    std::uint64_t bytesDosIndices_ = 0;
     Trava trava_;
     update::UpdateList anterior_;  // without files: nothing is published yet
+    Fileira<update::IndiceListado> indicesAnteriores_;
     Publicados publicados_;
     NaSaida naSaida_;
     Troca troca_;
