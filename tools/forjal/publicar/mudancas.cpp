@@ -8,8 +8,8 @@ namespace zu::launcher::forjal {
 
 std::string Mudancas::Texto() const {
     return Formatar(
-        "{} novo(s), {} mudado(s), {} fora da lista; quem tem a versão publicada baixará {} bytes ({:.1f} MiB)", novos,
-        mudados, sumidos, bytes, static_cast<double>(bytes) / static_cast<double>(kMiB));
+        "{} novo(s), {} mudado(s), {} fora da lista; quem tem a versão publicada baixará até {} bytes ({:.1f} MiB)",
+        novos, mudados, sumidos, bytes, static_cast<double>(bytes) / static_cast<double>(kMiB));
 }
 
 Mudancas Comparar(update::UpdateList publicada, const update::UpdateList& nova) {
