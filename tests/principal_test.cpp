@@ -308,7 +308,7 @@ TEST_F(Principal, CapturaSemQuadroDoSite) {
             falso.Ocorrer(Ocorrencia::kNewWindow, {endereco});
     });
     EXPECT_EQ(visivel, "0101");
-    ui.NaThread([] { EXPECT_EQ(abertos, L"https://um/\nhttps://dois/\n"); });
+    ui.NaThread([] { EXPECT_EQ(std::exchange(abertos, {}), L"https://um/\nhttps://dois/\n"); });
     // No window is seen, none takes what the player is doing away from him.
     EXPECT_TRUE(Esperar(30s, [&] {
         for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico}) {
