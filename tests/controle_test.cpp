@@ -69,35 +69,37 @@ TEST_F(Controle, CliqueSoQuandoSoltoDentro) {
     Soltar(h, 200, 5);
     EXPECT_FALSE(EstadoDo(h).hover || EstadoDo(h).pressed);
     Soltar(h);  // never pressed
+    Clicar(Criar(TipoControle::DoDono));
     // Another window takes the mouse away.
     Apertar(h);
     SetCapture(pai_);
     ReleaseCapture();
     Soltar(h);
-    Clicar(Criar(TipoControle::DoDono));
     EXPECT_EQ(Tomar(), Avisos{});
     // A disabled window gets no word of the pointer leaving it.
     Mover(h, 5, 5);
     Habilitar(h, false);
     EXPECT_FALSE(EstadoDo(h).hover || IsWindowEnabled(h));
+    EXPECT_EQ(GetFocus(), pai_);
 }
 
 // Faults: a choice of the same item is told, a click on the open list opens it again.
 TEST_F(Controle, ListaPeloTecladoEComUmCliqueNelaMesma) {
     const std::vector<std::wstring> items{L"640 x 480", L"800 x 600", L"1024 x 768"};
     const HWND lista = CriarLista(pai_, kId, 40, items, 1);
-    const struct {
-        std::vector<int> teclas;
-        int escolhida;
-        Avisos avisos;
-    } casos[] = {{{VK_UP, VK_RETURN}, 2, {{kId, 1}}}, {{VK_UP, VK_RETURN}, 2, {}}, {{VK_DOWN, VK_ESCAPE}, 2, {}}};
-    for (const auto& [teclas, escolhida, avisos] : casos) {
+    // What opens it, the keys then, and what is told. The last opens nothing.
+    const std::tuple<UINT, WPARAM, std::vector<int>, Avisos> casos[] = {
+        {WM_SYSKEYDOWN, VK_DOWN, {VK_UP, VK_RETURN}, {{kId, 1}}},
+        {WM_LBUTTONDOWN, MK_LBUTTON, {VK_UP, VK_RETURN}, {}},
+        {WM_LBUTTONDOWN, MK_LBUTTON, {VK_DOWN, VK_ESCAPE}, {}},
+        {WM_KEYDOWN, VK_END, {}, {}}};
+    for (const auto& [mensagem, wParam, teclas, avisos] : casos) {
         // The menu's own loop takes the keys, so they have to be there when it opens.
         for (const int tecla : teclas)
             Teclar(lista, tecla);
-        Apertar(lista);
+        SendMessageW(lista, mensagem, wParam, MAKELPARAM(5, 5));
         EXPECT_FALSE(EstadoDo(lista).pressed || EstadoDo(lista).hover);
-        EXPECT_EQ(EstadoDo(lista).selected, escolhida);
+        EXPECT_EQ(EstadoDo(lista).selected, 2);
         EXPECT_EQ(Tomar(), avisos);
     }
     POINT nela{5, 5};
@@ -183,7 +185,7 @@ TEST_F(Controle, BrilhoPulsoEDesenhoDoDono) {
         PreencherRetangulo(dc, {r.left + 5, 5, r.right, 6}, RGB(4, 5, 6));
     };
     const std::pair<EstadoControle, const char*> casos[] = {
-        {{.hover_level = 1}, "1,14=B2C7EC~8"},
+        {{.hover_level = 1}, "1,14=B2C7EC~8 60,24=B4BCCB~2"},
         {{.kind = TipoControle::BotaoPrincipal}, "1,14=EBD8B2~8"},
         {{.kind = TipoControle::BotaoPrincipal, .phase = 1.5708F}, "1,14=EFD39B~8"},
         {{.kind = TipoControle::BotaoPrincipal, .phase = 4.7124F}, "1,14=E7DDC8~8"},

@@ -44,7 +44,6 @@ class ObservadorDaInterface final : public ObservadorLauncher {
 LogoEncaixado Preparar(HINSTANCE modulo) {
     if (!IniciarDesenho()) LogLinha("Interface: o GDI+ não iniciou; as janelas ficam sem formas nem sombras");
     AbrirEstadoDaInterface();
-    ObterInterface().opcoesDoJogo = LerOpcoesJogo();
     LogoEncaixado logo(CarregarLogo(modulo));
     RegistrarControle(modulo);
     for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})

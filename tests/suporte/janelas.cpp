@@ -38,9 +38,13 @@ int WINAPI EscreverENotar(HDC dc, LPCWSTR texto, int tamanho, LPRECT r, UINT for
 
 }  // namespace
 
-// In the place of the import, for this program.
+// In the place of the imports, for this program.
 extern "C" {
 decltype(&DrawTextW) __imp_DrawTextW = &EscreverENotar;
+decltype(&ShellExecuteW) __imp_ShellExecuteW = [](HWND, LPCWSTR, LPCWSTR alvo, LPCWSTR, LPCWSTR, INT) {
+    abertos.append(alvo).append(L"\n");
+    return HINSTANCE{};
+};
 }
 
 void Clicar(HWND controle) {

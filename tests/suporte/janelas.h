@@ -6,6 +6,7 @@
 #include <windows.h>
 // after windows.h
 #include <objbase.h>
+#include <shellapi.h>
 
 #include <algorithm>
 #include <atomic>
@@ -40,6 +41,9 @@ namespace zu::launcher::teste {
 // A click or a key as the window sees it; the window may be another process's. The key waits its turn.
 void Clicar(HWND controle);
 void Teclar(HWND janela, int tecla, bool repetida = false);
+
+// What the shell was asked to open, a line each; nothing opens.
+inline std::wstring abertos;
 
 // The texts that a window and its controls draw when they are asked to, as a reader meets them: " | " between those of
 // one row, and a line a row. A "…" follows one that does not fit its place; what belongs to a disabled control is in
@@ -90,10 +94,6 @@ class Interface {
     // The run's code, once it has ended by itself; -1 when it does not.
     [[nodiscard]] int EsperarFim(std::chrono::milliseconds limite) const {
         return Terminou(limite) ? codigo_.get() : -1;
-    }
-    [[nodiscard]] int Fechar() const {
-        PostMessageW(janela_, WM_CLOSE, 0, 0);
-        return codigo_.get();
     }
     // Runs on its thread, from its loop of messages, and returns when it has run.
     static void NaThread(const std::function<void()>& trabalho) {

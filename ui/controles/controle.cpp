@@ -116,8 +116,8 @@ void AoPerderCaptura(HWND controle, EstadoControle& estado) {
 
 // A disabled window gets no word of the pointer leaving it.
 void AoHabilitar(HWND controle, EstadoControle& estado, bool habilitado) {
-    // It would keep the keyboard to itself.
-    if (!habilitado && GetFocus() == controle) SetFocus(GetParent(controle));
+    // The system has taken the keyboard away from it by now; no key would reach the window.
+    if (!habilitado && GetFocus() == nullptr && GetActiveWindow() == GetParent(controle)) SetFocus(GetParent(controle));
     if (!habilitado && estado.hover) MudarHover(controle, estado, false);
     Repintar(controle);
     Avisar(EVENT_OBJECT_STATECHANGE, controle);

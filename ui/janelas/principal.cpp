@@ -87,7 +87,7 @@ void MostrarMensagensFinais() {
 
 // The graphics interface of the options gives way to the other one when only that runs here.
 void TrocarApiQueNaoRoda() {
-    OpcoesJogo& opcoes = ObterInterface().opcoesDoJogo;
+    OpcoesJogo opcoes = LerOpcoesJogo();
     const std::string api = ApiQueRoda(opcoes.api, ObterRequisitos());
     if (api == opcoes.api) return;
     opcoes.api = api;
@@ -341,9 +341,7 @@ void JanelaPrincipal::AoPairar(POINT ponto) {
 }
 
 void JanelaPrincipal::JogarAgora() {
-    EstadoInterface& ui = ObterInterface();
-    if (ui.quit || !ObterControlador().PodeJogarAgora()) return;
-    ui.opcoesDoJogo = LerOpcoesJogo();
+    if (ObterInterface().quit || !ObterControlador().PodeJogarAgora()) return;
     TrocarApiQueNaoRoda();
     try {
         ObterControlador().Jogar();
