@@ -4,7 +4,6 @@
 #include <span>
 #include <string>
 
-
 namespace zu::launcher {
 
 struct ConfigLauncher;
