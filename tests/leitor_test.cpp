@@ -46,7 +46,7 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     Lancado launcher(pasta_);
     const Eventos eventos(launcher.programa.Pid());
     const HWND principal = launcher.EsperarJanela();
-    EXPECT_TRUE(Bombear(20s, [&] { return Coisa::De(principal).Com("Conectar").Acao() == "Pressionar"; }));
+    EXPECT_TRUE(Bombear(20s, [&] { return Coisa::De(principal).Com("Conectar").Ler() == "2b Conectar [Pressionar]"; }));
     EXPECT_EQ(Ler(principal),
               "12 Zu de teste; Atualização concluída: 1 arquivo(s) novo(s).\n30 Arquivo=100%\n30 Total=100%\n"
               "8 Atualização concluída: 1 arquivo(s) novo(s).\n28 Zu de teste\n2b Fechar [Pressionar]\n"
@@ -68,7 +68,8 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
                              "Mudo", "Fechar o launcher ao jogar"}) {
         EXPECT_TRUE(Bombear(2s, [&] { return Agir(opcoes, nome) == S_OK; })) << nome;
     }
-    EXPECT_EQ(Coisa::De(opcoes).Com("Idioma:").objeto->accSelect(SELFLAG_TAKEFOCUS, Coisa::Eu()), S_OK);
+    const Coisa idioma = Coisa::De(opcoes).Com("Idioma:");
+    EXPECT_EQ(idioma.objeto->accSelect(SELFLAG_TAKEFOCUS, idioma.filho), S_OK);
     EXPECT_TRUE(
         Bombear(2s, [&] { return Coisa::De(opcoes).Com("Resolução:").Ler() == "2e Resolução:=1920 x 1080 [Abrir]"; }));
 

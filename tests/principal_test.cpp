@@ -71,39 +71,31 @@ class Tarefas {
     Tarefas() {
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
         void* barra = nullptr;
-        // CLSID_TaskbarList, IID_ITaskbarList3
-        IIDFromString(L"{56FDF344-FD6D-11D0-958A-006097C9A090}", &classe_);
-        IIDFromString(L"{EA1AFB91-9E28-4B86-90E9-9E9F8A5EEFAF}", &interface_);
-        CoCreateInstance(classe_, nullptr, CLSCTX_INPROC_SERVER, interface_, &barra);
-        tabela_ = *static_cast<void***>(barra) + kValor;
+        CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3, &barra);
+        chamadas_ = reinterpret_cast<Chamadas*>(*static_cast<void***>(barra) + 9);
         DWORD antes = 0;
-        VirtualProtect(tabela_, sizeof salvos_, PAGE_READWRITE, &antes);
-        std::copy_n(tabela_, salvos_.size(), salvos_.begin());
-        tabela_[0] = std::bit_cast<void*>(&Valor);
-        tabela_[1] = std::bit_cast<void*>(&Estado);
+        VirtualProtect(chamadas_, sizeof *chamadas_, PAGE_READWRITE, &antes);
+        salvas_ = std::exchange(*chamadas_, Chamadas{&Valor, &Estado});
         ditos.clear();
     }
     Tarefas(const Tarefas&) = delete;
     Tarefas& operator=(const Tarefas&) = delete;
-    ~Tarefas() { std::ranges::copy(salvos_, tabela_); }
+    ~Tarefas() { *chamadas_ = salvas_; }
 
     static inline std::string ditos;
 
  private:
+    struct Chamadas {
+        HRESULT(WINAPI* valor)(void*, HWND, ULONGLONG, ULONGLONG);
+        HRESULT(WINAPI* estado)(void*, HWND, int);
+    };
     static HRESULT WINAPI Valor(void*, HWND, ULONGLONG feito, ULONGLONG todo) {
-        ditos += Formatar("{}/{} ", feito, todo);
-        return S_OK;
+        return ditos += Formatar("{}/{} ", feito, todo), S_OK;
     }
-    static HRESULT WINAPI Estado(void*, HWND, int estado) {
-        ditos += Formatar("estado {} ", estado);
-        return S_OK;
-    }
+    static HRESULT WINAPI Estado(void*, HWND, int estado) { return ditos += Formatar("estado {} ", estado), S_OK; }
 
-    static constexpr int kValor = 9;
-    GUID classe_{};
-    GUID interface_{};
-    void** tabela_ = nullptr;
-    std::array<void*, 2> salvos_{};
+    Chamadas* chamadas_;
+    Chamadas salvas_;
 };
 
 // Faults: the button keeps what it showed; a colour is another state's; the same is told again with every refresh; the

@@ -44,8 +44,6 @@ class Sistema : public Test {
     Sistema() {
         for (const char* programa : {"ZuLauncher.exe", "UpdaterHelper.exe"})
             std::filesystem::copy_file(kPastaBin / programa, pasta_ / programa);
-        for (const char* dll : {"winhttp.dll", "bcrypt.dll", "dnsapi.dll", "secur32.dll"})
-            pasta_.Escrever(dll, "não é uma DLL");
         pasta_.Escrever("Launcher.emu", Selado(servidor_.Url()));
         publicacao_.arquivos = {{"Data/Pasta/ç.bin", Bytes(40'000)}, {"Data/grande.pak", Bytes(3'000'000)}};
         publicacao_.partes["Data/grande.pak"] = 4;
@@ -77,6 +75,11 @@ class Sistema : public Test {
     void EsperarFimDoJogo() {
         EXPECT_TRUE(Esperar(5s, [&] { return !JogoAberto(pasta_.Caminho()); }));
     }
+    // Not where the stand-in for the game runs, which is no match for them.
+    void PlantarDlls() {
+        for (const char* dll : {"winhttp.dll", "bcrypt.dll", "dnsapi.dll", "secur32.dll"})
+            pasta_.Escrever(dll, "não é uma DLL");
+    }
     // Every published file is as published, byte for byte.
     void EsperarPublicados() {
         for (const auto& [caminho, conteudo] : publicacao_.arquivos)
@@ -90,6 +93,7 @@ class Sistema : public Test {
 };
 
 TEST_F(Sistema, CodigosDeSaidaELogESemDllPlantadaNaPasta) {
+    PlantarDlls();
     EXPECT_EQ(Rodar({L"--conexoes=4"}), "0 \"pronto\": Atualização concluída: 2 arquivo(s) novo(s).");
     EsperarPublicados();
     EXPECT_EQ(Rodar({L"--manifesto=http://127.0.0.1:1/"}),
@@ -103,6 +107,7 @@ TEST_F(Sistema, CodigosDeSaidaELogESemDllPlantadaNaPasta) {
 }
 
 TEST_F(Sistema, LauncherSeAtualizaEArquivoEmUsoETrocado) {
+    PlantarDlls();
     publicacao_.arquivos["Data/em uso.dat"] = "velho";
     publicacao_.Servir(servidor_);
     EXPECT_THAT(Rodar(), StartsWith("0 "));

@@ -6,6 +6,7 @@
 // after windows.h
 #include <oleacc.h>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,12 +37,6 @@ struct Coisa {
         return {static_cast<IUnknown*>(objeto), CHILDID_SELF};
     }
 
-    static VARIANT Eu() {
-        VARIANT eu{};
-        eu.vt = VT_I4;
-        return eu;
-    }
-
     using Pergunta = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
     [[nodiscard]] std::string Texto(Pergunta pergunta) const {
         BSTR texto = nullptr;
@@ -51,7 +46,6 @@ struct Coisa {
         return resposta;
     }
     [[nodiscard]] std::string Nome() const { return Texto(&IAccessible::get_accName); }
-    [[nodiscard]] std::string Acao() const { return Texto(&IAccessible::get_accDefaultAction); }
 
     // "ROLE NAME=VALUE; DESCRIPTION [ACTION]", in parentheses while it is disabled, with "*" when it is checked or
     // selected, with "?" when a pointer in its middle finds something else.
@@ -67,7 +61,7 @@ struct Coisa {
         };
         juntar("=", Texto(&IAccessible::get_accValue), "");
         juntar("; ", Texto(&IAccessible::get_accDescription), "");
-        juntar(" [", Acao(), "]");
+        juntar(" [", Texto(&IAccessible::get_accDefaultAction), "]");
         if ((estado.lVal & (STATE_SYSTEM_CHECKED | STATE_SYSTEM_SELECTED)) != 0) texto += "*";
         if ((estado.lVal & (STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN)) == 0 && !NoSeuLugar()) texto += "?";
         return (estado.lVal & STATE_SYSTEM_UNAVAILABLE) != 0 ? "(" + texto + ")" : texto;
@@ -101,23 +95,17 @@ struct Coisa {
 
  private:
     [[nodiscard]] bool NoSeuLugar() const {
-        long x = 0;
-        long y = 0;
-        long largura = 0;
-        long altura = 0;
+        std::array<long, 4> r{};  // left, top, width, height
         VARIANT achado{};
         HWND janela = nullptr;
-        objeto->accLocation(&x, &y, &largura, &altura, filho);
+        objeto->accLocation(&r[0], &r[1], &r[2], &r[3], filho);
         WindowFromAccessibleObject(objeto.get(), &janela);
         if (const Coisa raiz = De(GetAncestor(janela, GA_ROOT)); raiz.objeto)
-            raiz.objeto->accHitTest(x + largura / 2, y + altura / 2, &achado);
+            raiz.objeto->accHitTest(r[0] + r[2] / 2, r[1] + r[3] / 2, &achado);
         if (achado.vt != VT_DISPATCH) return achado.lVal == filho.lVal || filho.lVal == CHILDID_SELF;
-        return Coisa(achado.pdispVal, CHILDID_SELF).Nome() == Inteira().Nome();
-    }
-    [[nodiscard]] Coisa Inteira() const {
         Coisa inteira = *this;
         inteira.filho.lVal = CHILDID_SELF;
-        return inteira;
+        return Coisa(achado.pdispVal, CHILDID_SELF).Nome() == inteira.Nome();
     }
 };
 
