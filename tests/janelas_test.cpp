@@ -134,6 +134,8 @@ TEST_F(Janelas, OpcoesNaTela) {
     Diagnosticar("copiar");
     esperar("Não roda neste PC", "Roda neste PC");
     // What is disabled is passed over, as is the tile that is not chosen.
+    const HWND primeira = GetDlgItem(h, kOpcaoD3d12);
+    EXPECT_TRUE(Bombear(5s, [&] { return SetFocus(primeira), GetFocus() == primeira; }));
     for (const int id : {kListaModo, kCaixaVsync}) {
         Janela::TomarTecla({.hwnd = h, .message = WM_KEYDOWN, .wParam = VK_TAB});
         EXPECT_EQ(GetDlgCtrlID(GetFocus()), id);
