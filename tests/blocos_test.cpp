@@ -177,9 +177,8 @@ TEST(Blocos, IndiceExatoOuRecusado) {
     EXPECT_EQ(indice.Comprimento(3), 1U);
     EXPECT_EQ(indice.parte, 257U);
     EXPECT_LE(bom.size(), LimiteDoIndice(indice.tamanho));
-    EXPECT_FALSE(LerIndice(bom + "x", indice));
-    EXPECT_FALSE(LerIndice(bom.substr(0, bom.size() - 1), indice));
-    EXPECT_FALSE(LerIndice(bom.substr(0, 31), indice));
+    for (const std::string& errado : {bom + "x", bom.substr(0, bom.size() - 1), bom.substr(0, 31)})
+        EXPECT_FALSE(LerIndice(errado, indice)) << errado.size();
     // Where a byte of the header makes it another format, or one that is none.
     const std::pair<std::size_t, char> erros[] = {{0, 'z'},  {4, '\2'},  {6, '\4'},  {6, '\xA'},   {9, '\3'},
                                                   {9, '\2'}, {12, '\1'}, {17, '\0'}, {23, '\x80'}, {25, '\0'}};

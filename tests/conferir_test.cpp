@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "core/formato.h"
 #include "tests/suporte/oficina.h"
@@ -17,7 +16,6 @@ namespace {
 using namespace std::string_literals;
 using namespace teste;
 using Opcoes = std::vector<std::string>;
-using Mentira = std::function<void(const Pedido&, Resposta&)>;
 
 class Conferir : public Forjal {
  protected:
@@ -34,15 +32,6 @@ class Conferir : public Forjal {
         url.pop_back();  // the slash
         mais.insert(mais.begin(), {"conferir", "--pub=#\\lista.pub", "--url=" + url});
         return Rodar(mais);
-    }
-    // Lets `mentira` spoil every good answer for this path.
-    void Mentir(const std::string& caminho, const Mentira& mentira) {
-        auto bons = publicacao_.arquivos;
-        servidor_.Definir(caminho, [=, servir = Servir(bons[caminho])](const Pedido& pedido) {
-            Resposta resposta = servir(pedido);
-            mentira(pedido, resposta);
-            return resposta;
-        });
     }
     [[nodiscard]] std::string Assinada(const std::string& antes) const {
         return Assinar(antes + update::EscreverLista(publicacao_.Lista()));
@@ -122,10 +111,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
         {"UpdateList.txt", outro(Assinar(";seq\t1\n")), "UpdateList.txt inválida: lista vazia"},
         {"UpdateList.txt", outro(Assinada(";validade\t2020-01-31T00:00:00Z\n")),
          "diferente: UpdateList.txt (venceu em 31/01/2020)"},
-        {"UpdateList.txt",
-         [&](const Pedido&, Resposta& r) {
-             r = {.corpo = Assinada(""), .cabecalhos = {{"Age", "600"}}};
-         },
+        {"UpdateList.txt", com("Age", "600"),
          "diferente: UpdateList.txt (um cache respondeu com o que guarda há 600 s a um ?t= nunca visto)"},
         {"UpdateList.txt",
          [&](const Pedido&, Resposta& r) { r = {.corpo = Assinada(++pedidosDaLista > 2 ? ";versao\t2\n" : "")}; },
@@ -133,7 +119,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
     };
     for (const auto& [caminho, mentira, linha] : casos) {
         publicacao_.Servir(servidor_);
-        Mentir(caminho, mentira);
+        servidor_.Mentir(caminho, mentira);
         EXPECT_EQ(ConferirUrl(linha.ends_with("(CRC ") ? Opcoes{"--completo"} : Opcoes{}), kRecusado) << linha;
         EXPECT_TRUE(("\n" + saida_.linhas + saida_.erros).find("\n" + linha) != std::string::npos) << linha << saida_;
         EXPECT_EQ(std::ranges::count(saida_.linhas + saida_.erros, '\n'), linha.starts_with("Update") ? 1 : 2)
@@ -144,7 +130,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
 TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
     std::map<std::string, std::atomic<int>> vezes;
     for (const auto& [caminho, status] : {std::pair{"Zu.exe", 500}, {"vazio.txt", 429}, {"longo.exe", 408}})
-        Mentir(caminho, [&vez = vezes[caminho], codigo = status](const Pedido&, Resposta& r) {
+        servidor_.Mentir(caminho, [&vez = vezes[caminho], codigo = status](const Pedido&, Resposta& r) {
             if (++vez == 1) r.status = codigo;
         });
     EXPECT_EQ(ConferirUrl(), kFeito) << saida_;
@@ -153,7 +139,7 @@ TEST_F(Conferir, UmTropecoNaoEDiferencaEUmServidorMortoNaoSeInsiste) {
         publicacao_.arquivos[std::to_string(i)] = Bytes(1);
     publicacao_.Servir(servidor_);
     for (const auto& [caminho, conteudo] : publicacao_.arquivos)
-        Mentir(caminho, [](const Pedido&, Resposta& r) {
+        servidor_.Mentir(caminho, [](const Pedido&, Resposta& r) {
             r = {.status = 206, .cabecalhos = r.cabecalhos, .anunciado = 1, .fim = teste::Fim::kDerrubar};
         });
     servidor_.EsquecerPedidos();

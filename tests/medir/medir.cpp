@@ -12,6 +12,7 @@
 #include <functional>
 #include <limits>
 #include <new>
+#include <numeric>
 
 #include "app/instancia_unica.h"
 #include "core/json.h"
@@ -99,6 +100,11 @@ void ImprimirMemoria() {
     Imprimir("memoria", static_cast<double>(contadores.PeakPagefileUsage));
 }
 
+// What the program held at its most beyond `antes`: what the system tells of a process is not what it holds under Wine.
+void ImprimirContada(std::int64_t antes = 0) {
+    Imprimir("memoria", static_cast<double>(maisEmUso - antes));
+}
+
 [[noreturn]] void Falhar(const std::string& motivo) {
     std::fprintf(stderr, "%s\n", motivo.c_str());
     std::exit(1);
@@ -110,26 +116,36 @@ void RodarAte(StatusUpdate esperado) {
     if (atualizador.Estado().status != esperado) Falhar(atualizador.Estado().texto);
 }
 
+HandleArquivo AbrirParaLer(const std::filesystem::path& caminho) {
+    return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+}
+
+// The file in order, in pieces of any length.
+bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos) {
+    DWORD agora = 0;
+    const bool leu = ReadFile(arquivo, bytes.data(), static_cast<DWORD>(bytes.size()), &agora, nullptr) != 0;
+    lidos = agora;
+    return leu;
+}
+
+void SomarTudo(const std::filesystem::path& arquivo) {
+    if (!HashArquivo(arquivo, 0).ok) Falhar("hash");
+}
+
 // hash ARQUIVO: the read loop with SHA-256 alone, and with CRC-32 beside it
 void MedirHash(const std::filesystem::path& arquivo) {
     const auto soSha = [&] {
-        const HandleArquivo leitura(CreateFileW(arquivo.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                                FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-        constexpr DWORD kBloco = 1024 * 1024;
-        const auto bloco = std::make_unique_for_overwrite<std::uint8_t[]>(kBloco);
+        const HandleArquivo leitura = AbrirParaLer(arquivo);
+        std::vector<std::uint8_t> bloco(1024 * 1024);
         Sha256Incremental contexto = Sha256Begin();
-        for (DWORD lidos = 1; lidos != 0;) {
-            if (ReadFile(leitura.Valor(), bloco.get(), kBloco, &lidos, nullptr) == 0) Falhar("leitura");
-            Sha256Feed(contexto, bloco.get(), lidos);
-        }
+        for (std::size_t lidos = 1; lidos != 0; Sha256Feed(contexto, bloco.data(), lidos))
+            if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
         Sha256Digest digest{};
         Sha256Finish(contexto, digest);
     };
-    const auto osDois = [&] {
-        if (!HashArquivo(arquivo, 0).ok) Falhar("hash");
-    };
     soSha();  // the file is in the page cache from here on
-    Medir(osDois, soSha);
+    Medir([&] { SomarTudo(arquivo); }, soSha);
 }
 
 std::string Texto(const std::filesystem::path& arquivo) {
@@ -150,7 +166,7 @@ void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_vie
         if (!ler(texto, lido, erro)) Falhar(erro);
     });
     Imprimir("texto", static_cast<double>(texto.size()));
-    Imprimir("memoria", static_cast<double>(maisEmUso - antes));
+    ImprimirContada(antes);
 }
 
 // Every file below, by the system's bare answers.
@@ -205,9 +221,7 @@ void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::
         for (std::size_t i = 0; i < arquivos.size(); ++i) {
             const std::filesystem::path copia = saida / std::to_wstring(i);
             CopyFileW(arquivos[i].c_str(), copia.c_str(), TRUE);
-            FlushFileBuffers(
-                HandleArquivo(CreateFileW(copia.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr))
-                    .Valor());
+            DescarregarArquivo(copia);
         }
     };
     Medir([&] { PublicarPasta(cliente, saida, 1); }, crua, 1, [&] { std::filesystem::remove_all(saida); });
@@ -223,8 +237,7 @@ void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::pa
                   LerInfoArquivo(caminho, info);
               });
           });
-    // What the system tells of a process is not what it holds under Wine.
-    Imprimir("memoria", static_cast<double>(maisEmUso));
+    ImprimirContada();
 }
 
 // cru URL DESTINO: a bare WinHTTP read loop into a file
@@ -263,31 +276,6 @@ void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int
     ImprimirMemoria();
 }
 
-// The file in order, in pieces of any length.
-bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos) {
-    DWORD agora = 0;
-    const bool leu = ReadFile(arquivo, bytes.data(), static_cast<DWORD>(bytes.size()), &agora, nullptr) != 0;
-    lidos = agora;
-    return leu;
-}
-
-HandleArquivo AbrirParaLer(const std::filesystem::path& caminho) {
-    return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                     FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-}
-
-// indice ARQUIVO SAIDA: the block index of a file
-void MedirIndice(const std::filesystem::path& arquivo, const std::filesystem::path& saida) {
-    const HandleArquivo leitura = AbrirParaLer(arquivo);
-    update::EscritorDeIndice escritor(TamanhoDoArquivo(arquivo));
-    std::vector<std::uint8_t> bloco(1 << 20);
-    for (std::size_t lidos = 1; lidos != 0;) {
-        if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
-        escritor.Alimentar(bloco.data(), lidos);
-    }
-    if (!GravarArquivoAtomico(saida, escritor.Terminar())) Falhar("gravar");
-}
-
 // busca VELHO INDICE: the search for the blocks of the index, and CRC-32 and SHA-256 of the same file
 void MedirBusca(const std::filesystem::path& velho, const std::filesystem::path& arquivoDoIndice) {
     update::IndiceDeBlocos indice;
@@ -295,34 +283,23 @@ void MedirBusca(const std::filesystem::path& velho, const std::filesystem::path&
     const auto buscar = [&] {
         const HandleArquivo leitura = AbrirParaLer(velho);
         std::vector<std::uint64_t> onde;
-        const auto ler = [&](std::span<std::uint8_t> bytes, std::size_t& lidos) {
-            return LerPedaco(leitura.Valor(), bytes, lidos);
-        };
-        if (!update::BuscarBlocos(indice, ler, onde)) Falhar("busca");
+        if (!update::BuscarBlocos(indice, std::bind_front(LerPedaco, leitura.Valor()), onde)) Falhar("busca");
     };
-    Medir(buscar, [&] {
-        if (!HashArquivo(velho, 0).ok) Falhar("hash");
-    });
+    Medir(buscar, [&] { SomarTudo(velho); });
 }
 
-// tentar PASTA URL: all files of the list over 16 connections, whether they come or not
-void MedirTentativa(const std::filesystem::path& pasta, const std::string& url) {
+// tentar PASTA URL LISTA: all files of the list over 16 connections, whether they come or not
+void MedirTentativa(const std::filesystem::path& pasta, const std::string& url, const std::filesystem::path& arquivo) {
     teste::Configurar(pasta, url, 16);
     update::UpdateList lista;
-    std::string texto;
     std::string erro;
-    if (!HttpBaixarTexto(DeUtf8(url + "UpdateList.txt"), texto, erro, update::kLimiteDaLista) ||
-        !update::LerLista(update::SepararAssinatura(texto).assinados, lista, erro)) {
-        Falhar(erro);
-    }
+    if (!update::LerLista(Texto(arquivo), lista, erro)) Falhar(erro);
     std::vector<std::size_t> indices(lista.itens.size());
-    for (std::size_t i = 0; i < indices.size(); ++i)
-        indices[i] = i;
+    std::iota(indices.begin(), indices.end(), 0);
     Atualizador atualizador;
     atualizador.Blocos().Usar(lista);
     BaixarTodos(atualizador, lista, indices);
-    // What the system tells of a process is not what it holds under Wine.
-    Imprimir("memoria", static_cast<double>(maisEmUso));
+    ImprimirContada();
 }
 
 // One whole repaint of the main window and of its controls, into memory as on the screen.
@@ -368,12 +345,10 @@ void MedirJanela(const std::filesystem::path& launcher, const std::filesystem::p
 
 // Ranged requests of one byte over that many connections, with nothing but WinHTTP.
 void PedirFaixasCruas(const std::string& url, std::span<const std::wstring> objetos, std::size_t conexoes) {
-    std::wstring servidor(256, L'\0');
-    URL_COMPONENTS partes{.dwStructSize = sizeof partes, .lpszHostName = servidor.data(), .dwHostNameLength = 256};
-    if (WinHttpCrackUrl(DeUtf8(url).c_str(), 0, 0, &partes) == 0) Falhar("cru: url");
+    const auto porta = static_cast<INTERNET_PORT>(std::stoi(url.substr(url.rfind(':') + 1)));
     const HandleHttp sessao(
         WinHttpOpen(L"cru", WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0));
-    const HandleHttp conexao(WinHttpConnect(sessao.Valor(), servidor.c_str(), partes.nPort, 0));
+    const HandleHttp conexao(WinHttpConnect(sessao.Valor(), L"127.0.0.1", porta, 0));
     const auto pedir = [&](std::size_t i) {
         const HandleHttp pedido(WinHttpOpenRequest(conexao.Valor(), L"GET", objetos[i].c_str(), nullptr,
                                                    WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, 0));
@@ -416,9 +391,8 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1].string(), a[2], a[3]); }},
     {"grande", 3, [](const Argumentos& a) { MedirGrande(a[1], a[2].string(), a[3].string()); }},
     {"baixar", 3, [](const Argumentos& a) { MedirBaixar(a[1], a[2].string(), std::stoi(a[3].native())); }},
-    {"indice", 2, [](const Argumentos& a) { MedirIndice(a[1], a[2]); }},
     {"busca", 2, [](const Argumentos& a) { MedirBusca(a[1], a[2]); }},
-    {"tentar", 2, [](const Argumentos& a) { MedirTentativa(a[1], a[2].string()); }},
+    {"tentar", 3, [](const Argumentos& a) { MedirTentativa(a[1], a[2].string(), a[3]); }},
     {"janela", 2, [](const Argumentos& a) { MedirJanela(a[1], a[2]); }},
     {"minimizar", 0,
      [](const Argumentos&) { PostMessageW(FindWindowW(kClasseDaJanela, nullptr), WM_SYSCOMMAND, SC_MINIMIZE, 0); }},

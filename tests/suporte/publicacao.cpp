@@ -7,10 +7,9 @@
 
 #include "app/selo.h"
 #include "core/chaves.h"
-#include "core/crc32.h"
-#include "core/hash.h"
 #include "core/texto.h"
 #include "tools/forjal/chave_da_lista.h"
+#include "tools/forjal/relatorio.h"
 #include "update/blocos_indice.h"
 #include "update/hash_arquivo.h"
 #include "update/url.h"
@@ -18,8 +17,9 @@
 namespace zu::launcher::teste {
 namespace {
 
-std::span<const std::uint8_t> ComoBytes(std::string_view texto) {
-    return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()};
+// Bytes of each part; 0: it is published whole.
+std::uint64_t PorParte(const update::ItemLista& item) {
+    return item.partes == 0 ? 0 : (item.tamanho + item.partes - 1) / item.partes;
 }
 
 }  // namespace
@@ -29,32 +29,32 @@ std::string Assinar(std::string_view assinados) {
     std::string erro;
     std::vector<std::uint8_t> assinatura;
     if (!chave.Ler(std::filesystem::path(ZU_PASTA_CHAVES) / "lista.chave", erro) ||
-        !chave.Assinar(ComoBytes(assinados), assinatura)) {
+        !chave.Assinar({reinterpret_cast<const std::uint8_t*>(assinados.data()), assinados.size()}, assinatura)) {
         throw std::runtime_error("assinar " + erro);
     }
     return update::JuntarAssinatura(assinados, assinatura);
 }
 
-std::string Publicacao::Indice(const std::string& caminho) const {
-    const std::string& conteudo = arquivos.at(caminho);
-    const std::uint32_t n = partes.contains(caminho) ? partes.at(caminho) : 0;
-    update::EscritorDeIndice escritor(conteudo.size(), n == 0 ? 0 : (conteudo.size() + n - 1) / n);
+std::string IndiceDe(const std::string& conteudo, std::uint64_t parte) {
+    update::EscritorDeIndice escritor(conteudo.size(), parte);
     escritor.Alimentar(conteudo.data(), conteudo.size());
     return escritor.Terminar();
+}
+
+update::IndiceListado Listar(const std::string& caminho, const std::string& indice) {
+    return {.caminho = caminho, .sha256 = ParaHex(forjal::HashDoTexto(indice).sha256), .tamanho = indice.size()};
 }
 
 update::UpdateList Publicacao::Lista() const {
     update::UpdateList lista{.seq = seq, .versao = versao, .remover = remover};
     for (const auto& [caminho, conteudo] : arquivos) {
+        const ResultadoHash hash = forjal::HashDoTexto(conteudo);
         lista.itens.push_back({.caminho = caminho,
-                               .sha256 = ParaHex(Sha256Of(ComoBytes(conteudo))),
-                               .tamanho = conteudo.size(),
-                               .crc = ~Crc32Update(kCrc32Inicial, conteudo.data(), conteudo.size()),
+                               .sha256 = ParaHex(hash.sha256),
+                               .tamanho = hash.bytes,
+                               .crc = hash.crc,
                                .partes = partes.contains(caminho) ? partes.at(caminho) : 0});
-        if (!blocos) continue;
-        const std::string indice = Indice(caminho);
-        lista.blocos.push_back(
-            {.caminho = caminho, .sha256 = ParaHex(Sha256Of(ComoBytes(indice))), .tamanho = indice.size()});
+        if (blocos) lista.blocos.push_back(Listar(caminho, IndiceDe(conteudo, PorParte(lista.itens.back()))));
     }
     return lista;
 }
@@ -63,9 +63,9 @@ void Publicacao::Servir(Servidor& servidor) const {
     for (const update::ItemLista& item : Lista().itens) {
         const std::string& conteudo = arquivos.at(item.caminho);
         const std::string caminho = MontarUrl("", item.caminho).substr(1);
-        if (blocos) servidor.Definir(caminho + ".blocos", teste::Servir(Indice(item.caminho)));
+        const std::uint64_t porParte = PorParte(item);
+        if (blocos) servidor.Definir(caminho + ".blocos", teste::Servir(IndiceDe(conteudo, porParte)));
         if (item.partes == 0) servidor.Definir(caminho, teste::Servir(conteudo));
-        const std::size_t porParte = (conteudo.size() + item.partes - 1) / std::max(1U, item.partes);
         for (std::uint32_t i = 0; i < item.partes; ++i)
             servidor.Definir(caminho + SufixoDaParte(i + 1), teste::Servir(conteudo.substr(i * porParte, porParte)));
     }

@@ -24,11 +24,15 @@ struct Publicacao {
     bool blocos = false;  // with an index of each file
 
     [[nodiscard]] update::UpdateList Lista() const;
-    // Of a file.
-    [[nodiscard]] std::string Indice(const std::string& caminho) const;
     // Puts the files, their parts, their indexes and the signed list on the server.
     void Servir(Servidor& servidor) const;
 };
+
+// The block index of a file, published in parts of `parte` bytes unless that is 0.
+std::string IndiceDe(const std::string& conteudo, std::uint64_t parte = 0);
+
+// What a list says of an index.
+update::IndiceListado Listar(const std::string& caminho, const std::string& indice);
 
 // Repeatable bytes that look like nothing.
 std::string Bytes(std::size_t tamanho, unsigned semente = 1);

@@ -63,11 +63,9 @@ Roteiro Servir(std::string conteudo) {
         if (inicio >= conteudo.size()) {
             return {.status = 416, .cabecalhos = {{"Content-Range", Formatar("bytes */{}", conteudo.size())}}};
         }
-        return {.status = 206,
-                .corpo = conteudo.substr(inicio, fim - inicio),
-                .cabecalhos = {
-                    {"Content-Range", Formatar("bytes {}-{}/{}", inicio,
-                                               std::min<std::uint64_t>(fim, conteudo.size()) - 1, conteudo.size())}}};
+        const std::string corpo = conteudo.substr(inicio, fim - inicio);
+        const std::string lugar = Formatar("bytes {}-{}/{}", inicio, inicio + corpo.size() - 1, conteudo.size());
+        return {.status = 206, .corpo = corpo, .cabecalhos = {{"Content-Range", lugar}}};
     };
 }
 
@@ -104,16 +102,20 @@ void Servidor::Definir(const std::string& caminho, Roteiro roteiro) {
     roteiros_[caminho] = std::move(roteiro);
 }
 
+void Servidor::Mentir(const std::string& caminho, const Mentira& mentira) {
+    Definir(caminho, [bom = Achar(caminho), mentira](const Pedido& pedido) {
+        Resposta resposta = bom(pedido);
+        mentira(pedido, resposta);
+        return resposta;
+    });
+}
+
 std::vector<Pedido> Servidor::Pedidos(const std::string& caminho) const {
     const std::lock_guard guarda(trava_);
     std::vector<Pedido> deste;
-    std::ranges::copy_if(pedidos_, std::back_inserter(deste), [&](const Pedido& p) { return p.caminho == caminho; });
+    std::ranges::copy_if(pedidos_, std::back_inserter(deste),
+                         [&](const Pedido& p) { return caminho.empty() || p.caminho == caminho; });
     return deste;
-}
-
-std::size_t Servidor::QuantosPedidos() const {
-    const std::lock_guard guarda(trava_);
-    return pedidos_.size();
 }
 
 void Servidor::EsquecerPedidos() {
@@ -135,7 +137,11 @@ void Servidor::Atender(SOCKET conexao) {
     setsockopt(conexao, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&semEspera), sizeof semEspera);
     Fim fim = Fim::kNormal;
     for (Pedido pedido; fim == Fim::kNormal && LerPedido(conexao, pedido, fim_);) {
-        const Resposta resposta = Anotar(pedido)(pedido);
+        {
+            const std::lock_guard guarda(trava_);
+            pedidos_.push_back(pedido);
+        }
+        const Resposta resposta = Achar(pedido.caminho)(pedido);
         std::this_thread::sleep_for(resposta.atraso);
         fim = Enviar(conexao, resposta) ? resposta.fim : Fim::kFechar;
     }
@@ -147,10 +153,9 @@ void Servidor::Atender(SOCKET conexao) {
     closesocket(conexao);
 }
 
-Roteiro Servidor::Anotar(const Pedido& pedido) {
+Roteiro Servidor::Achar(const std::string& caminho) const {
     const std::lock_guard guarda(trava_);
-    pedidos_.push_back(pedido);
-    const auto lugar = roteiros_.find(pedido.caminho);
+    const auto lugar = roteiros_.find(caminho);
     return lugar != roteiros_.end() ? lugar->second : [](const Pedido&) { return Resposta{.status = 404}; };
 }
 

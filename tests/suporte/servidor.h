@@ -47,6 +47,7 @@ struct Resposta {
 };
 
 using Roteiro = std::function<Resposta(const Pedido&)>;
+using Mentira = std::function<void(const Pedido&, Resposta&)>;
 
 // Serves content as a good server does, ranges included.
 Roteiro Servir(std::string conteudo);
@@ -66,14 +67,18 @@ class Servidor {
         Definir(caminho, [resposta = std::move(sempre)](const Pedido&) { return resposta; });
     }
 
-    [[nodiscard]] std::vector<Pedido> Pedidos(const std::string& caminho) const;
-    [[nodiscard]] std::size_t QuantosPedidos() const;
+    // Lets `mentira` change every answer that the path's script gives.
+    void Mentir(const std::string& caminho, const Mentira& mentira);
+
+    // For a path, or all.
+    [[nodiscard]] std::vector<Pedido> Pedidos(const std::string& caminho = "") const;
+    [[nodiscard]] std::size_t QuantosPedidos() const { return Pedidos().size(); }
     void EsquecerPedidos();
 
  private:
     void Aceitar();
     void Atender(SOCKET conexao);
-    Roteiro Anotar(const Pedido& pedido);
+    [[nodiscard]] Roteiro Achar(const std::string& caminho) const;
     bool Enviar(SOCKET conexao, const Resposta& resposta) const;
 
     SOCKET escuta_ = INVALID_SOCKET;
