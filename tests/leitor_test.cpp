@@ -66,12 +66,12 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
                       HasSubstr("\n(2c Janela sem borda)\n2c Sincronia vertical (VSync) [Desmarcar]*\n2e Limite")));
     for (const char* nome : {"Vulkan", "Janela", "1920 x 1080", "Janela sem borda", "Sincronia vertical (VSync)", "60",
                              "Mudo", "Fechar o launcher ao jogar"}) {
-        EXPECT_TRUE(Bombear(2s, [&] { return Agir(opcoes, nome) == S_OK; })) << nome;
+        EXPECT_TRUE(Bombear(10s, [&] { return Agir(opcoes, nome) == S_OK; })) << nome;
     }
     const Coisa idioma = Coisa::De(opcoes).Com("Idioma:");
     EXPECT_EQ(idioma.objeto->accSelect(SELFLAG_TAKEFOCUS, idioma.filho), S_OK);
     EXPECT_TRUE(
-        Bombear(2s, [&] { return Coisa::De(opcoes).Com("Resolução:").Ler() == "2e Resolução:=1920 x 1080 [Abrir]"; }));
+        Bombear(10s, [&] { return Coisa::De(opcoes).Com("Resolução:").Ler() == "2e Resolução:=1920 x 1080 [Abrir]"; }));
 
     EXPECT_EQ(Agir(opcoes, "Requisitos"), S_OK);
     const HWND requisitos = EsperarJanela(kClasseDosRequisitos);
@@ -90,14 +90,14 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     EXPECT_EQ(celula.objeto->get_accRole(celula.filho, &papel), E_INVALIDARG);
     EXPECT_EQ(Agir(diagnostico, "Copiar relatório"), S_OK);
     const Coisa velha = Coisa::De(diagnostico);
-    EXPECT_TRUE(Bombear(2s, [&] { return Agir(diagnostico, "Copiado!") == S_OK; }));
+    EXPECT_TRUE(Bombear(10s, [&] { return Agir(diagnostico, "Copiado!") == S_OK; }));
     EXPECT_EQ(Agir(diagnostico, "Fechar"), S_OK);
-    EXPECT_TRUE(Bombear(2s, [&] { return velha.objeto->get_accRole(velha.filho, &papel) == CO_E_OBJNOTCONNECTED; }));
-    EXPECT_TRUE(Bombear(2s, [&] { return Agir(requisitos, "Fechar") == S_OK; }));
-    EXPECT_TRUE(Bombear(2s, [&] { return Agir(opcoes, "OK") == S_OK; }));
+    EXPECT_TRUE(Bombear(10s, [&] { return velha.objeto->get_accRole(velha.filho, &papel) == CO_E_OBJNOTCONNECTED; }));
+    EXPECT_TRUE(Bombear(10s, [&] { return Agir(requisitos, "Fechar") == S_OK; }));
+    EXPECT_TRUE(Bombear(10s, [&] { return Agir(opcoes, "OK") == S_OK; }));
     const std::string ini = TextoDoIni({"vulkan", 1, 1, 7, 0, 2, 0, 4, 0});
     EXPECT_TRUE(Bombear(5s, [&] { return pasta_.Ler("Config/Zu.ini") == ini; })) << pasta_.Ler("Config/Zu.ini");
-    EXPECT_TRUE(Bombear(2s, [&] { return Agir(principal, "Conectar") == S_OK; }));
+    EXPECT_TRUE(Bombear(10s, [&] { return Agir(principal, "Conectar") == S_OK; }));
     EXPECT_TRUE(Bombear(10s, [&] { return QuantasLinhas("Jogo aberto: Zu.exe --api=vulkan") == 1; }));
     // In the order of the session: the alert of the run's end; value, description, focus, state, name.
     EXPECT_THAT(eventos.Vistos(),
