@@ -29,6 +29,7 @@ target_link_libraries(zu_core PUBLIC zu_puro zu_bcrypt)
 
 add_library(zu_update STATIC
     update/agendador.cpp
+    update/andamento.cpp
     update/aplicar.cpp
     update/atualizador.cpp
     update/blocos.cpp
@@ -43,7 +44,6 @@ add_library(zu_update STATIC
     update/item.cpp
     update/jogo_aberto.cpp
     update/limpeza.cpp
-    update/andamento.cpp
     update/partes.cpp
     update/prefixo.cpp
     update/remocao.cpp

@@ -127,12 +127,12 @@ TEST(Barra, DeTarefasEmCadaEstado) {
 // while the window is open is not followed; a key that is still held down, from a window above, plays or closes; the
 // taskbar is told nothing; a tip stays, or keeps its text.
 TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
-    // Half of the second file arrives, and the other a good while later.
+    // Half of the second file arrives, and the other when all has been seen.
     constexpr std::size_t kMetade = 1 << 20;
     const std::string conteudo = Bytes(2 * kMetade);
     Publicar({{"a.bin", conteudo}, {"b.bin", conteudo}});
     servidor_.Definir("b.bin",
-                      [&](const Pedido&) { return Resposta{.corpo = conteudo, .bloco = kMetade, .pausa = 3s}; });
+                      [&](const Pedido&) { return Resposta{.corpo = conteudo, .bloco = kMetade, .prender = true}; });
     PorJogo("viver=300\nrelatorio=so_vulkan\n", true);
     const Tarefas tarefas;
     Interface ui;
@@ -145,9 +145,11 @@ TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
         EXPECT_EQ(zu::launcher::Principal().Parte(0).valor + zu::launcher::Principal().Parte(1).valor, L"75%50%");
         EXPECT_EQ(zu::launcher::Principal().Parte(2).papel, ROLE_SYSTEM_STATICTEXT);
     });
-    for (const char* const provas :
-         {"226,450=FFFFFF~0 5,45=FFFFFF~0 60,10=FFFFFF~0 110,486=FFFFFF~0 299,419=3096FA~0 120,485=F0F0F0~6",
-          "226,450=E2E2E2~0 5,45=D4D4D4~0"}) {
+    const DWORD destaque = GetSysColor(COLOR_HIGHLIGHT);
+    const std::string comContraste = Formatar(
+        "226,450=FFFFFF~0 5,45=FFFFFF~0 60,10=FFFFFF~0 110,486=FFFFFF~0 299,419={:02X}{:02X}{:02X}~0 120,485=F0F0F0~6",
+        GetRValue(destaque), GetGValue(destaque), GetBValue(destaque));
+    for (const std::string& provas : {comContraste, std::string("226,450=E2E2E2~0 5,45=D4D4D4~0")}) {
         contraste = !contraste;
         SendMessageW(ui.Janela(), WM_SETTINGCHANGE, 0, 0);
         EXPECT_EQ(ui.Provar(provas), "");
@@ -161,6 +163,7 @@ TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
     }
     SendMessageW(ui.Janela(), WM_COMMAND, kBotaoConectar, 0);
     ASSERT_FALSE(ObterControlador().AbrindoJogo());
+    servidor_.Soltar();
     EXPECT_TRUE(EsperarPronto(ui));
     EXPECT_TRUE(Esperar(2s, [&] { return LerTela(dica()) == "Atualização concluída: 2 arquivo(s) novo(s)."; }));
     EXPECT_EQ(ui.Provar("348,419=2762C2~10 348,438=2762C2~10"), "");

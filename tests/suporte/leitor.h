@@ -96,16 +96,20 @@ struct Coisa {
  private:
     [[nodiscard]] bool NoSeuLugar() const {
         std::array<long, 4> r{};  // left, top, width, height
-        VARIANT achado{};
         HWND janela = nullptr;
         objeto->accLocation(&r[0], &r[1], &r[2], &r[3], filho);
         WindowFromAccessibleObject(objeto.get(), &janela);
-        if (const Coisa raiz = De(GetAncestor(janela, GA_ROOT)); raiz.objeto)
-            raiz.objeto->accHitTest(r[0] + r[2] / 2, r[1] + r[3] / 2, &achado);
-        if (achado.vt != VT_DISPATCH) return achado.lVal == filho.lVal || filho.lVal == CHILDID_SELF;
-        Coisa inteira = *this;
-        inteira.filho.lVal = CHILDID_SELF;
-        return Coisa(achado.pdispVal, CHILDID_SELF).Nome() == inteira.Nome();
+        const HWND raiz = GetAncestor(janela, GA_ROOT);
+        if (raiz == janela && filho.lVal == CHILDID_SELF) return true;
+        Coisa achada = De(raiz);
+        for (VARIANT v{}; achada.objeto; achada = Coisa(v.pdispVal, CHILDID_SELF)) {
+            achada.objeto->accHitTest(r[0] + r[2] / 2, r[1] + r[3] / 2, &v);
+            if (v.vt == VT_DISPATCH) continue;
+            Coisa dono = *this;
+            dono.filho.lVal = CHILDID_SELF;
+            return v.lVal == filho.lVal && achada.Nome() == dono.Nome();
+        }
+        return false;
     }
 };
 

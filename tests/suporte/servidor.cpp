@@ -10,6 +10,8 @@
 namespace zu::launcher::teste {
 namespace {
 
+constexpr std::chrono::milliseconds kPasso{20};
+
 // Waits until there is something to take from the socket. False when the server is to end.
 bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
     while (!fim) {
@@ -149,7 +151,7 @@ void Servidor::Atender(SOCKET conexao) {
     if (fim == Fim::kDerrubar)
         setsockopt(conexao, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&jaNao), sizeof jaNao);
     while (fim == Fim::kCalar && !fim_)
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        std::this_thread::sleep_for(kPasso);
     closesocket(conexao);
 }
 
@@ -170,7 +172,10 @@ bool Servidor::Enviar(SOCKET conexao, const Resposta& resposta) const {
     for (std::string_view corpo = resposta.corpo; enviou && !corpo.empty() && !fim_;) {
         enviou = EnviarBytes(conexao, corpo.substr(0, resposta.bloco));
         corpo.remove_prefix(std::min(resposta.bloco, corpo.size()));
-        if (!corpo.empty()) std::this_thread::sleep_for(resposta.pausa);
+        if (corpo.empty()) break;
+        std::this_thread::sleep_for(resposta.pausa);
+        while (resposta.prender && !solto_ && !fim_)
+            std::this_thread::sleep_for(kPasso);
     }
     return enviou;
 }

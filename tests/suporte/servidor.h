@@ -44,6 +44,7 @@ struct Resposta {
     std::chrono::milliseconds atraso{0};
     std::size_t bloco = 64 * 1024;       // bytes sent at once
     std::chrono::milliseconds pausa{0};  // between two blocks
+    bool prender = false;                // behind the first block, until the server is told to let go
 };
 
 using Roteiro = std::function<Resposta(const Pedido&)>;
@@ -74,6 +75,8 @@ class Servidor {
     [[nodiscard]] std::vector<Pedido> Pedidos(const std::string& caminho = "") const;
     [[nodiscard]] std::size_t QuantosPedidos() const { return Pedidos().size(); }
     void EsquecerPedidos();
+    // The answers that wait for it go on.
+    void Soltar() { solto_ = true; }
 
  private:
     void Aceitar();
@@ -84,6 +87,7 @@ class Servidor {
     SOCKET escuta_ = INVALID_SOCKET;
     int porta_ = 0;
     std::atomic<bool> fim_ = false;
+    std::atomic<bool> solto_ = false;
     mutable std::mutex trava_;
     std::map<std::string, Roteiro> roteiros_;
     std::vector<Pedido> pedidos_;

@@ -251,7 +251,10 @@ STDMETHODIMP Objeto::accHitTest(long x, long y, VARIANT* filho) {
         const HWND atingida = ChildWindowFromPointEx(janela, ponto, CWP_SKIPINVISIBLE);
         if (atingida == nullptr) return S_FALSE;
         if (atingida != janela) return DeJanela(atingida, filho);
-        return DeNumero(PrimeiraParte([&](const Elemento& e) { return PtInRect(&e.lugar, ponto) != FALSE; }), filho);
+        const auto atinge = [&](const Elemento& e) {
+            return (e.estado & STATE_SYSTEM_INVISIBLE) == 0 && PtInRect(&e.lugar, ponto) != FALSE;
+        };
+        return DeNumero(PrimeiraParte(atinge), filho);
     });
 }
 

@@ -116,8 +116,9 @@ void AoPerderCaptura(HWND controle, EstadoControle& estado) {
 
 // A disabled window gets no word of the pointer leaving it.
 void AoHabilitar(HWND controle, EstadoControle& estado, bool habilitado) {
-    // The system has taken the keyboard away from it by now; no key would reach the window.
-    if (!habilitado && GetFocus() == nullptr && GetActiveWindow() == GetParent(controle)) SetFocus(GetParent(controle));
+    // Left with it, or with nobody once the system has taken it away, the keyboard would not reach the window.
+    const bool semTeclado = GetFocus() == controle || GetFocus() == nullptr;
+    if (!habilitado && semTeclado && GetActiveWindow() == GetParent(controle)) SetFocus(GetParent(controle));
     if (!habilitado && estado.hover) MudarHover(controle, estado, false);
     Repintar(controle);
     Avisar(EVENT_OBJECT_STATECHANGE, controle);

@@ -74,12 +74,12 @@ int ControleAcessivel::Partes() const {
     return static_cast<int>(EstadoDo(controle_).items.size());
 }
 
-// An item takes the place of the list, where it is shown once it is chosen.
+// None is seen while the list is closed: a pointer finds the list itself. When it is open, the menu speaks for itself.
 Elemento ControleAcessivel::Parte(int i) const {
     const EstadoControle& estado = EstadoDo(controle_);
     Elemento e{.nome = estado.items[static_cast<std::size_t>(i)], .papel = ROLE_SYSTEM_LISTITEM};
     GetClientRect(controle_, &e.lugar);
-    e.estado = i == estado.selected ? STATE_SYSTEM_SELECTED : STATE_SYSTEM_INVISIBLE;
+    e.estado = STATE_SYSTEM_INVISIBLE | (i == estado.selected ? STATE_SYSTEM_SELECTED : 0);
     if (!PodeAgir(controle_)) {
         e.estado |= STATE_SYSTEM_UNAVAILABLE;
         return e;

@@ -47,8 +47,9 @@ class Janela {
     // Gives the keyboard to the first control. The window must be shown: it becomes the active one.
     void Focar();
 
-    // What it tells the programs that read the screen aloud of what it draws itself; the last part is no box of the
-    // title strip. The words about the whole.
+    // What the programs that read the screen aloud hear: the window's name, words about it as a whole, and what it
+    // draws itself, numbered from 0 in the order of reading. Controls and the boxes of the title strip are not among
+    // these parts.
     [[nodiscard]] std::wstring Titulo() const;
     [[nodiscard]] virtual std::wstring Descricao() const { return {}; }
     [[nodiscard]] virtual int Partes() const { return 0; }

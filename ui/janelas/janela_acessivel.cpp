@@ -1,7 +1,5 @@
 #include "ui/janelas/janela_acessivel.h"
 
-#include <utility>
-
 namespace zu::launcher {
 namespace {
 

@@ -168,7 +168,9 @@ void JanelaPrincipal::AvisarMudancas(const AparenciaPrincipal& antes) const {
         avisar(EVENT_OBJECT_NAMECHANGE, kParteSituacao);
         Avisar(EVENT_OBJECT_DESCRIPTIONCHANGE, Handle());
     }
-    if (vista_.terminou && !antes.terminou) avisar(EVENT_SYSTEM_ALERT, kParteSituacao);
+    // What fails after a run has ended is as much to be heard as its end.
+    const bool novidade = !antes.terminou || vista_.situacao != antes.situacao;
+    if (vista_.terminou && novidade) avisar(EVENT_SYSTEM_ALERT, kParteSituacao);
 }
 
 std::wstring JanelaPrincipal::Descricao() const {
