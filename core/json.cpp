@@ -1,7 +1,10 @@
 #include "core/json.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <limits>
 #include <system_error>
@@ -17,13 +20,36 @@ constexpr std::string_view kDigitosHex = "0123456789abcdefABCDEF";
 constexpr std::size_t kDigitosDaUnidade = 4;
 constexpr int kNivelMaximo = 64;
 
-// The bytes that end a run of plain text inside a string.
-constexpr auto kFimDoTrecho = [] {
-    std::array<bool, 256> fim{};
-    std::fill_n(fim.begin(), 0x20, true);
-    fim['"'] = fim['\\'] = true;
-    return fim;
+// What an escape stands for, by its letter; 0 for a letter that begins none. "u" has a way of its own.
+constexpr auto kEscapes = [] {
+    std::array<char, 256> valores{};
+    constexpr std::string_view kLetras = "\"/\\bfnrt";
+    constexpr std::string_view kValores = "\"/\\\b\f\n\r\t";
+    for (std::size_t i = 0; i < kLetras.size(); ++i)
+        valores[static_cast<unsigned char>(kLetras[i])] = kValores[i];
+    return valores;
 }();
+
+// The bytes up to the one that ends a run of plain text inside a string: a quote, a backslash or a control character.
+// Sixteen at a time.
+std::size_t TamanhoDoTrecho(std::string_view texto) {
+    const __m128i aspas = _mm_set1_epi8('"');
+    const __m128i barra = _mm_set1_epi8('\\');
+    const __m128i controle = _mm_set1_epi8(0x1F);
+    std::size_t i = 0;
+    for (; i + sizeof(__m128i) <= texto.size(); i += sizeof(__m128i)) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(texto.data() + i));
+        const __m128i fins = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, aspas), _mm_cmpeq_epi8(bytes, barra)),
+                                          _mm_cmpeq_epi8(_mm_min_epu8(bytes, controle), bytes));
+        const auto marcas = static_cast<unsigned>(_mm_movemask_epi8(fins));
+        if (marcas != 0) return i + static_cast<std::size_t>(std::countr_zero(marcas));
+    }
+    for (; i < texto.size(); ++i) {
+        const char c = texto[i];
+        if (c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20) break;
+    }
+    return i;
+}
 
 constexpr bool Branco(char c) {
     return c == ' ' || c == '\n' || c == '\r' || c == '\t';
@@ -161,6 +187,7 @@ class Leitor {
         ++posicao_;
         PularBrancos();
         if (Tomar('}')) return true;
+        const Medida medida(objeto.membros, membros_[static_cast<std::size_t>(nivel)]);
         do {
             if (!LerMembro(objeto.membros.emplace_back(), nivel + 1)) {
                 objeto.membros.pop_back();
@@ -184,6 +211,7 @@ class Leitor {
         ++posicao_;
         PularBrancos();
         if (Tomar(']')) return true;
+        const Medida medida(lista.elementos, elementos_[static_cast<std::size_t>(nivel)]);
         do {
             if (!LerValor(lista.elementos.emplace_back(), nivel + 1)) {
                 lista.elementos.pop_back();
@@ -196,29 +224,39 @@ class Leitor {
 
     bool LerTexto(std::string& texto) {
         if (!Tomar('"')) return Falhar("esperava '\"'");
+        bool comEscapes = false;
         while (true) {
-            const std::string_view resto = Resto();
-            const auto fim =
-                std::ranges::find_if(resto, [](char c) { return kFimDoTrecho[static_cast<unsigned char>(c)]; });
-            texto.append(resto.begin(), fim);
-            posicao_ += static_cast<std::size_t>(fim - resto.begin());
+            const std::string_view trecho = Resto().substr(0, TamanhoDoTrecho(Resto()));
+            texto.append(trecho);
+            posicao_ += trecho.size();
             if (NoFim()) return Falhar("texto sem fim");
             const char byte = documento_[posicao_++];
             if (byte == '"') return true;
             if (byte != '\\') return Falhar("caractere de controle no texto");
+            if (!comEscapes) texto.reserve(texto.size() + TamanhoAteAspas());
+            comEscapes = true;
             if (!LerEscape(texto)) return false;
         }
+    }
+
+    // Of the rest of a text, whose first byte is an escape's letter. What is read of it is never longer.
+    [[nodiscard]] std::size_t TamanhoAteAspas() const {
+        const std::string_view resto = Resto();
+        std::size_t i = 0;
+        do {
+            i = std::min(i + 1, resto.size());
+            i += TamanhoDoTrecho(resto.substr(i));
+        } while (i < resto.size() && resto[i++] == '\\');
+        return i;
     }
 
     bool LerEscape(std::string& texto) {
         if (NoFim()) return Falhar("texto sem fim");
         const char letra = documento_[posicao_++];
         if (letra == 'u') return LerUnicode(texto);
-        constexpr std::string_view kLetras = "\"/\\bfnrt";
-        constexpr std::string_view kValores = "\"/\\\b\f\n\r\t";
-        const std::size_t indice = kLetras.find(letra);
-        if (indice == std::string_view::npos) return Falhar("escape inválido");
-        texto.push_back(kValores[indice]);
+        const char valor = kEscapes[static_cast<unsigned char>(letra)];
+        if (valor == '\0') return Falhar("escape inválido");
+        texto.push_back(valor);
         return true;
     }
 
@@ -252,18 +290,40 @@ class Leitor {
         const std::string_view numero(resto.begin(), fim);
         posicao_ += numero.size();
         valor.tipo = TipoJson::kNumero;
-        valor.numero = LerReal(numero);
         if (numero.find_first_of(".eE") != std::string_view::npos) {
+            valor.numero = LerReal(numero);
             valor.inteiro = Truncar(valor.numero);
             return true;
         }
         const auto lido = std::from_chars(numero.data(), numero.data() + numero.size(), valor.inteiro);
+        // Both conversions round the same way; only one knows of a zero below zero.
+        const bool exato = lido.ec == std::errc{} && valor.inteiro != 0;
+        valor.numero = exato ? static_cast<double>(valor.inteiro) : LerReal(numero);
         return lido.ec == std::errc{} || Falhar("número inteiro grande demais");
     }
+
+    // Containers at the same depth are alike: one is given the room that the one before it took. What is given for
+    // nothing is never more than what was used.
+    template <class Filhos>
+    class Medida {
+     public:
+        Medida(Filhos& filhos, std::size_t& daAnterior) : filhos_(filhos), daAnterior_(daAnterior) {
+            filhos_.reserve(daAnterior_);
+        }
+        Medida(const Medida&) = delete;
+        Medida& operator=(const Medida&) = delete;
+        ~Medida() { daAnterior_ = filhos_.size(); }
+
+     private:
+        Filhos& filhos_;
+        std::size_t& daAnterior_;
+    };
 
     std::string_view documento_;
     std::size_t posicao_ = 0;
     std::string_view falha_;
+    std::array<std::size_t, kNivelMaximo + 1> membros_{};
+    std::array<std::size_t, kNivelMaximo + 1> elementos_{};
 };
 
 const ValorJson* Procurar(const ValorJson& objeto, std::string_view chave) {

@@ -30,6 +30,9 @@ bool LerNumeroInteiro(std::string_view texto, Inteiro& valor, int base = 10) {
     return true;
 }
 
+// The place of the first byte that is `byte`; the text's size when there is none.
+std::size_t AcharByte(std::string_view texto, char byte);
+
 // Takes the text up to `separador` off the front of `resto`, the separator with it; the whole of `resto` when there is
 // no separator left.
 std::string_view TomarAte(std::string_view& resto, char separador);

@@ -102,7 +102,7 @@ TEST_F(Item, DeQualquerComecoChegaAoConteudoOuSeApaga) {
 
 TEST_F(Item, PequenoVazioEErradoDoTamanhoCerto) {
     update::ItemLista item = Publicar("f", "certo");
-    item.sha256.clear();
+    item.sha256 = {};
     servidor_.Definir("f", Servir("errad"));
     EXPECT_EQ(Baixar(item), Formatar("o arquivo baixado não confere (CRC32/SHA-256: CRC {:08X} esperado {:08X})",
                                      0x378A24AEU, item.crc));

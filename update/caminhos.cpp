@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "core/texto.h"
 
@@ -9,24 +10,37 @@ namespace zu::launcher::update {
 namespace {
 
 constexpr std::size_t kMaiorCaminho = 400;  // bytes
-constexpr std::string_view kProibidos = "\"*:<>?\\|";
+
+// What a byte is in a path: of no consequence, between two names, or in no name.
+enum class Byte : std::uint8_t { kComum, kSeparador, kProibido };
+
+constexpr auto kBytes = [] {
+    std::array<Byte, 256> bytes{};
+    std::fill_n(bytes.begin(), 0x20, Byte::kProibido);
+    for (const char c : std::string_view("\"*:<>?|"))
+        bytes[static_cast<unsigned char>(c)] = Byte::kProibido;
+    bytes['/'] = bytes['\\'] = Byte::kSeparador;
+    return bytes;
+}();
+
+Byte Tipo(char c) {
+    return kBytes[static_cast<unsigned char>(c)];
+}
 
 bool NomeDeDispositivo(std::string_view componente) {
     constexpr std::array<std::string_view, 4> kNomes{"con", "prn", "aux", "nul"};
-    const std::string_view semExtensao = componente.substr(0, componente.find('.'));
-    if (semExtensao.size() != 3 && semExtensao.size() != 4) return false;
-    const std::string nome = MinusculasAscii(std::string(semExtensao));
+    const auto acabaEm = [&](std::size_t letras) {
+        return componente.size() == letras || (componente.size() > letras && componente[letras] == '.');
+    };
+    if (!acabaEm(3) && !acabaEm(4)) return false;
+    const std::string nome = MinusculasAscii(std::string(componente.substr(0, acabaEm(3) ? 3 : 4)));
     if (std::ranges::find(kNomes, nome) != kNomes.end()) return true;
     return nome.size() == 4 && (nome.starts_with("com") || nome.starts_with("lpt")) && nome[3] >= '1' && nome[3] <= '9';
 }
 
+// Of a name without separators and forbidden bytes.
 bool ComponenteSeguro(std::string_view componente) {
-    if (componente.empty() || componente == "." || componente == "..") return false;
-    if (componente.ends_with('.') || componente.ends_with(' ')) return false;
-    const auto proibido = [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 || kProibidos.find(c) != std::string_view::npos;
-    };
-    return std::ranges::none_of(componente, proibido) && !NomeDeDispositivo(componente);
+    return !componente.ends_with('.') && !componente.ends_with(' ') && !NomeDeDispositivo(componente);
 }
 
 }  // namespace
@@ -44,13 +58,23 @@ std::string NormalizarCaminho(std::string_view caminho) {
     return normal;
 }
 
+// The same as for the normalised form, which is not made: a list of 100,000 files asks this for each.
 bool CaminhoSeguro(std::string_view caminho) {
-    const std::string normal = NormalizarCaminho(caminho);
-    if (normal.empty() || normal.size() > kMaiorCaminho || normal.back() == '/') return false;
-    for (std::string_view resto = normal; !resto.empty();) {
-        if (!ComponenteSeguro(TomarAte(resto, '/'))) return false;
+    if (caminho.empty() || Tipo(caminho.back()) == Byte::kSeparador) return false;
+    std::size_t tamanho = 0;  // of the normalised form, with a separator behind each name
+    for (auto inicio = caminho.begin(); inicio != caminho.end();) {
+        const auto fim = std::find_if(inicio, caminho.end(), [](char c) { return Tipo(c) != Byte::kComum; });
+        const std::string_view componente(inicio, fim);
+        const bool ultimo = fim == caminho.end();
+        if (!ultimo && Tipo(*fim) == Byte::kProibido) return false;
+        const bool normalizado = !ultimo && (componente.empty() || (componente == "." && tamanho == 0));
+        if (!normalizado) {
+            if (!ComponenteSeguro(componente)) return false;
+            tamanho += componente.size() + 1;
+        }
+        inicio = ultimo ? fim : fim + 1;
     }
-    return true;
+    return tamanho <= kMaiorCaminho + 1;
 }
 
 std::string ChaveDoCaminho(std::string_view caminho) {

@@ -22,7 +22,6 @@ constexpr std::string_view kRemover = ";remover";
 constexpr std::string_view kBlocos = ";blocos";
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 constexpr std::uint32_t kMaximoDePartes = 999;
-constexpr std::size_t kTamanhoSha256 = 64;
 
 std::string_view SemFim(std::string_view texto, std::string_view letras) {
     const std::size_t ultimo = texto.find_last_not_of(letras);
@@ -37,12 +36,12 @@ struct Campos {
 
 Campos Separar(std::string_view linha) {
     Campos campos;
-    while (campos.quantos < campos.valor.size()) {
-        const bool ultimo = linha.find('\t') == std::string_view::npos;
-        campos.valor[campos.quantos++] = TomarAte(linha, '\t');
-        if (ultimo) break;
+    while (true) {
+        const std::size_t fim = AcharByte(linha, '\t');
+        campos.valor[campos.quantos++] = linha.substr(0, fim);
+        if (fim == linha.size() || campos.quantos == campos.valor.size()) return campos;
+        linha.remove_prefix(fim + 1);
     }
-    return campos;
 }
 
 // The leading number counts; what follows it does not. No number, or one too large, changes nothing.
@@ -53,12 +52,9 @@ void LerSeq(std::string_view texto, std::int64_t& seq) {
 
 // What is not as it should be is ignored, as by a launcher that does not know the directive.
 void LerBlocos(const Campos& campos, UpdateList& lista) {
-    IndiceListado indice{.caminho = std::string(campos.valor[1]),
-                         .sha256 = MinusculasAscii(std::string(campos.valor[3]))};
-    if (CaminhoSeguro(indice.caminho) && LerNumeroInteiro(campos.valor[2], indice.tamanho) &&
-        indice.sha256.size() == kTamanhoSha256) {
+    IndiceListado indice{.caminho = std::string(campos.valor[1]), .sha256 = campos.valor[3]};
+    if (CaminhoSeguro(indice.caminho) && LerNumeroInteiro(campos.valor[2], indice.tamanho) && !indice.sha256.empty())
         lista.blocos.push_back(std::move(indice));
-    }
 }
 
 bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
@@ -94,22 +90,22 @@ bool LerArquivo(const Campos& campos, UpdateList& lista, std::string& falha) {
         falha = Formatar("caminho inseguro ({})", caminho);
         return false;
     }
-    ItemLista item;
-    if (!LerNumeroInteiro(crc, item.crc, 16) || !LerNumeroInteiro(tamanho, item.tamanho)) {
+    std::uint32_t valorDoCrc = 0;
+    std::uint64_t bytes = 0;
+    if (!LerNumeroInteiro(crc, valorDoCrc, 16) || !LerNumeroInteiro(tamanho, bytes)) {
         falha = "CRC/tamanho inválido";
         return false;
     }
-    if (!sha256.empty() && sha256.size() != kTamanhoSha256) {
+    if (!sha256.empty() && sha256.size() != TextoSha256::kTamanho) {
         falha = "SHA-256 inválido";
         return false;
     }
-    if (!partes.empty() && (!LerNumeroInteiro(partes, item.partes) || item.partes > kMaximoDePartes)) {
+    std::uint32_t quantas = 0;
+    if (!partes.empty() && (!LerNumeroInteiro(partes, quantas) || quantas > kMaximoDePartes)) {
         falha = "número de partes inválido";
         return false;
     }
-    item.caminho = caminho;
-    item.sha256 = MinusculasAscii(std::string(sha256));
-    lista.itens.push_back(std::move(item));
+    lista.itens.push_back({std::string(caminho), sha256, bytes, valorDoCrc, quantas});
     return true;
 }
 
@@ -134,10 +130,8 @@ ListaSeparada SepararAssinatura(std::string_view texto) {
 
 bool LerLista(std::string_view assinados, UpdateList& lista, std::string& erro) {
     lista = {};
-    // As many as there are lines, but never for a text of nothing but line ends.
-    constexpr std::size_t kLinhaComum = 32;  // bytes
-    const auto linhas = static_cast<std::size_t>(std::ranges::count(assinados, '\n')) + 1;
-    lista.itens.reserve(std::min(linhas, assinados.size() / kLinhaComum + 1));
+    constexpr std::size_t kLinhaComum = 96;  // bytes; it has a SHA-256
+    lista.itens.reserve(assinados.size() / kLinhaComum + 1);
     if (assinados.starts_with(kMarcaUtf8)) assinados.remove_prefix(kMarcaUtf8.size());
     for (std::size_t numero = 1; !assinados.empty(); ++numero) {
         const std::string_view linha = SemFim(TomarAte(assinados, '\n'), " \r");

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/texto_sha256.h"
 #include "update/instante.h"
 
 namespace zu::launcher::update {
@@ -17,7 +18,7 @@ constexpr std::uint64_t kLimiteDaLista = 0x4000000;  // 64 MiB: the launcher fet
 // One file of the list.
 struct ItemLista {
     std::string caminho;        // as written; normalised wherever it is used
-    std::string sha256;         // 64 lower-case characters, or empty when the list gives none
+    TextoSha256 sha256;         // empty when the list gives none
     std::uint64_t tamanho = 0;  // bytes of the whole file
     std::uint32_t crc = 0;      // CRC-32 of the whole file
     std::uint32_t partes = 0;   // 0: published whole; 1 to 999: published as that many parts
@@ -26,7 +27,7 @@ struct ItemLista {
 // The block index of a listed file, published beside it.
 struct IndiceListado {
     std::string caminho;        // of the file, as written
-    std::string sha256;         // of the index: 64 lower-case characters
+    TextoSha256 sha256;         // of the index
     std::uint64_t tamanho = 0;  // bytes of the index
 };
 
