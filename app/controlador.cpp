@@ -71,7 +71,7 @@ void ControladorLauncher::Tick() {
         return;
     }
     if (!atualizando && status != StatusUpdate::kReiniciando) IniciarDiagnostico();
-    const ResultadoRequisitos requisitos = ObterRequisitos();
+    const SituacaoRequisitos requisitos = ObterSituacaoRequisitos();
     CorrigirApi(requisitos);
     JogarSozinho(requisitos);
 }
@@ -116,7 +116,7 @@ void ControladorLauncher::IniciarDiagnostico() {
 }
 
 // An interface that does not run here gives way to the other one, if that one does.
-void ControladorLauncher::CorrigirApi(const ResultadoRequisitos& requisitos) {
+void ControladorLauncher::CorrigirApi(const SituacaoRequisitos& requisitos) {
     if (!possui_ || !requisitos.concluido || !requisitos.relatorioLido || std::exchange(apiConferida_, true)) return;
     OpcoesJogo opcoes = LerOpcoesJogo();
     const std::string api = ApiQueRoda(opcoes.api, requisitos);
@@ -126,7 +126,7 @@ void ControladorLauncher::CorrigirApi(const ResultadoRequisitos& requisitos) {
     GravarOpcoesJogo(opcoes);
 }
 
-void ControladorLauncher::JogarSozinho(const ResultadoRequisitos& requisitos) {
+void ControladorLauncher::JogarSozinho(const SituacaoRequisitos& requisitos) {
     if (!InicioAutomaticoPorFazer() || !requisitos.concluido || !PodeJogarAgora()) return;
     inicioAutomaticoFeito_ = true;
     try {

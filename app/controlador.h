@@ -115,8 +115,8 @@ class ControladorLauncher {
     [[nodiscard]] bool EntregaPorFazer() const;
     bool EntregarTrocas();
     void IniciarDiagnostico();
-    void CorrigirApi(const ResultadoRequisitos& requisitos);
-    void JogarSozinho(const ResultadoRequisitos& requisitos);
+    void CorrigirApi(const SituacaoRequisitos& requisitos);
+    void JogarSozinho(const SituacaoRequisitos& requisitos);
 
     RegrasDoControlador regras_;
     Atualizador atualizador_;

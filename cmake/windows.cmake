@@ -72,6 +72,7 @@ add_library(zu_ui STATIC
     ui/captura/captura.cpp
     ui/controles/controle.cpp
     ui/controles/controle_acessivel.cpp
+    ui/controles/face_guardada.cpp
     ui/controles/lista.cpp
     ui/controles/pintor_controle.cpp
     ui/desenho/contraste.cpp

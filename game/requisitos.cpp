@@ -148,6 +148,12 @@ void RodarRequisitos(std::uint32_t geracao, std::chrono::milliseconds limite) {
     Publicar(geracao, relatorio, std::move(resultado));
 }
 
+SituacaoRequisitos ObterSituacaoRequisitos() {
+    Publicacao& publicado = Publicado();
+    const std::lock_guard guarda(publicado.trava);
+    return publicado.resultado;
+}
+
 ResultadoRequisitos ObterRequisitos() {
     Publicacao& publicado = Publicado();
     const std::lock_guard guarda(publicado.trava);

@@ -24,7 +24,8 @@ void IniciarRequisitos(std::chrono::milliseconds limite = kLimiteDoDiagnostico);
 // by the end; when there is one at the start, the game is not asked. Trouble is logged.
 void RodarRequisitos(std::uint32_t geracao, std::chrono::milliseconds limite = kLimiteDoDiagnostico);
 
-// A copy of the published result. Any thread.
+// Of the published result no more than its four answers; and a copy of all of it, report included. Any thread.
+SituacaoRequisitos ObterSituacaoRequisitos();
 ResultadoRequisitos ObterRequisitos();
 
 // The verdict on a result, its headline included. Any thread.

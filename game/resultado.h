@@ -23,11 +23,15 @@ struct ItemRequisito {
     EstadoItem estado = EstadoItem::kOk;
 };
 
-struct ResultadoRequisitos {
+// What is asked for again and again.
+struct SituacaoRequisitos {
     bool concluido = false;      // the run has ended, with or without a report
-    bool relatorioLido = false;  // what stands below comes from a report
+    bool relatorioLido = false;  // the answers, here and below, come from a report
     bool d3d12 = true;           // a report that leaves an answer out never blocks the game
     bool vulkan = true;
+};
+
+struct ResultadoRequisitos : SituacaoRequisitos {
     std::string d3d12Detalhe;
     std::string vulkanDetalhe;
     std::string placa;

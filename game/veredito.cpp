@@ -50,11 +50,11 @@ VereditoRequisitos JulgarRequisitos(const ResultadoRequisitos& resultado, std::w
     return veredito;
 }
 
-std::string ApiQueRoda(const std::string& api, const ResultadoRequisitos& resultado) {
+std::string ApiQueRoda(const std::string& api, const SituacaoRequisitos& situacao) {
     const bool vulkan = api == "vulkan";
-    const bool estaRoda = vulkan ? resultado.vulkan : resultado.d3d12;
-    const bool outraRoda = vulkan ? resultado.d3d12 : resultado.vulkan;
-    if (!resultado.relatorioLido || estaRoda || !outraRoda) return api;
+    const bool estaRoda = vulkan ? situacao.vulkan : situacao.d3d12;
+    const bool outraRoda = vulkan ? situacao.d3d12 : situacao.vulkan;
+    if (!situacao.relatorioLido || estaRoda || !outraRoda) return api;
     return vulkan ? "d3d12" : "vulkan";
 }
 

@@ -26,6 +26,6 @@ VereditoRequisitos JulgarRequisitos(const ResultadoRequisitos& resultado, std::w
 
 // The graphics interface to use in place of `api`: the other one ("d3d12" or "vulkan") when only that runs here, else
 // the same. Only "vulkan" itself counts as that; without a report nothing changes.
-std::string ApiQueRoda(const std::string& api, const ResultadoRequisitos& resultado);
+std::string ApiQueRoda(const std::string& api, const SituacaoRequisitos& situacao);
 
 }  // namespace zu::launcher

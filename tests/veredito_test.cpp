@@ -14,7 +14,8 @@ const std::string kIntel = "https://www.intel.com.br/content/www/br/pt/support/d
 const std::string kAtualizacoes = "ms-settings:windowsupdate";
 
 ResultadoRequisitos Analisar(const std::string& relatorio) {
-    ResultadoRequisitos resultado{.relatorioLido = true, .relatorio = relatorio};
+    ResultadoRequisitos resultado{{.relatorioLido = true}};
+    resultado.relatorio = relatorio;
     AnalisarRelatorio(resultado);
     return resultado;
 }
@@ -108,7 +109,8 @@ TEST(Veredito, UmRamoPorVez) {
         {"aviso ", true, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 e com Vulkan neste"},
     };
     for (const auto& [geral, d3d12, vulkan, item, nosso, nivel, titulo, inicio] : casos) {
-        ResultadoRequisitos r{.relatorioLido = true, .d3d12 = d3d12, .vulkan = vulkan, .geral = geral};
+        ResultadoRequisitos r{{.relatorioLido = true, .d3d12 = d3d12, .vulkan = vulkan}};
+        r.geral = geral;
         r.items = {ItemRequisito{}, ItemRequisito{.estado = item}};
         const VereditoRequisitos v = JulgarRequisitos(r, nosso);
         EXPECT_EQ(static_cast<int>(v.nivel), nivel) << geral;

@@ -32,7 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     Exigir(LerRelatorio(texto, lido, erro) == erro.empty() && lido.relatorioLido == erro.empty());
     Conferir(lido);
 
-    ResultadoRequisitos analisado{.relatorioLido = true, .relatorio = std::string(texto)};
+    ResultadoRequisitos analisado{{.relatorioLido = true}};
+    analisado.relatorio = texto;
     AnalisarRelatorio(analisado);
     Conferir(analisado);
     return 0;

@@ -221,7 +221,7 @@ bool SessaoDeCaptura::Assentou() const {
     const ULONGLONG passado = GetTickCount64() - inicio_;
     if (passado >= kEsperaMaxima) return true;
     return passado >= kEsperaMinima && !ObterControlador().Ocupado() && Principal().Site().Assentou() &&
-           ObterRequisitos().concluido;
+           ObterSituacaoRequisitos().concluido;
 }
 
 void SessaoDeCaptura::Capturar(HWND janela, const wchar_t* nome, bool comSite) {

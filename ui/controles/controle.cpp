@@ -9,8 +9,8 @@
 #include "core/handle.h"
 #include "ui/acessibilidade/acessivel.h"
 #include "ui/controles/controle_acessivel.h"
+#include "ui/controles/face_guardada.h"
 #include "ui/controles/lista.h"
-#include "ui/controles/pintor_controle.h"
 #include "ui/janelas/molde.h"
 
 namespace zu::launcher {
@@ -152,12 +152,31 @@ void AvancarAnimacao(HWND controle, EstadoControle& estado) {
     Repintar(controle);
 }
 
-void Pintar(HWND controle, const EstadoControle& estado, HDC dc) {
+// `pintar` gets the control's area and how it looks.
+template <class Pintar>
+void ComAparencia(HWND controle, const EstadoControle& estado, const Pintar& pintar) {
     const std::wstring legenda = LegendaDo(controle);
     RECT r{};
     GetClientRect(controle, &r);
     const bool foco = MarcaDeFoco() && GetFocus() == controle;
-    PintarControle(dc, r, {estado, legenda, IsWindowEnabled(controle) != FALSE, foco}, FontesDaInterface());
+    pintar(r, AparenciaControle{estado, legenda, IsWindowEnabled(controle) != FALSE, foco});
+}
+
+void Pintar(HWND controle, const EstadoControle& estado, HDC dc) {
+    ComAparencia(controle, estado,
+                 [&](const RECT& r, const AparenciaControle& a) { PintarControle(dc, r, a, FontesDaInterface()); });
+}
+
+void AoPintar(HWND controle, EstadoControle& estado) {
+    if (estado.kind == TipoControle::DoDono) {
+        PintarJanela(controle, [&](HDC dc) { Pintar(controle, estado, dc); });
+        return;
+    }
+    if (!estado.face) estado.face = std::make_shared<FaceGuardada>();
+    const Pintura pintura(controle);
+    ComAparencia(controle, estado, [&](const RECT& r, const AparenciaControle& a) {
+        estado.face->Mostrar(pintura.Dc(), r, a, FontesDaInterface());
+    });
 }
 
 // The record comes with the window's creation, in a `unique_ptr` that is emptied once the window owns it.
@@ -211,7 +230,7 @@ bool Tratar(HWND controle, EstadoControle& estado, UINT mensagem, WPARAM wParam,
             if (wParam == kAnimacao) AvancarAnimacao(controle, estado);
             return true;
         case WM_PAINT:
-            PintarJanela(controle, [&](HDC dc) { Pintar(controle, estado, dc); });
+            AoPintar(controle, estado);
             return true;
         case WM_PRINTCLIENT:
             Pintar(controle, estado, reinterpret_cast<HDC>(wParam));

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,7 @@ enum class TipoControle : std::uint32_t {
     DoDono = 5,  // drawn by the owner window; clicks do nothing of their own
 };
 
+class FaceGuardada;
 struct EstadoControle;
 using PintorDoDono = std::function<void(HDC, const RECT&, const EstadoControle&)>;
 
@@ -45,8 +47,9 @@ struct EstadoControle {
     float flash = -1;                    // -1: idle, else runs from 0 to 1
     float phase = 0;                     // of the primary button's pulse, radians
     std::vector<std::wstring> items;
-    std::wstring text;    // a second line under the caption of a choice tile
-    PintorDoDono pintor;  // of a control that its owner draws
+    std::wstring text;                   // a second line under the caption of a choice tile
+    PintorDoDono pintor;                 // of a control that its owner draws
+    std::shared_ptr<FaceGuardada> face;  // none before it is first seen
 };
 
 void RegistrarControle(HINSTANCE modulo);

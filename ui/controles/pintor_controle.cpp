@@ -27,7 +27,7 @@ constexpr float kAlfaDoTom = 36;  // the face takes on some of the glow's colour
 constexpr Cor kPulso{255, 190, 60};
 constexpr REAL kLarguraDoPulso = 1.6F;
 constexpr float kPulsoMinimo = 40;
-constexpr float kPulsoAmplitude = 70;
+constexpr float kPulsoAmplitude = kForcasDoPulso - 1;
 
 // How far the face's gradient goes from the fill colour, up to white and down to black.
 struct Relevo {
@@ -157,7 +157,7 @@ void PintarBotao(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes
         Tela tela(dc);
         PintarFace(tela, face, raio, a, a.estado.fill, kContorno);
         if (a.estado.kind == TipoControle::BotaoPrincipal) {
-            const float alfa = (std::sin(a.estado.phase) * 0.5F + 0.5F) * kPulsoAmplitude + kPulsoMinimo;
+            const float alfa = kPulsoMinimo + static_cast<float>(ForcaDoPulso(a.estado));
             tela.Contornar(Caminho(face, raio), ComAlfa(kPulso, alfa), kLarguraDoPulso);
         }
     }
@@ -255,6 +255,10 @@ void PintarFoco(HDC dc, const RECT& r, TipoControle kind) {
 }
 
 }  // namespace
+
+std::size_t ForcaDoPulso(const EstadoControle& estado) {
+    return static_cast<std::size_t>(std::lround((std::sin(estado.phase) * 0.5F + 0.5F) * kPulsoAmplitude));
+}
 
 void PintarControle(HDC dc, const RECT& r, const AparenciaControle& a, const Fontes& fontes) {
     PreencherRetangulo(dc, r, a.estado.fundo);

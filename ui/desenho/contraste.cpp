@@ -11,6 +11,7 @@ constexpr std::uint32_t kDesligada = 0xFF808080;  // of the texts of what is dis
 constexpr std::uint32_t kColorida = 48;           // how far the channels of a colour that is no grey lie apart
 
 bool alto = false;
+unsigned geracao = 0;
 
 // Of the two forms of a colour, the other one. Alpha is lost.
 std::uint32_t Trocada(std::uint32_t cor) {
@@ -32,6 +33,7 @@ int CorDoSistema(std::uint32_t argb, Papel papel) {
 }  // namespace
 
 void LerContraste() {
+    ++geracao;
     HIGHCONTRASTW contraste{.cbSize = sizeof contraste, .dwFlags = 0, .lpszDefaultScheme = nullptr};
     alto = SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contraste, &contraste, 0) != 0 &&
            (contraste.dwFlags & HCF_HIGHCONTRASTON) != 0;
@@ -39,6 +41,10 @@ void LerContraste() {
 
 bool AltoContraste() {
     return alto;
+}
+
+unsigned GeracaoDasCores() {
+    return geracao;
 }
 
 std::uint32_t NoContraste(std::uint32_t argb, Papel papel) {

@@ -12,6 +12,8 @@ namespace zu::launcher {
 // Asks the system whether high contrast is on, and keeps the answer.
 void LerContraste();
 bool AltoContraste();
+// Another number after every reading: what was drawn before may have other colours.
+unsigned GeracaoDasCores();
 
 enum class Papel {
     kSuperficie,

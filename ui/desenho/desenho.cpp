@@ -206,22 +206,32 @@ BITMAPINFO InfoDoBitmap(int largura, int altura) {
     return info;
 }
 
-PinturaDupla::PinturaDupla(HWND janela) : janela_(janela) {
-    const HDC dc = BeginPaint(janela, &pintura_);
+bool Retrato::Medir(HDC tela, SIZE tamanho) {
+    if (dc_ && tamanho.cx == tamanho_.cx && tamanho.cy == tamanho_.cy) return true;
+    dc_.Fechar();
+    bitmap_.Trocar(CreateCompatibleBitmap(tela, tamanho.cx, tamanho.cy));
+    if (!bitmap_) return false;
+    dc_.Trocar(CreateCompatibleDC(tela));
+    SelectObject(dc_.Valor(), bitmap_.Valor());
+    tamanho_ = tamanho;
+    return static_cast<bool>(dc_);
+}
+
+void Retrato::Copiar(HDC destino, const RECT& r, POINT de) const {
+    BitBlt(destino, r.left, r.top, r.right - r.left, r.bottom - r.top, dc_.Valor(), de.x, de.y, SRCCOPY);
+}
+
+PinturaDupla::PinturaDupla(HWND janela) : pintura_(janela) {
     RECT r{};
     GetClientRect(janela, &r);
-    memoria_.Trocar(CreateCompatibleDC(dc));
-    bitmap_.Trocar(CreateCompatibleBitmap(dc, r.right, r.bottom));
-    antigo_ = SelectObject(memoria_.Valor(), bitmap_.Valor());
-    const RECT& p = pintura_.rcPaint;
-    IntersectClipRect(memoria_.Valor(), p.left, p.top, p.right, p.bottom);
+    retrato_.Medir(pintura_.Dc(), {r.right, r.bottom});
+    const RECT& p = pintura_.Area();
+    IntersectClipRect(retrato_.Dc(), p.left, p.top, p.right, p.bottom);
 }
 
 PinturaDupla::~PinturaDupla() {
-    const RECT& p = pintura_.rcPaint;
-    BitBlt(pintura_.hdc, p.left, p.top, p.right - p.left, p.bottom - p.top, memoria_.Valor(), p.left, p.top, SRCCOPY);
-    SelectObject(memoria_.Valor(), antigo_);
-    EndPaint(janela_, &pintura_);
+    const RECT& p = pintura_.Area();
+    retrato_.Copiar(pintura_.Dc(), p, {p.left, p.top});
 }
 
 }  // namespace zu::launcher

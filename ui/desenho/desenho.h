@@ -149,6 +149,39 @@ class Selecao {
     HGDIOBJ antigo_;
 };
 
+// A picture kept in memory, with pixels as the screen has them: drawn once, copied as often as it is shown.
+class Retrato {
+ public:
+    // Room for as many pixels, undefined, when it has another size. False when the system refuses; it is empty then.
+    bool Medir(HDC tela, SIZE tamanho);
+    // Null while it is empty.
+    [[nodiscard]] HDC Dc() const { return dc_.Valor(); }
+    // What lies from `de` on goes to the rectangle.
+    void Copiar(HDC destino, const RECT& r, POINT de) const;
+
+ private:
+    SIZE tamanho_{};
+    HandleGdi bitmap_;
+    HandleDc dc_;  // goes first, and lets go of the bitmap
+};
+
+// WM_PAINT, begun and ended.
+class Pintura {
+ public:
+    explicit Pintura(HWND janela) : janela_(janela) { BeginPaint(janela, &pedido_); }
+    Pintura(const Pintura&) = delete;
+    Pintura& operator=(const Pintura&) = delete;
+    ~Pintura() { EndPaint(janela_, &pedido_); }
+
+    [[nodiscard]] HDC Dc() const { return pedido_.hdc; }
+    // What of the client area needs painting.
+    [[nodiscard]] const RECT& Area() const { return pedido_.rcPaint; }
+
+ private:
+    HWND janela_;
+    PAINTSTRUCT pedido_{};
+};
+
 // WM_PAINT: `pintor(HDC)` paints the client area into memory; what needs painting reaches the window in one copy.
 class PinturaDupla {
  public:
@@ -157,14 +190,11 @@ class PinturaDupla {
     PinturaDupla& operator=(const PinturaDupla&) = delete;
     ~PinturaDupla();
 
-    [[nodiscard]] HDC Dc() const { return memoria_.Valor(); }
+    [[nodiscard]] HDC Dc() const { return retrato_.Dc(); }
 
  private:
-    HWND janela_;
-    PAINTSTRUCT pintura_{};
-    HandleDc memoria_;
-    HandleGdi bitmap_;
-    HGDIOBJ antigo_ = nullptr;
+    Pintura pintura_;
+    Retrato retrato_;
 };
 
 template <class Pintor>

@@ -58,7 +58,7 @@ class JanelaOpcoes final : public JanelaModal {
 
     void Escolher(bool vulkan) const;
     void Atualizar();
-    void TomarApiCorrigida(const ResultadoRequisitos& r);
+    void TomarApiCorrigida(const SituacaoRequisitos& r);
     [[nodiscard]] bool EmJanela() const { return EstadoDo(Filho(kListaModo)).selected == 0; }
     [[nodiscard]] OpcoesJogo Escolhidas() const;
 
@@ -83,7 +83,7 @@ bool JanelaOpcoes::Montar() {
         SetWindowTextW(lista, l.rotulo);
     }
     Escolher(opcoes.api == "vulkan");
-    relatorioVisto_ = ObterRequisitos().relatorioLido && ObterControlador().ApiConferida();
+    relatorioVisto_ = ObterSituacaoRequisitos().relatorioLido && ObterControlador().ApiConferida();
     Atualizar();
     return SetTimer(Handle(), kRelogio, kIntervalo, nullptr) != 0;
 }
@@ -120,7 +120,7 @@ void JanelaOpcoes::Escolher(bool vulkan) const {
 
 // The controller corrects the file when the report arrives. A window that was opened before must not undo that with
 // "OK", unless the player has chosen otherwise in it.
-void JanelaOpcoes::TomarApiCorrigida(const ResultadoRequisitos& r) {
+void JanelaOpcoes::TomarApiCorrigida(const SituacaoRequisitos& r) {
     if (!r.relatorioLido || std::exchange(relatorioVisto_, true)) return;
     const std::string& aberta = ObterInterface().opcoesDoJogo.api;
     if (Escolhidas().api == aberta) Escolher(ApiQueRoda(aberta, r) == "vulkan");

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "ui/desenho/contraste.h"
+
 namespace zu::launcher {
 namespace {
 
@@ -96,19 +98,40 @@ LogoEncaixado::LogoEncaixado(const LogoCentral& logo) {
     GdiFlush();
 }
 
-void PintarPrincipal(HDC dc, const AparenciaPrincipal& a, const LogoEncaixado& logo, const Fontes& fontes,
-                     const FontesDaPrincipal& proprias) {
+void PinturaDaPrincipal::Pintar(HDC dc, const AparenciaPrincipal& a, const Fontes& fontes) {
+    constexpr RECT kTudo{0, 0, kLarguraPrincipal, kAlturaPrincipal};
+    if (!fundo_.Medir(dc, {kTudo.right, kTudo.bottom})) {
+        mostrado_.reset();
+        PintarTudo(dc, a, fontes);
+        return;
+    }
+    const std::tuple pedido(a.titulo, a.ativa, a.sobre, a.centro, GeracaoDasCores());
+    if (mostrado_ != pedido) PintarFundo(fundo_.Dc(), a, fontes);
+    mostrado_ = pedido;
+    fundo_.Copiar(dc, kTudo, {0, 0});
+    PintarBarras(dc, a);
+}
+
+void PinturaDaPrincipal::PintarTudo(HDC dc, const AparenciaPrincipal& a, const Fontes& fontes) const {
+    PintarFundo(dc, a, fontes);
+    PintarBarras(dc, a);
+}
+
+void PinturaDaPrincipal::PintarFundo(HDC dc, const AparenciaPrincipal& a, const Fontes& fontes) const {
     PintarMoldura(dc, {kLarguraPrincipal, kAlturaPrincipal, a.titulo, a.ativa, true, a.sobre}, fontes);
-    PintarCabecalho(dc, proprias);
+    PintarCabecalho(dc, proprias_);
     for (const LinhaDoCentro& linha : kQuadroDoCentro)
         ContornarRetangulo(dc, linha.r, linha.cor);
-    PintarCentro(dc, a.centro, logo, fontes);
+    PintarCentro(dc, a.centro, logo_, fontes);
     PintarRodape(dc, kLarguraPrincipal, kAlturaPrincipal, kRodapeDaPrincipal);
     for (const RECT& painel : kPaineisDaPrincipal)
         PintarPainel(dc, painel);
-    for (std::size_t i = 0; i < kBarrasDaPrincipal.size(); ++i)
-        PintarBarra(dc, kBarrasDaPrincipal.at(i), a.barras.at(i), proprias);
     PintarBorda(dc, kLarguraPrincipal, kAlturaPrincipal);
+}
+
+void PinturaDaPrincipal::PintarBarras(HDC dc, const AparenciaPrincipal& a) const {
+    for (std::size_t i = 0; i < kBarrasDaPrincipal.size(); ++i)
+        PintarBarra(dc, kBarrasDaPrincipal.at(i), a.barras.at(i), proprias_);
 }
 
 }  // namespace zu::launcher

@@ -4,7 +4,10 @@
 #include <windows.h>
 
 #include <array>
+#include <optional>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "ui/desenho/fontes.h"
 #include "ui/desenho/logo.h"
@@ -53,7 +56,25 @@ class LogoEncaixado {
     HandleGdi bitmap_;
 };
 
-void PintarPrincipal(HDC dc, const AparenciaPrincipal& aparencia, const LogoEncaixado& logo, const Fontes& fontes,
-                     const FontesDaPrincipal& proprias);
+// The window's picture without its controls, from what stays and what a run moves: the bars.
+class PinturaDaPrincipal {
+ public:
+    explicit PinturaDaPrincipal(LogoEncaixado logo) : logo_(std::move(logo)) {}
+
+    // Keeps what stays for the next time.
+    void Pintar(HDC dc, const AparenciaPrincipal& aparencia, const Fontes& fontes);
+    // The same, all of it drawn.
+    void PintarTudo(HDC dc, const AparenciaPrincipal& aparencia, const Fontes& fontes) const;
+
+ private:
+    void PintarFundo(HDC dc, const AparenciaPrincipal& a, const Fontes& fontes) const;
+    void PintarBarras(HDC dc, const AparenciaPrincipal& a) const;
+
+    LogoEncaixado logo_;
+    FontesDaPrincipal proprias_;
+    Retrato fundo_;
+    // What `fundo_` shows.
+    std::optional<std::tuple<std::wstring, bool, CaixaDaTira, CentroDaPrincipal, unsigned>> mostrado_;
+};
 
 }  // namespace zu::launcher

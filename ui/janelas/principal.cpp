@@ -88,7 +88,7 @@ void MostrarMensagensFinais() {
 // The graphics interface of the options gives way to the other one when only that runs here.
 void TrocarApiQueNaoRoda() {
     OpcoesJogo opcoes = LerOpcoesJogo();
-    const std::string api = ApiQueRoda(opcoes.api, ObterRequisitos());
+    const std::string api = ApiQueRoda(opcoes.api, ObterSituacaoRequisitos());
     if (api == opcoes.api) return;
     opcoes.api = api;
     GravarOpcoesJogo(opcoes);
@@ -98,7 +98,7 @@ void TrocarApiQueNaoRoda() {
 
 JanelaPrincipal::JanelaPrincipal(LogoEncaixado logo)
     : Janela(&EstadoInterface::principal, {kLarguraPrincipal, kAlturaPrincipal}, true),
-      logo_(std::move(logo)),
+      pintura_(std::move(logo)),
       site_(AmbienteDoSite()) {}
 
 AmbienteSite JanelaPrincipal::AmbienteDoSite() {
@@ -142,7 +142,7 @@ void JanelaPrincipal::Pintar(HDC dc) const {
     AparenciaPrincipal agora = vista_;
     agora.ativa = Ativa();
     agora.sobre = Sobre();
-    PintarPrincipal(dc, agora, logo_, FontesDaInterface(), fontes_);
+    pintura_.Pintar(dc, agora, FontesDaInterface());
 }
 
 void JanelaPrincipal::Mostrar(const AparenciaPrincipal& nova) {

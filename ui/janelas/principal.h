@@ -58,8 +58,7 @@ class JanelaPrincipal final : public Janela {
     void Mostrar(const AparenciaPrincipal& nova);
     void AvisarMudancas(const AparenciaPrincipal& antes) const;
 
-    LogoEncaixado logo_;
-    FontesDaPrincipal fontes_;
+    mutable PinturaDaPrincipal pintura_;
     AparenciaPrincipal vista_;                    // as it was last shown
     std::vector<std::string> enderecosPorAbrir_;  // UTF-8
     BarraDeTarefas barra_;
