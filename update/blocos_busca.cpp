@@ -253,4 +253,23 @@ bool BuscarBlocos(const IndiceDeBlocos& indice, const LeitorEmOrdem& ler, std::v
     return Busca(indice, ler, onde).Rodar();
 }
 
+bool ContarIguais(const IndiceDeBlocos& indice, const LeitorEmOrdem& ler, std::uint64_t& iguais) {
+    constexpr std::size_t kLeitura = 1 << 20;  // whole blocks of any size
+    const auto janela = std::make_unique_for_overwrite<std::uint8_t[]>(kLeitura);
+    iguais = 0;
+    for (std::size_t lidos = kLeitura; lidos == kLeitura;) {
+        if (!ler({janela.get(), kLeitura}, lidos)) return false;
+        for (std::size_t i = 0; i < lidos; i += indice.bloco) {
+            const auto bloco = static_cast<std::size_t>(iguais / indice.bloco);
+            const std::size_t tamanho = std::min<std::size_t>(indice.bloco, lidos - i);
+            if (tamanho == indice.bloco && bloco < indice.BlocosInteiros() &&
+                indice.Reduzir(SomarBloco(janela.get() + i, tamanho)) != indice.somas[bloco]) {
+                return true;
+            }
+            iguais += tamanho;
+        }
+    }
+    return true;
+}
+
 }  // namespace zu::launcher::update
