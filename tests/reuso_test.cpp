@@ -121,11 +121,9 @@ TEST_F(Reuso, InterrompidoEContinuadoDosDoisJeitos) {
                 EXPECT_TRUE(kNovo.starts_with(comeco));
                 if (comBlocos && !cancelado) {
                     // The line that is down is no reason to fetch all of it once it is back.
-                    int indices = 0;
-                    servidor_.Mentir("Data/f.pak.blocos", [&](const Pedido&, Resposta& r) {
-                        if (++indices == 1) r = {.corpo = "ZUBL", .anunciado = r.corpo.size(), .fim = Fim::kDerrubar};
-                    });
+                    servidor_.Definir("Data/f.pak.blocos", {.anunciado = 9, .fim = Fim::kDerrubar});
                     EXPECT_NE(Baixar(atualizador), "baixado");
+                    Publicar(partes);
                     EXPECT_LE(BaixarNovo(atualizador), 120'000U);
                     continue;
                 }
@@ -137,18 +135,14 @@ TEST_F(Reuso, InterrompidoEContinuadoDosDoisJeitos) {
     }
 }
 
-// What another version's download left counts as far as it is the new file's beginning.
-TEST_F(Reuso, ComecoDeOutraVersao) {
+// The other way about: a plain download is there, perhaps in parts, perhaps another version's, which counts as far as
+// it is the new file's beginning; and blocks that are given up in the middle.
+TEST_F(Reuso, PartesPresentesEPartesDevolvidas) {
     for (const std::uint32_t partes : {0U, 3U}) {
         Publicar(partes);
         pasta_.Escrever(partes == 0 ? kBaixado : kBaixado + ".p001", kVelho.substr(0, kMiB));
         EXPECT_LE(BaixarNovo(), 120'000U);
     }
-}
-
-// The other way about: a plain download is there, perhaps in parts; and blocks that are given up in the middle.
-TEST_F(Reuso, PartesPresentesEPartesDevolvidas) {
-    Publicar(3);
     for (const bool preso : {false, true}) {
         pasta_.Escrever(kBaixado, kNovo.substr(0, kNovo.size() - 1000));
         const HandleArquivo velho = preso ? pasta_.Prender(kArquivo, 0) : HandleArquivo();
@@ -234,8 +228,7 @@ TEST_F(Reuso, ArquivoVelhoEmUsoPresoOuMudado) {
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
     EXPECT_LT(BaixarNovo(), 100'000U);
     const std::function<DWORD(const Chamada&)> semMemoria = [vez = 0](const Chamada& chamada) mutable -> DWORD {
-        if (chamada.nome == "GetFileTime" && ++vez == 3) throw std::bad_alloc();
-        return 0;
+        return chamada.nome == "GetFileTime" && ++vez == 3 ? throw std::bad_alloc() : 0;
     };
     recusa.porta = &semMemoria;
     EXPECT_EQ(BaixarNovo(), kNovo.size());
