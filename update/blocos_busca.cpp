@@ -130,12 +130,12 @@ class Busca {
     bool Continuar(Soma soma) {
         if (devido_.onde != aqui_ || devido_.bloco >= indice_.BlocosInteiros() || !Confere(devido_.bloco, soma))
             return false;
-        Leapar(devido_.bloco, aqui_);
+        Saltar(devido_.bloco, aqui_);
         return true;
     }
 
     // Found: the search goes on behind it.
-    void Leapar(std::uint32_t bloco, std::uint64_t onde) {
+    void Saltar(std::uint32_t bloco, std::uint64_t onde) {
         onde_[bloco] = onde;
         aqui_ = onde + bloco_;
         devido_ = {aqui_, bloco + 1};
@@ -198,7 +198,7 @@ class Busca {
         seguidores_.pop_front();
         if (!Confere(bloco, soma)) return false;
         onde_[bloco - 1] = aqui_ - bloco_;
-        Leapar(bloco, aqui_);
+        Saltar(bloco, aqui_);
         return true;
     }
 
