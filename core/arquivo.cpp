@@ -173,6 +173,15 @@ bool DescarregarArquivo(const std::filesystem::path& caminho) {
     return arquivo && FlushFileBuffers(arquivo.Valor()) != 0;
 }
 
+bool EncurtarArquivo(const std::filesystem::path& caminho, std::uint64_t tamanho) {
+    const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, kCompartilharTudo, nullptr, OPEN_EXISTING,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    LARGE_INTEGER fim{};
+    fim.QuadPart = static_cast<LONGLONG>(tamanho);
+    return arquivo && SetFilePointerEx(arquivo.Valor(), fim, nullptr, FILE_BEGIN) != 0 &&
+           SetEndOfFile(arquivo.Valor()) != 0;
+}
+
 std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo) {
     caminho += sufixo;
     return caminho;

@@ -60,6 +60,9 @@ std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho);
 // Returns once the file's content is on the disk.
 bool DescarregarArquivo(const std::filesystem::path& caminho);
 
+// Cuts the file off behind its first `tamanho` bytes.
+bool EncurtarArquivo(const std::filesystem::path& caminho, std::uint64_t tamanho);
+
 // The path with a suffix on its last name.
 std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo);
 

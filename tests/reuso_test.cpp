@@ -2,9 +2,12 @@
 
 #include "core/formato.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 #include "update/atualizador.h"
 #include "update/blocos.h"
 #include "update/blocos_indice.h"
+
+ZU_RECUSAVEL(L"kernel32", GetFileTime, FALSE);
 
 namespace zu::launcher {
 namespace {
@@ -116,6 +119,14 @@ TEST_F(Reuso, InterrompidoEContinuadoDosDoisJeitos) {
                 const std::string comeco = pasta_.Ler(kBaixado);
                 EXPECT_GT(comeco.size(), kMiB);
                 EXPECT_TRUE(kNovo.starts_with(comeco));
+                if (comBlocos && !cancelado) {
+                    // The line that is down is no reason to fetch all of it once it is back.
+                    servidor_.Definir("Data/f.pak.blocos", {.anunciado = 9, .fim = Fim::kDerrubar});
+                    EXPECT_NE(Baixar(atualizador), "baixado");
+                    Publicar(partes);
+                    EXPECT_LE(BaixarNovo(atualizador), 120'000U);
+                    continue;
+                }
                 // Only a run that has no index does not know where the parts of what is there begin.
                 const std::size_t maximo = partes == 0 ? kNovo.size() - comeco.size() : kNovo.size();
                 EXPECT_LE(BaixarNovo(comBlocos), comBlocos ? 120'000U : maximo);
@@ -124,9 +135,19 @@ TEST_F(Reuso, InterrompidoEContinuadoDosDoisJeitos) {
     }
 }
 
-// The other way about: a plain download is there, perhaps in parts; and blocks that are given up in the middle.
+// The other way about: a plain download is there, perhaps in parts, perhaps another version's, which counts as far as
+// it is the new file's beginning; and blocks that are given up in the middle.
 TEST_F(Reuso, PartesPresentesEPartesDevolvidas) {
-    Publicar(3);
+    for (const std::uint32_t partes : {0U, 3U}) {
+        Publicar(partes);
+        pasta_.Escrever(partes == 0 ? kBaixado : kBaixado + ".p001", kVelho.substr(0, kMiB));
+        EXPECT_LE(BaixarNovo(), 120'000U);
+    }
+    for (const bool preso : {false, true}) {
+        pasta_.Escrever(kBaixado, kNovo.substr(0, kNovo.size() - 1000));
+        const HandleArquivo velho = preso ? pasta_.Prender(kArquivo, 0) : HandleArquivo();
+        EXPECT_LT(BaixarNovo(), 2000U) << "only the index tells where the parts begin";
+    }
     const std::size_t parte = (kNovo.size() + 2) / 3;
     pasta_.Escrever("Data/f.pak.upd.p001", kNovo.substr(0, parte));
     pasta_.Escrever("Data/f.pak.upd.p002", kNovo.substr(parte, 10));
@@ -146,7 +167,6 @@ TEST_F(Reuso, IndiceHostil) {
     // The index that is published, and what the server answers instead.
     const std::tuple<const char*, std::string, std::optional<Resposta>> casos[] = {
         {"garbage", Bytes(bom.size()), {}},
-        {"nothing", "", {}},
         {"of a file of another size", IndiceDe(kVelho), {}},
         {"in parts", IndiceDe(kNovo, kMiB), {}},
         {"that claims what is not so", IndiceDe(outro), {}},
@@ -177,7 +197,6 @@ TEST_F(Reuso, FaixaHostil) {
         {"another place",
          [](Resposta& r) { r.cabecalhos["Content-Range"] = "bytes 0-4095/" + std::to_string(kNovo.size()); }, 1},
         {"another file", [](Resposta& r) { r.cabecalhos["Content-Range"] += "0"; }, 1},
-        {"no place", [](Resposta& r) { r.cabecalhos.clear(); }, 1},
         {"short", [](Resposta& r) { r.corpo.pop_back(); }, 1},
         {"long", [](Resposta& r) { r.corpo += "x"; }, 1},
         {"short to the end", [](Resposta& r) { r.corpo.pop_back(), r.fim = Fim::kFechar; }, 1},
@@ -195,7 +214,8 @@ TEST_F(Reuso, FaixaHostil) {
     }
 }
 
-// Others may use the old file, keep it for themselves, or change it after it has been searched.
+// Others may use the old file, keep it for themselves, or change it after it has been searched; and there may be no
+// memory for the search.
 TEST_F(Reuso, ArquivoVelhoEmUsoPresoOuMudado) {
     Publicar();
     HandleArquivo deOutro = pasta_.Prender(kArquivo, 0);
@@ -205,12 +225,23 @@ TEST_F(Reuso, ArquivoVelhoEmUsoPresoOuMudado) {
     deOutro = HandleArquivo(CreateFileW((pasta_ / kArquivo).c_str(), GENERIC_READ | GENERIC_WRITE,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
     EXPECT_LT(BaixarNovo(), 100'000U);
+    const std::function<DWORD(const Chamada&)> semMemoria = [vez = 0](const Chamada& chamada) mutable -> DWORD {
+        return chamada.nome == "GetFileTime" && ++vez == 3 ? throw std::bad_alloc() : 0;
+    };
+    recusa.porta = &semMemoria;
+    EXPECT_EQ(BaixarNovo(), kNovo.size());
+    recusa.porta = nullptr;
     Mentir([&](const Pedido&, Resposta&) {
         DWORD escritos = 0;
         SetFilePointer(deOutro.Valor(), -1, nullptr, FILE_END);
         WriteFile(deOutro.Valor(), "xx", 2, &escritos, nullptr);
     });
     EXPECT_THAT(BaixarNovo(), AllOf(Gt(2 * kMiB), Le(kNovo.size())));
+
+    pasta_.Escrever(kBaixado, "");
+    deOutro = pasta_.Prender(kBaixado);
+    Atualizador atualizador;
+    EXPECT_THAT(Baixar(atualizador), AllOf(StartsWith("não foi possível gravar "), EndsWith(" (erro 32)")));
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <utility>
 
 #include "core/arquivo.h"
+#include "core/excecao.h"
 #include "core/formato.h"
 #include "core/handle.h"
 #include "core/hash.h"
@@ -23,10 +25,10 @@
 namespace zu::launcher {
 namespace {
 
-// The file on the disk, which anybody may go on using, and even change.
-class ArquivoVelho {
+// A file on the disk, which anybody may go on using, and even change.
+class ArquivoEmUso {
  public:
-    explicit ArquivoVelho(const std::filesystem::path& caminho)
+    explicit ArquivoEmUso(const std::filesystem::path& caminho)
         : arquivo_(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr)),
           tamanho_(Olhar(modificado_)) {}
@@ -83,16 +85,36 @@ class ReusoDeBlocos::Montagem {
           listado_(std::move(listado)),
           velho_(CaminhoNoCliente(update::NormalizarCaminho(t.item.caminho))) {}
 
-    // Before anything is asked of the server.
+    // Before anything is asked of the server. What of an item in parts stands in the destination is lost on a plain
+    // download, which does not know where its parts begin: the index pays for that alone.
     [[nodiscard]] bool PodeValer() const {
         constexpr std::uint64_t kVezesMenor = 8;
-        const std::uint64_t presentes =
-            std::max(TamanhoDoArquivo(t_.destino), TamanhoDasPartes(t_.destino, t_.item.partes));
-        return velho_.Tamanho() != 0 && presentes < t_.item.tamanho &&
+        const std::uint64_t juntos = TamanhoDoArquivo(t_.destino);
+        const bool emPartes = t_.item.partes > 0;
+        const std::uint64_t presentes = emPartes ? TamanhoDasPartes(t_.destino, t_.item.partes) : juntos;
+        return (velho_.Tamanho() != 0 || (emPartes && juntos != 0)) && std::max(juntos, presentes) < t_.item.tamanho &&
                listado_.tamanho <= update::LimiteDoIndice(t_.item.tamanho) &&
                listado_.tamanho <= (t_.item.tamanho - presentes) / kVezesMenor;
     }
 
+    bool Rodar(Andamento& andamento, ResultadoHash& hash) {
+        try {
+            return Preparar() && Anunciar() && Montar(andamento, hash);
+        } catch (const std::exception& falha) {
+            return Falhar(TextoDaExcecao(falha));  // a plain download takes less memory
+        }
+    }
+
+    // The plain download takes over what has been put together so far.
+    void Devolver() const {
+        if (parte_ != 0) RepartirPrefixo(t_, parte_);
+    }
+
+    [[nodiscard]] bool Interrompida() const { return interrompida_; }
+    [[nodiscard]] const std::string& Erro() const { return erro_; }
+    [[nodiscard]] std::uint64_t DoDisco() const { return doDisco_; }
+
+ private:
     // Few do this at a time.
     bool Preparar() {
         using namespace std::chrono_literals;
@@ -104,16 +126,28 @@ class ReusoDeBlocos::Montagem {
         } const vez{dono_.buscas_};
         update::IndiceDeBlocos indice;
         std::vector<std::uint64_t> onde;
-        return BuscarIndice(indice) && BuscarNoVelho(indice, onde) && Planejar(indice, onde);
+        return BuscarIndice(indice) && Juntar(indice.parte) && ProvarComeco(indice) && BuscarNoVelho(indice, onde) &&
+               Planejar(indice, onde);
+    }
+
+    bool Anunciar() {
+        if (!dono_.Anotar(t_.item)) return true;
+        constexpr double kPorMiB = 1.0 / (1 << 20);
+        LogLinha("[update] {}: {:.1f} de {:.1f} MB já estavam no disco", update::NormalizarCaminho(t_.item.caminho),
+                 static_cast<double>(t_.item.tamanho - plano_.daRede) * kPorMiB,
+                 static_cast<double>(t_.item.tamanho) * kPorMiB);
+        return true;
     }
 
     bool Montar(Andamento& andamento, ResultadoHash& hash) {
-        if (t_.item.partes > 0 && !JuntarPrefixo(t_, parte_))
-            return !Cancelada() && Falhar("não foi possível juntar as partes");
-        if (TamanhoDoArquivo(t_.destino) != presentes_) return Falhar("o começo mudou");
+        if (TamanhoDoArquivo(t_.destino) != presentes_) return FalharNoComeco();
         HandleArquivo destino(CreateFileW(t_.destino.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!destino) return FalharAoGravar();
+        if (!destino) {
+            const DWORD codigo = GetLastError();
+            interrompida_ = true;
+            return Falhar(Formatar("não foi possível gravar {} (erro {})", ParaUtf8(t_.destino.native()), codigo));
+        }
         SeguidorDeHash seguidor(t_.destino);
         std::uint64_t escritos = presentes_;
         const auto gravar = [&](std::span<const std::uint8_t> bytes) {
@@ -140,18 +174,6 @@ class ReusoDeBlocos::Montagem {
         return true;
     }
 
-    // The plain download takes over what has been put together so far.
-    void Devolver() const {
-        if (parte_ != 0) RepartirPrefixo(t_, parte_);
-    }
-
-    [[nodiscard]] bool Interrompida() const { return interrompida_; }
-    [[nodiscard]] const std::string& Erro() const { return erro_; }
-    [[nodiscard]] std::uint64_t DoDisco() const { return doDisco_; }
-    // Bytes of the item that need not come.
-    [[nodiscard]] std::uint64_t NoDisco() const { return t_.item.tamanho - plano_.daRede; }
-
- private:
     bool Falhar(std::string erro) {
         erro_ = std::move(erro);
         return false;
@@ -170,10 +192,14 @@ class ReusoDeBlocos::Montagem {
     bool BuscarIndice(update::IndiceDeBlocos& indice) {
         std::string bytes;
         const std::wstring url = UrlDoItem(t_.item, update::kSufixoDoIndice);
-        if (!HttpBaixarTexto(url, bytes, erro_, listado_.tamanho, &t_.cancelar)) {
-            interrompida_ = t_.cancelar.load();
-            return false;
-        }
+        const bool veio = HttpBaixarTexto(url, bytes, erro_, listado_.tamanho, &t_.cancelar);
+        if (!veio && Cancelada()) return false;
+        // Where it has come before, a connection that breaks is nothing but that.
+        const bool rompeu = bytes.size() < listado_.tamanho && !erro_.starts_with("HTTP ");
+        interrompida_ = rompeu && dono_.Planejado(t_.item);
+        if (!veio) return false;
+        if (interrompida_)
+            return Falhar(Formatar("download incompleto ({} de {} bytes)", bytes.size(), listado_.tamanho));
         const Sha256Digest sha256 = Sha256Of({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
         const update::ItemLista& item = t_.item;
         const auto partes = [&] { return (indice.tamanho - 1) / indice.parte + 1; };
@@ -183,22 +209,43 @@ class ReusoDeBlocos::Montagem {
         return serve || Falhar("o índice de blocos não confere");
     }
 
+    // Nothing is lost when it cannot be done: then the parts are as they were.
+    bool Juntar(std::uint64_t parte) {
+        if (parte != 0 && !JuntarPrefixo(t_, parte)) return !Cancelada() && Falhar("não foi possível juntar as partes");
+        parte_ = parte;
+        return true;
+    }
+
+    // What is there may be the beginning of another version, whose download was interrupted: it ends where the new file
+    // differs.
+    bool ProvarComeco(const update::IndiceDeBlocos& indice) {
+        const ArquivoEmUso comeco(t_.destino);
+        std::uint64_t iguais = 0;
+        if (!update::ContarIguais(indice, EmOrdem(comeco), iguais)) return !interrompida_ && FalharNoComeco();
+        presentes_ = comeco.Tamanho();
+        if (presentes_ != TamanhoDoArquivo(t_.destino)) return FalharNoComeco();
+        if (presentes_ > iguais && !EncurtarArquivo(t_.destino, iguais)) return FalharNoComeco();
+        presentes_ = iguais;
+        return presentes_ < t_.item.tamanho || Falhar("já veio tudo");
+    }
+
     bool BuscarNoVelho(const update::IndiceDeBlocos& indice, std::vector<std::uint64_t>& onde) {
-        std::uint64_t lidosAteAqui = 0;
-        const auto ler = [&](std::span<std::uint8_t> bytes, std::size_t& lidos) {
-            const bool leu = !Cancelada() && velho_.Ler(lidosAteAqui, bytes, lidos);
-            lidosAteAqui += lidos;
+        return update::BuscarBlocos(indice, EmOrdem(velho_), onde) || (!interrompida_ && FalharNoVelho());
+    }
+
+    update::LeitorEmOrdem EmOrdem(const ArquivoEmUso& arquivo) {
+        return [this, &arquivo, ate = std::uint64_t{0}](std::span<std::uint8_t> bytes, std::size_t& lidos) mutable {
+            const bool leu = !Cancelada() && arquivo.Ler(ate, bytes, lidos);
+            ate += lidos;
             return leu;
         };
-        return update::BuscarBlocos(indice, ler, onde) || (!interrompida_ && FalharNoVelho());
     }
+
+    bool FalharNoComeco() { return Falhar("o começo mudou ou não pode ser lido"); }
 
     bool FalharNoVelho() { return Falhar("o arquivo antigo mudou ou não pode ser lido"); }
 
     bool Planejar(const update::IndiceDeBlocos& indice, std::span<const std::uint64_t> onde) {
-        parte_ = indice.parte;
-        presentes_ = PrefixoPresente(t_, parte_);
-        if (presentes_ >= t_.item.tamanho) return Falhar("já veio tudo");
         plano_ = update::Planejar(indice, onde, presentes_);
         return plano_.ValeAPena() || Falhar("pouco em comum");
     }
@@ -232,9 +279,9 @@ class ReusoDeBlocos::Montagem {
     ReusoDeBlocos& dono_;
     const Transferencia& t_;
     const update::IndiceListado listado_;
-    const ArquivoVelho velho_;
+    const ArquivoEmUso velho_;
     update::Plano plano_;
-    std::uint64_t parte_ = 0;      // known once the index is
+    std::uint64_t parte_ = 0;      // once the parts are joined
     std::uint64_t presentes_ = 0;  // bytes that were there before
     std::uint64_t doDisco_ = 0;
     bool vieram_ = false;  // bytes of a range
@@ -245,7 +292,7 @@ class ReusoDeBlocos::Montagem {
 void ReusoDeBlocos::Esquecer() {
     const std::lock_guard guarda(trava_);
     recusados_.clear();
-    avisados_.clear();
+    planejados_.clear();
 }
 
 void ReusoDeBlocos::Usar(const update::UpdateList& lista) {
@@ -255,16 +302,22 @@ void ReusoDeBlocos::Usar(const update::UpdateList& lista) {
         listados_[update::ChaveDoCaminho(listado.caminho)] = listado;
 }
 
-std::optional<update::IndiceListado> ReusoDeBlocos::Achar(const std::string& chave) {
+std::optional<update::IndiceListado> ReusoDeBlocos::Achar(const update::ItemLista& item) {
     const std::lock_guard guarda(trava_);
+    const std::string chave = update::ChaveDoCaminho(item.caminho);
     const auto listado = listados_.find(chave);
     if (listado == listados_.end() || recusados_.contains(chave)) return std::nullopt;
     return listado->second;
 }
 
-bool ReusoDeBlocos::PrimeiraVez(const std::string& chave) {
+bool ReusoDeBlocos::Planejado(const update::ItemLista& item) {
     const std::lock_guard guarda(trava_);
-    return avisados_.insert(chave).second;
+    return planejados_.contains(update::ChaveDoCaminho(item.caminho));
+}
+
+bool ReusoDeBlocos::Anotar(const update::ItemLista& item) {
+    const std::lock_guard guarda(trava_);
+    return planejados_.insert(update::ChaveDoCaminho(item.caminho)).second;
 }
 
 void ReusoDeBlocos::Desistir(const update::ItemLista& item, const std::string& motivo) {
@@ -275,20 +328,11 @@ void ReusoDeBlocos::Desistir(const update::ItemLista& item, const std::string& m
 
 Reuso ReusoDeBlocos::Baixar(const Transferencia& t, Andamento& andamento, std::string& erro) {
     Reuso reuso;
-    const std::string chave = update::ChaveDoCaminho(t.item.caminho);
-    const std::optional<update::IndiceListado> listado = Achar(chave);
+    const std::optional<update::IndiceListado> listado = Achar(t.item);
     if (!listado) return reuso;
     Montagem montagem(*this, t, *listado);
     if (!montagem.PodeValer()) return reuso;
-    bool feito = montagem.Preparar();
-    if (feito) {
-        constexpr double kPorMiB = 1.0 / (1 << 20);
-        if (PrimeiraVez(chave)) {
-            LogLinha("[update] {}: {:.1f} de {:.1f} MB já estavam no disco", update::NormalizarCaminho(t.item.caminho),
-                     static_cast<double>(montagem.NoDisco()) * kPorMiB, static_cast<double>(t.item.tamanho) * kPorMiB);
-        }
-        feito = montagem.Montar(andamento, reuso.hash);
-    }
+    const bool feito = montagem.Rodar(andamento, reuso.hash);
     reuso.doDisco = montagem.DoDisco();
     if (feito) {
         reuso.fim = FimDoReuso::kMontado;

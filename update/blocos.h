@@ -48,15 +48,17 @@ class ReusoDeBlocos {
  private:
     class Montagem;
 
-    [[nodiscard]] std::optional<update::IndiceListado> Achar(const std::string& chave);
-    // True for the first call with this key in a run.
-    bool PrimeiraVez(const std::string& chave);
+    [[nodiscard]] std::optional<update::IndiceListado> Achar(const update::ItemLista& item);
+    // Whether its index has come in this run, and was worth it.
+    [[nodiscard]] bool Planejado(const update::ItemLista& item);
+    // Now it has. True for the first time.
+    bool Anotar(const update::ItemLista& item);
 
     std::mutex trava_;
     // By `ChaveDoCaminho`.
     std::map<std::string, update::IndiceListado> listados_;
     std::set<std::string> recusados_;
-    std::set<std::string> avisados_;
+    std::set<std::string> planejados_;
     std::counting_semaphore<2> buscas_{2};  // a search holds tables of tens of bytes a block
 };
 

@@ -130,12 +130,12 @@ class Busca {
     bool Continuar(Soma soma) {
         if (devido_.onde != aqui_ || devido_.bloco >= indice_.BlocosInteiros() || !Confere(devido_.bloco, soma))
             return false;
-        Leapar(devido_.bloco, aqui_);
+        Saltar(devido_.bloco, aqui_);
         return true;
     }
 
     // Found: the search goes on behind it.
-    void Leapar(std::uint32_t bloco, std::uint64_t onde) {
+    void Saltar(std::uint32_t bloco, std::uint64_t onde) {
         onde_[bloco] = onde;
         aqui_ = onde + bloco_;
         devido_ = {aqui_, bloco + 1};
@@ -198,7 +198,7 @@ class Busca {
         seguidores_.pop_front();
         if (!Confere(bloco, soma)) return false;
         onde_[bloco - 1] = aqui_ - bloco_;
-        Leapar(bloco, aqui_);
+        Saltar(bloco, aqui_);
         return true;
     }
 
@@ -251,6 +251,25 @@ class Busca {
 
 bool BuscarBlocos(const IndiceDeBlocos& indice, const LeitorEmOrdem& ler, std::vector<std::uint64_t>& onde) {
     return Busca(indice, ler, onde).Rodar();
+}
+
+bool ContarIguais(const IndiceDeBlocos& indice, const LeitorEmOrdem& ler, std::uint64_t& iguais) {
+    constexpr std::size_t kLeitura = 1 << 20;  // whole blocks of any size
+    const auto janela = std::make_unique_for_overwrite<std::uint8_t[]>(kLeitura);
+    iguais = 0;
+    for (std::size_t lidos = kLeitura; lidos == kLeitura;) {
+        if (!ler({janela.get(), kLeitura}, lidos)) return false;
+        for (std::size_t i = 0; i < lidos; i += indice.bloco) {
+            const auto bloco = static_cast<std::size_t>(iguais / indice.bloco);
+            const std::size_t tamanho = std::min<std::size_t>(indice.bloco, lidos - i);
+            if (tamanho == indice.bloco && bloco < indice.BlocosInteiros() &&
+                indice.Reduzir(SomarBloco(janela.get() + i, tamanho)) != indice.somas[bloco]) {
+                return true;
+            }
+            iguais += tamanho;
+        }
+    }
+    return true;
 }
 
 }  // namespace zu::launcher::update

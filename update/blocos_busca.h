@@ -19,8 +19,12 @@ using LeitorEmOrdem = std::function<bool(std::span<std::uint8_t> bytes, std::siz
 
 // For each block of the index the offset at which the old file has it, or `kNaoAchado`. Takes time in proportion to the
 // old file's length, whatever is in it, and some 40 bytes of memory a block beside the index. A block counts as found
-// where it stands as in the new file, next to another one; that its sum agrees is no
-// proof, so the whole file must be proved. False when the reader fails.
+// where it stands as in the new file, next to another one; that its sum agrees is no proof, so the whole file must be
+// proved. False when the reader fails.
 bool BuscarBlocos(const IndiceDeBlocos& indice, const LeitorEmOrdem& ler, std::vector<std::uint64_t>& onde);
+
+// How many first bytes of what is read may be those of the new file: those before the first block whose sum differs.
+// False when the reader fails.
+bool ContarIguais(const IndiceDeBlocos& indice, const LeitorEmOrdem& ler, std::uint64_t& iguais);
 
 }  // namespace zu::launcher::update

@@ -42,7 +42,7 @@ std::uint64_t LimiteDoIndice(std::uint64_t tamanhoDoArquivo);
 bool LerIndice(std::string_view bytes, IndiceDeBlocos& indice);
 
 // Makes the index of a file that is read once from its beginning to its end, in pieces of any length. Needs eight bytes
-// of memory a block.
+// of memory a block, at the end for a moment three times that.
 class EscritorDeIndice {
  public:
     // `parte`: the size of the published parts, 0 for a file that is published whole.

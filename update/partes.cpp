@@ -25,12 +25,8 @@ std::uint32_t UltimaPresente(const Transferencia& t) {
 // A server answers a range that starts at the end of a file with 416, which throws the part away. A part that is known
 // to be complete is asked for its last byte again instead.
 void RecuarUmByte(const std::filesystem::path& parte) {
-    const HandleArquivo arquivo(CreateFileW(parte.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
-    LARGE_INTEGER fim{};
-    if (!arquivo || GetFileSizeEx(arquivo.Valor(), &fim) == 0 || fim.QuadPart == 0) return;
-    --fim.QuadPart;
-    if (SetFilePointerEx(arquivo.Valor(), fim, nullptr, FILE_BEGIN) != 0) SetEndOfFile(arquivo.Valor());
+    const std::uint64_t tamanho = TamanhoDoArquivo(parte);
+    if (tamanho > 0) EncurtarArquivo(parte, tamanho - 1);
 }
 
 // The file of a part, still empty, tells that the part before it is complete.

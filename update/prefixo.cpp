@@ -49,13 +49,6 @@ std::uint64_t FimDaParte(const Transferencia& t, std::uint64_t parte, std::uint3
 
 }  // namespace
 
-std::uint64_t PrefixoPresente(const Transferencia& t, std::uint64_t parte) {
-    std::uint64_t juntos = TamanhoDoArquivo(t.destino);
-    for (std::uint32_t numero = 1; numero <= t.item.partes; ++numero)
-        juntos = FimDaParte(t, parte, numero, juntos);
-    return juntos;
-}
-
 bool JuntarPrefixo(const Transferencia& t, std::uint64_t parte) {
     const HandleArquivo destino = Abrir(t.destino, GENERIC_WRITE, OPEN_ALWAYS);
     std::uint64_t juntos = TamanhoDoArquivo(t.destino);

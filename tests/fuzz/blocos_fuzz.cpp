@@ -19,6 +19,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     };
     std::vector<std::uint64_t> onde;
     if (!BuscarBlocos(indice, ler, onde)) std::abort();
+    std::uint64_t iguais = 0;
+    velho = bytes;
+    if (!ContarIguais(indice, ler, iguais) || iguais > tamanho) std::abort();
     std::uint64_t presentes = indice.tamanho / 3;
     for (const Trecho& t : Planejar(indice, onde, presentes).trechos) {
         if (t.inicio != presentes || t.tamanho == 0 || (!t.DaRede() && t.velho + t.tamanho > tamanho)) std::abort();
