@@ -169,37 +169,29 @@ std::size_t SepararCru(std::string_view texto) {
     return soma;
 }
 
-// Whether a text is UTF-8 (RFC 3629, section 4), by a table of states: one step a byte, whatever the byte.
+// Whether a text is UTF-8 (RFC 3629, section 4), by a table of states: one step a byte, whatever the byte. States 0 to
+// 3 wait for as many more bytes, the others know the second byte's limits.
 std::size_t ValidarCru(std::string_view texto) {
-    enum : std::uint8_t { kInicio, kFalta1, kFalta2, kFalta3, kE0, kED, kF0, kF4, kErrado, kQuantos };
-    static const auto kPassos = [] {
-        std::array<std::array<std::uint8_t, 256>, kQuantos> passos{};
+    struct Passo {
+        std::uint8_t estado, de, ate, proximo;
+    };
+    constexpr std::uint8_t kErrado = 8;
+    constexpr Passo kValidos[] = {{0, 0x00, 0x7F, 0}, {0, 0xC2, 0xDF, 1}, {0, 0xE1, 0xEF, 2}, {0, 0xF1, 0xF3, 3},
+                                  {0, 0xE0, 0xE0, 4}, {0, 0xED, 0xED, 5}, {0, 0xF0, 0xF0, 6}, {0, 0xF4, 0xF4, 7},
+                                  {1, 0x80, 0xBF, 0}, {2, 0x80, 0xBF, 1}, {3, 0x80, 0xBF, 2}, {4, 0xA0, 0xBF, 1},
+                                  {5, 0x80, 0x9F, 1}, {6, 0x90, 0xBF, 2}, {7, 0x80, 0x8F, 2}};
+    static const auto kPassos = [&] {
+        std::array<std::array<std::uint8_t, 256>, kErrado + 1> passos{};
         for (auto& passo : passos)
             passo.fill(kErrado);
-        const auto definir = [&](std::size_t estado, int de, int ate, std::uint8_t proximo) {
-            std::fill_n(passos[estado].begin() + de, ate - de + 1, proximo);
-        };
-        definir(kInicio, 0x00, 0x7F, kInicio);
-        definir(kInicio, 0xC2, 0xDF, kFalta1);
-        definir(kInicio, 0xE1, 0xEF, kFalta2);
-        definir(kInicio, 0xF1, 0xF3, kFalta3);
-        definir(kInicio, 0xE0, 0xE0, kE0);
-        definir(kInicio, 0xED, 0xED, kED);
-        definir(kInicio, 0xF0, 0xF0, kF0);
-        definir(kInicio, 0xF4, 0xF4, kF4);
-        definir(kFalta1, 0x80, 0xBF, kInicio);
-        definir(kFalta2, 0x80, 0xBF, kFalta1);
-        definir(kFalta3, 0x80, 0xBF, kFalta2);
-        definir(kE0, 0xA0, 0xBF, kFalta1);
-        definir(kED, 0x80, 0x9F, kFalta1);
-        definir(kF0, 0x90, 0xBF, kFalta2);
-        definir(kF4, 0x80, 0x8F, kFalta2);
+        for (const Passo& v : kValidos)
+            std::fill_n(passos[v.estado].begin() + v.de, v.ate - v.de + 1, v.proximo);
         return passos;
     }();
-    std::uint8_t estado = kInicio;
+    std::uint8_t estado = 0;
     for (const char c : texto)
         estado = kPassos[estado][static_cast<unsigned char>(c)];
-    return estado == kInicio ? 1 : 0;
+    return estado == 0 ? 1 : 0;
 }
 
 // lista ARQUIVO, json ARQUIVO: reading a document, beside a bare pass over it, and the memory that what was read takes

@@ -58,8 +58,6 @@ void Teclar(HWND janela, int tecla, bool repetida) {
 
 std::string LerTela(HWND janela) {
     const Superficie s(TamanhoDe(janela));
-    // What the window keeps of an earlier painting is drawn again, and so written.
-    SendMessageW(janela, WM_SYSCOLORCHANGE, 0, 0);
     escritos.clear();
     lida = s.Dc();
     SendMessageW(janela, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(s.Dc()), PRF_CLIENT);

@@ -136,7 +136,7 @@ LRESULT Janela::Responder(UINT mensagem, WPARAM wParam, LPARAM lParam) {
     if (tratada) return resultado;
     switch (mensagem) {
         case WM_PAINT:
-            PintarJanela(janela_, [this](HDC dc) { Pintar(dc); });
+            PintarJanela(janela_, [this](HDC dc) { PintarNaTela(dc); });
             return 0;
         case WM_PRINTCLIENT:
             Pintar(reinterpret_cast<HDC>(wParam));

@@ -69,6 +69,8 @@ class Janela {
     // The window is made and not yet shown: its controls and timers. False, with the reason in GetLastError.
     virtual bool Montar() = 0;
     virtual void Pintar(HDC dc) const = 0;
+    // The same for the screen, where a picture that was kept may stand for what it shows.
+    virtual void PintarNaTela(HDC dc) { Pintar(dc); }
     virtual void AoComando(int id) = 0;
     virtual void AoRelogio(UINT_PTR relogio) = 0;
     virtual void AoConfirmar() = 0;  // Enter

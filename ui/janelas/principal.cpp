@@ -138,11 +138,19 @@ CentroDaPrincipal JanelaPrincipal::Centro() const {
     return site_.site_failed() ? CentroDaPrincipal::kFalhaDoSite : CentroDaPrincipal::kLogo;
 }
 
-void JanelaPrincipal::Pintar(HDC dc) const {
+AparenciaPrincipal JanelaPrincipal::Agora() const {
     AparenciaPrincipal agora = vista_;
     agora.ativa = Ativa();
     agora.sobre = Sobre();
-    pintura_.Pintar(dc, agora, FontesDaInterface());
+    return agora;
+}
+
+void JanelaPrincipal::Pintar(HDC dc) const {
+    pintura_.PintarTudo(dc, Agora(), FontesDaInterface());
+}
+
+void JanelaPrincipal::PintarNaTela(HDC dc) {
+    pintura_.Pintar(dc, Agora(), FontesDaInterface());
 }
 
 void JanelaPrincipal::Mostrar(const AparenciaPrincipal& nova) {

@@ -40,6 +40,8 @@ class JanelaPrincipal final : public Janela {
  private:
     bool Montar() override;
     void Pintar(HDC dc) const override;
+    void PintarNaTela(HDC dc) override;
+    [[nodiscard]] AparenciaPrincipal Agora() const;
     void AoComando(int id) override;
     void AoRelogio(UINT_PTR relogio) override;
     void AoConfirmar() override { JogarAgora(); }
@@ -58,7 +60,7 @@ class JanelaPrincipal final : public Janela {
     void Mostrar(const AparenciaPrincipal& nova);
     void AvisarMudancas(const AparenciaPrincipal& antes) const;
 
-    mutable PinturaDaPrincipal pintura_;
+    PinturaDaPrincipal pintura_;
     AparenciaPrincipal vista_;                    // as it was last shown
     std::vector<std::string> enderecosPorAbrir_;  // UTF-8
     BarraDeTarefas barra_;
