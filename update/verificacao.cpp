@@ -50,9 +50,10 @@ class Verificacao {
     void Olhar() {
         std::unordered_set<std::string> aLer;
         for (std::size_t i = 0; i < lista_.itens.size() && !atualizador_.Cancelado(); ++i) {
-            const std::string chave = update::ChaveDoCaminho(lista_.itens[i].caminho);
+            const std::string normal = update::NormalizarCaminho(lista_.itens[i].caminho);
+            const std::string chave = MinusculasAscii(normal);
             InfoArquivo info;
-            situacoes_[i] = OlharUm(lista_.itens[i], chave, info);
+            situacoes_[i] = OlharUm(lista_.itens[i], normal, chave, info);
             if (situacoes_[i] != Situacao::kALer) {
                 Feito(lista_.itens[i].tamanho);
             } else if (aLer.insert(chave).second) {
@@ -68,7 +69,8 @@ class Verificacao {
         Mutirao mutirao(tarefas_, [this](std::size_t tarefa) { return Abrir(tarefa); });
         std::size_t tarefa = 0;
         for (std::size_t i = 0; i < lista_.itens.size(); ++i) {
-            if (situacoes_[i] == Situacao::kALer) Esperar(mutirao, tarefa++);
+            // Until then its situation is the reading thread's to write.
+            if (tarefa < leituras_.size() && leituras_[tarefa].indice == i) Esperar(mutirao, tarefa++);
             if (atualizador_.Cancelado()) return;
             if (situacoes_[i] == Situacao::kRepetido) ConhecerRepetido(i);
             Relatar(i, indices);
@@ -81,14 +83,12 @@ class Verificacao {
         std::uint64_t modificado = 0;  // when it was looked at
     };
 
-    Situacao OlharUm(const update::ItemLista& item, const std::string& chave, InfoArquivo& info) const {
+    Situacao OlharUm(const update::ItemLista& item, const std::string& normal, const std::string& chave,
+                     InfoArquivo& info) {
         if (update::ChaveProtegida(chave)) return Situacao::kProtegido;
-        if (!LerInfoArquivo(CaminhoNoCliente(update::NormalizarCaminho(item.caminho)), info) || info.Pasta()) {
-            return Situacao::kFaltando;
-        }
-        EntradaCache entrada;
-        if (reparar_ || !atualizador_.Cache().Achar(chave, info, entrada)) return Situacao::kALer;
-        return Corresponde(entrada, item) ? Situacao::kIgual : Situacao::kDiferente;
+        if (!LerInfoArquivo(caminhos_.De(normal), info) || info.Pasta()) return Situacao::kFaltando;
+        if (reparar_ || !atualizador_.Cache().Achar(chave, info, entrada_)) return Situacao::kALer;
+        return Corresponde(entrada_, item) ? Situacao::kIgual : Situacao::kDiferente;
     }
 
     Mutirao::Leitura Abrir(std::size_t tarefa) {
@@ -133,10 +133,10 @@ class Verificacao {
     void ConhecerRepetido(std::size_t indice) {
         const update::ItemLista& item = lista_.itens[indice];
         InfoArquivo info;
-        EntradaCache entrada;
-        const bool igual = LerInfoArquivo(CaminhoNoCliente(update::NormalizarCaminho(item.caminho)), info) &&
-                           atualizador_.Cache().Achar(update::ChaveDoCaminho(item.caminho), info, entrada) &&
-                           Corresponde(entrada, item);
+        const std::string normal = update::NormalizarCaminho(item.caminho);
+        const bool igual = LerInfoArquivo(caminhos_.De(normal), info) &&
+                           atualizador_.Cache().Achar(MinusculasAscii(normal), info, entrada_) &&
+                           Corresponde(entrada_, item);
         situacoes_[indice] = igual ? Situacao::kIgual : Situacao::kDiferente;
         Feito(item.tamanho);
     }
@@ -174,6 +174,8 @@ class Verificacao {
     Atualizador& atualizador_;
     const update::UpdateList& lista_;
     bool reparar_;
+    CaminhosNoCliente caminhos_;
+    EntradaCache entrada_;  // the last that was found; kept for its memory
     std::vector<Situacao> situacoes_;
     std::vector<Leitura> leituras_;
     std::vector<Mutirao::Tarefa> tarefas_;

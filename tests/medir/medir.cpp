@@ -21,6 +21,7 @@
 #include "tests/suporte/oficina.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
 #include "ui/controles/pintor_controle.h"
 #include "ui/janelas/pintor_principal.h"
@@ -35,6 +36,7 @@
 
 namespace {
 
+bool contando = false;  // from its first block on, or never: it takes time
 std::atomic<std::int64_t> emUso = 0;
 std::atomic<std::int64_t> maisEmUso = 0;
 
@@ -50,11 +52,11 @@ void Contar(std::int64_t bytes) {
 void* operator new(std::size_t tamanho) {
     void* const bloco = std::malloc(tamanho);
     if (bloco == nullptr) throw std::bad_alloc();
-    Contar(static_cast<std::int64_t>(_msize(bloco)));
+    if (contando) Contar(static_cast<std::int64_t>(_msize(bloco)));
     return bloco;
 }
 void operator delete(void* bloco) noexcept {
-    if (bloco != nullptr) Contar(-static_cast<std::int64_t>(_msize(bloco)));
+    if (contando && bloco != nullptr) Contar(-static_cast<std::int64_t>(_msize(bloco)));
     std::free(bloco);
 }
 void operator delete(void* bloco, std::size_t) noexcept {
@@ -110,9 +112,9 @@ void ImprimirContada(std::int64_t antes = 0) {
     std::exit(1);
 }
 
-void RodarAte(StatusUpdate esperado) {
+void RodarAte(StatusUpdate esperado, bool reparar = false) {
     Atualizador atualizador;
-    atualizador.Rodar(false);
+    atualizador.Rodar(reparar);
     if (atualizador.Estado().status != esperado) Falhar(atualizador.Estado().texto);
 }
 
@@ -157,6 +159,7 @@ std::string Texto(const std::filesystem::path& arquivo) {
 // lista ARQUIVO, json ARQUIVO: reading a document, and the memory that what was read takes
 template <class Lido>
 void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_view, Lido&, std::string&)) {
+    contando = true;
     const std::string texto = Texto(arquivo);
     const std::int64_t antes = emUso;
     maisEmUso = antes;
@@ -197,6 +200,45 @@ void MedirConferir(const std::filesystem::path& pasta, const std::string& url) {
     ImprimirMemoria();
 }
 
+// What a scanner's first look at a file costs, in every opening of a file that is to be read from front to back.
+constinit DWORD demoraAoAbrir = 0;  // ms
+
+HANDLE WINAPI AbrirComDemora(LPCWSTR nome, DWORD acesso, DWORD partilha, LPSECURITY_ATTRIBUTES seguranca,
+                             DWORD disposicao, DWORD marcas, HANDLE modelo) {
+    static const auto verdadeira = ZU_VERDADEIRA(L"kernel32", CreateFileW);
+    if (demoraAoAbrir != 0 && (marcas & FILE_FLAG_SEQUENTIAL_SCAN) != 0) Sleep(demoraAoAbrir);
+    return verdadeira(nome, acesso, partilha, seguranca, disposicao, marcas, modelo);
+}
+
+// Each file read and its two digests made, and nothing else, from that many threads (0: one a core).
+void SomarCru(const std::vector<std::filesystem::path>& arquivos, std::size_t threads) {
+    const auto somar = [&](std::size_t i) {
+        thread_local std::vector<std::uint8_t> bloco(1024 * 1024);
+        const HandleArquivo leitura = AbrirParaLer(arquivos[i]);
+        Sha256Incremental contexto = Sha256Begin();
+        Crc32 crc = kCrc32Inicial;
+        for (std::size_t lidos = 1; lidos != 0;) {
+            if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
+            crc = Crc32Update(crc, bloco.data(), lidos);
+            Sha256Feed(contexto, bloco.data(), lidos);
+        }
+        Sha256Digest digest{};
+        Sha256Finish(contexto, digest);
+    };
+    forjal::EmParalelo(
+        std::vector<std::uint64_t>(arquivos.size()), somar, [] {}, threads);
+}
+
+// reparo PASTA URL DEMORA: a run that reads every file and finds nothing to do, and the bare reading from as many
+// threads: one a core, or eight when each opening takes some milliseconds
+void MedirReparo(const std::filesystem::path& pasta, const std::string& url, DWORD demora) {
+    teste::Configurar(pasta, url);
+    const std::vector<std::filesystem::path> arquivos = Arquivos(pasta);
+    demoraAoAbrir = demora;
+    Medir([] { RodarAte(StatusUpdate::kPronto, true); }, [&] { SomarCru(arquivos, demora == 0 ? 0 : 8); });
+    ImprimirMemoria();
+}
+
 void RodarForjal(const std::vector<std::wstring>& argumentos) {
     forjal::SaidaDeTeste saida;
     if (forjal::RodarForjal(argumentos, saida) != forjal::kFeito) Falhar(saida.erros);
@@ -229,6 +271,7 @@ void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::
 
 // denovo CLIENTE SAIDA: a publication that finds nothing changed; and a bare walk with attributes
 void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
+    contando = true;
     int seq = 2;
     Medir([&] { PublicarPasta(cliente, saida, seq++); },
           [&] {
@@ -290,6 +333,7 @@ void MedirBusca(const std::filesystem::path& velho, const std::filesystem::path&
 
 // tentar PASTA URL LISTA: all files of the list over 16 connections, whether they come or not
 void MedirTentativa(const std::filesystem::path& pasta, const std::string& url, const std::filesystem::path& arquivo) {
+    contando = true;
     teste::Configurar(pasta, url, 16);
     update::UpdateList lista;
     std::string erro;
@@ -386,6 +430,7 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
     {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(a[1], update::LerLista); }},
     {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(a[1], LerJson); }},
     {"conferir", 2, [](const Argumentos& a) { MedirConferir(a[1], a[2].string()); }},
+    {"reparo", 3, [](const Argumentos& a) { MedirReparo(a[1], a[2].string(), std::stoul(a[3].native())); }},
     {"primeira", 2, [](const Argumentos& a) { MedirPrimeira(a[1], a[2]); }},
     {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(a[1], a[2]); }},
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1].string(), a[2], a[3]); }},
@@ -403,6 +448,8 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
 
 }  // namespace
 }  // namespace zu::launcher
+
+ZU_DESVIAR(CreateFileW, &zu::launcher::AbrirComDemora);
 
 int wmain(int quantos, wchar_t** argumentos) {
     const zu::launcher::Argumentos todos(argumentos + 1, argumentos + quantos);
