@@ -86,6 +86,7 @@ class Verificacao {
     Situacao OlharUm(const update::ItemLista& item, const std::string& normal, const std::string& chave,
                      InfoArquivo& info) {
         if (update::ChaveProtegida(chave)) return Situacao::kProtegido;
+        // Each file by itself: of one with several names the listing of its folder may tell an older size and time.
         if (!LerInfoArquivo(caminhos_.De(normal), info) || info.Pasta()) return Situacao::kFaltando;
         if (reparar_ || !atualizador_.Cache().Achar(chave, info, entrada_)) return Situacao::kALer;
         return Corresponde(entrada_, item) ? Situacao::kIgual : Situacao::kDiferente;
