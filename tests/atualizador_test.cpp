@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <mutex>
 
 #include "core/formato.h"
 #include "tests/suporte/espera.h"
@@ -14,8 +13,6 @@
 #include "update/agendador.h"
 #include "update/estado.h"
 #include "update/jogo_aberto.h"
-#include "update/mutirao.h"
-#include "update/verificacao.h"
 
 namespace zu::launcher {
 namespace {
@@ -358,81 +355,7 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     EsperarClienteExato();
 }
 
-// Faults: log or downloads in the order in which files were read, a file read twice, what differs in size read before
-// what may be right, a failure lost or told too early, bytes counted twice or left out, threads for nothing.
-TEST_F(Atualizacao, ConferenciaEmVariosThreadsDizOMesmoQueEmUm) {
-    const std::string grande = Bytes(Mutirao::kGrande + 1);
-    publicacao_.arquivos = {{"a tamanho", "12"},  {"b grande", grande}, {"c igual", "c"},
-                            {"d mudou", "d"},     {"e falta", "e"},     {"f preso", "f"},
-                            {"g grande", grande}, {"h igual", ""},      {"i pasta", ""}};
-    update::UpdateList lista = publicacao_.Lista();
-    for (const std::size_t repetido : {2U, 3U, 2U})
-        lista.itens.push_back(lista.itens[repetido]);
-    lista.itens[9].caminho = "./C IGUAL";
-    lista.itens[11].tamanho = 5;
-    for (const auto& [nome, conteudo] : publicacao_.arquivos)
-        if (nome[0] != 'e' && nome[0] != 'i') pasta_.Escrever(nome, nome[0] == 'd' ? "D" : conteudo);
-    pasta_.Escrever("a tamanho", "123");
-    std::filesystem::create_directory(pasta_ / "i pasta");
-    HandleArquivo preso = pasta_.Prender("f preso", 0);
-
-    bool comThreads = false;
-    std::string semMemoria;
-    std::atomic<int> threads = 0;
-    std::mutex trava;
-    std::vector<std::string> lidos;
-    const std::function<DWORD(const Chamada&)> porta = [&](const Chamada& chamada) -> DWORD {
-        if (chamada.nome == "_beginthreadex") return ++threads, comThreads ? 0 : EAGAIN;
-        const std::string nome = chamada.caminho.filename().string();
-        if (chamada.nome != "CreateFileW" || nome.find(' ') != 1) return 0;
-        const std::lock_guard guarda(trava);
-        lidos.push_back(nome);
-        if (nome == semMemoria) throw std::bad_alloc();
-        return 0;
-    };
-    const auto conferir = [&](bool reparar, std::vector<std::size_t>& indices) {
-        lidos.clear();
-        indices.clear();
-        std::filesystem::remove(pasta_ / "ZuLauncher.log");
-        recusa.porta = &porta;
-        try {
-            VerificarArquivos(atualizador_, lista, reparar, indices);
-        } catch (const std::bad_alloc&) {
-            indices.push_back(99);
-        }
-        recusa.porta = nullptr;
-        std::vector<std::string> dito = Log();
-        dito.erase(dito.begin());
-        return dito;
-    };
-    std::vector<std::size_t> indices;
-    for (const bool varios : {false, true}) {
-        comThreads = varios;
-        EXPECT_THAT(conferir(true, indices), ElementsAre("[update] a tamanho: diferente", "[update] d mudou: diferente",
-                                                         "[update] e falta: faltando", "[update] f preso: diferente",
-                                                         "[update] i pasta: faltando", "[update] c igual: diferente"));
-        EXPECT_THAT(indices, ElementsAre(0, 3, 4, 5, 8, 11));
-        EXPECT_EQ(atualizador_.Estado().bytesFeitos, atualizador_.Estado().bytesTotal);
-        EXPECT_EQ(atualizador_.Estado().arquivosFeitos, lista.itens.size());
-        EXPECT_THAT(LerCache(), SizeIs(6));
-        EXPECT_TRUE(varios || lidos.back() == "a tamanho");
-        EXPECT_THAT(lidos, UnorderedElementsAre("a tamanho", "b grande", "c igual", "d mudou", "f preso", "g grande",
-                                                "h igual"));
-        semMemoria = "d mudou";
-        EXPECT_THAT(conferir(true, indices), ElementsAre("[update] a tamanho: diferente"));
-        EXPECT_THAT(indices, ElementsAre(0, 99));
-        semMemoria.clear();
-    }
-    preso.Fechar();
-    EXPECT_THAT(conferir(false, indices), SizeIs(5));
-    EXPECT_THAT(lidos, ElementsAre("f preso"));
-    threads = 0;
-    EXPECT_THAT(conferir(false, indices), SizeIs(5));
-    EXPECT_THAT(lidos, IsEmpty());
-    EXPECT_EQ(threads, 0);
-}
-
-TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
+TEST_F(Atualizacao, UmaExecucaoPorVezVariosDownloadsDeUmaVez) {
     Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
@@ -444,10 +367,6 @@ TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
             return Resposta{.corpo = juntos == 2 ? conteudo : ""};
         });
     }
-    // A path that is listed twice has one temporary file.
-    update::UpdateList lista = publicacao_.Lista();
-    lista.itens.push_back(lista.itens.front());
-    servidor_.Definir("UpdateList.txt", Servir(Assinar(update::EscreverLista(lista))));
     atualizador_.Iniciar(false);
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
     EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);
@@ -479,5 +398,4 @@ TEST_F(Atualizacao, JogoAbertoSoODestaPasta) {
 }  // namespace
 }  // namespace zu::launcher
 
-ZU_RECUSAVEL(L"kernel32", CreateFileW, INVALID_HANDLE_VALUE);
 ZU_DESVIAR(GetDiskFreeSpaceExW, &zu::launcher::DizerEspaco);

@@ -30,7 +30,7 @@ class Mutirao {
     using Abertura = std::function<Leitura(std::size_t tarefa)>;
 
     static constexpr std::size_t kMaximo = 8;
-    static constexpr std::uint64_t kGrande = 4 * 1024 * 1024;  // bytes, from which a task is a large one
+    static constexpr std::uint64_t kGrande = 0x400000;  // bytes (4 MiB), from which a task is a large one
 
     // Starts as many threads as find something to do, and works on the calling one when none can be had. `abrir`, and
     // what it returns, are called from any of them, never under a lock.

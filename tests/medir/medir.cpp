@@ -131,6 +131,14 @@ bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos
     return leu;
 }
 
+// The whole file, in blocks, by nothing but the system's calls.
+void LerCru(const std::filesystem::path& arquivo, const std::function<void(const void*, std::size_t)>& alimentar) {
+    thread_local std::vector<std::uint8_t> bloco(1024 * 1024);
+    const HandleArquivo leitura = AbrirParaLer(arquivo);
+    for (std::size_t lidos = 1; lidos != 0; alimentar(bloco.data(), lidos))
+        if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
+}
+
 void SomarTudo(const std::filesystem::path& arquivo) {
     if (!HashArquivo(arquivo, 0).ok) Falhar("hash");
 }
@@ -138,11 +146,8 @@ void SomarTudo(const std::filesystem::path& arquivo) {
 // hash ARQUIVO: the read loop with SHA-256 alone, and with CRC-32 beside it
 void MedirHash(const std::filesystem::path& arquivo) {
     const auto soSha = [&] {
-        const HandleArquivo leitura = AbrirParaLer(arquivo);
-        std::vector<std::uint8_t> bloco(1024 * 1024);
         Sha256Incremental contexto = Sha256Begin();
-        for (std::size_t lidos = 1; lidos != 0; Sha256Feed(contexto, bloco.data(), lidos))
-            if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
+        LerCru(arquivo, [&](const void* bloco, std::size_t bytes) { Sha256Feed(contexto, bloco, bytes); });
         Sha256Digest digest{};
         Sha256Finish(contexto, digest);
     };
@@ -213,17 +218,9 @@ HANDLE WINAPI AbrirComDemora(LPCWSTR nome, DWORD acesso, DWORD partilha, LPSECUR
 // Each file read and its two digests made, and nothing else, from that many threads (0: one a core).
 void SomarCru(const std::vector<std::filesystem::path>& arquivos, std::size_t threads) {
     const auto somar = [&](std::size_t i) {
-        thread_local std::vector<std::uint8_t> bloco(1024 * 1024);
-        const HandleArquivo leitura = AbrirParaLer(arquivos[i]);
-        Sha256Incremental contexto = Sha256Begin();
-        Crc32 crc = kCrc32Inicial;
-        for (std::size_t lidos = 1; lidos != 0;) {
-            if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
-            crc = Crc32Update(crc, bloco.data(), lidos);
-            Sha256Feed(contexto, bloco.data(), lidos);
-        }
-        Sha256Digest digest{};
-        Sha256Finish(contexto, digest);
+        HashCorrente hash;
+        LerCru(arquivos[i], std::bind_front(&HashCorrente::Alimentar, &hash));
+        hash.Terminar(true);
     };
     forjal::EmParalelo(
         std::vector<std::uint64_t>(arquivos.size()), somar, [] {}, threads);
