@@ -15,6 +15,14 @@ add_executable(testes_puros ${ZU_TESTES_PUROS})
 target_link_libraries(testes_puros PRIVATE zu_puro GTest::gtest_main)
 gtest_discover_tests(testes_puros)
 
+# Threads under the sanitizer for them, which does not go together with the others.
+add_executable(testes_threads update/mutirao.cpp tests/mutirao_test.cpp)
+target_include_directories(testes_threads PRIVATE ${CMAKE_SOURCE_DIR})
+target_compile_options(testes_threads PRIVATE -fsanitize=thread)
+target_link_options(testes_threads PRIVATE -fsanitize=thread)
+target_link_libraries(testes_threads PRIVATE GTest::gtest_main)
+gtest_discover_tests(testes_threads TEST_PREFIX threads.)
+
 set(ZU_SEGUNDOS_DE_FUZZ 60 CACHE STRING "How long each fuzz target runs in the tests")
 foreach(alvo blocos lista registros caminhos json relatorio)
     add_executable(fuzz_${alvo} tests/fuzz/${alvo}_fuzz.cpp)

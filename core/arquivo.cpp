@@ -154,8 +154,12 @@ bool InfoArquivo::SomenteLeitura() const {
 }
 
 bool LerInfoArquivo(const std::filesystem::path& caminho, InfoArquivo& info) {
+    return LerInfoArquivo(caminho.c_str(), info);
+}
+
+bool LerInfoArquivo(const wchar_t* caminho, InfoArquivo& info) {
     WIN32_FILE_ATTRIBUTE_DATA dados{};
-    if (GetFileAttributesExW(caminho.c_str(), GetFileExInfoStandard, &dados) == 0) return false;
+    if (GetFileAttributesExW(caminho, GetFileExInfoStandard, &dados) == 0) return false;
     info.tamanho = Juntar(dados.nFileSizeHigh, dados.nFileSizeLow);
     info.modificado = Juntar(dados.ftLastWriteTime.dwHighDateTime, dados.ftLastWriteTime.dwLowDateTime);
     info.atributos = dados.dwFileAttributes;

@@ -53,6 +53,7 @@ struct InfoArquivo {
 
 // False when nothing stands at the path, or when it cannot be looked at.
 bool LerInfoArquivo(const std::filesystem::path& caminho, InfoArquivo& info);
+bool LerInfoArquivo(const wchar_t* caminho, InfoArquivo& info);
 
 // 0 when there is no such file.
 std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho);

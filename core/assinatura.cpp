@@ -1,16 +1,15 @@
 #include "core/assinatura.h"
 
-#include "core/hash.h"
-
 namespace zu::launcher {
 
 bool VerifyListSignature(std::span<const UpdateSigningKey> chaves, std::span<const std::uint8_t> assinados,
-                         std::span<const std::uint8_t> assinatura) {
+                         std::span<const std::uint8_t> assinatura, Sha256Digest* digest) {
     HandleProvedor provedor;
     if (!BCRYPT_SUCCESS(BCryptOpenAlgorithmProvider(provedor.Receber(), BCRYPT_RSA_ALGORITHM, nullptr, 0)))
         return false;
 
-    Sha256Digest digest = Sha256Of(assinados);
+    Sha256Digest doTexto = Sha256Of(assinados);
+    if (digest != nullptr) *digest = doTexto;
     BCRYPT_PKCS1_PADDING_INFO preenchimento{BCRYPT_SHA256_ALGORITHM};
     for (const UpdateSigningKey& blob : chaves) {
         HandleChave chave;
@@ -19,7 +18,7 @@ bool VerifyListSignature(std::span<const UpdateSigningKey> chaves, std::span<con
             continue;
         }
         if (BCRYPT_SUCCESS(BCryptVerifySignature(
-                chave.Valor(), &preenchimento, digest.data(), static_cast<ULONG>(digest.size()),
+                chave.Valor(), &preenchimento, doTexto.data(), static_cast<ULONG>(doTexto.size()),
                 const_cast<PUCHAR>(assinatura.data()), static_cast<ULONG>(assinatura.size()), BCRYPT_PAD_PKCS1))) {
             return true;
         }

@@ -355,7 +355,7 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     EsperarClienteExato();
 }
 
-TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
+TEST_F(Atualizacao, UmaExecucaoPorVezVariosDownloadsDeUmaVez) {
     Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();
     publicacao_.Servir(servidor_);
@@ -367,10 +367,6 @@ TEST_F(Atualizacao, UmaExecucaoPorVezUmDownloadPorCaminhoEVariosDeUmaVez) {
             return Resposta{.corpo = juntos == 2 ? conteudo : ""};
         });
     }
-    // A path that is listed twice has one temporary file.
-    update::UpdateList lista = publicacao_.Lista();
-    lista.itens.push_back(lista.itens.front());
-    servidor_.Definir("UpdateList.txt", Servir(Assinar(update::EscreverLista(lista))));
     atualizador_.Iniciar(false);
     EXPECT_EQ(Rodar(), "5 Atualização concluída: 4 arquivo(s) novo(s).");
     EXPECT_EQ(servidor_.Pedidos("UpdateList.txt").size(), 1U);

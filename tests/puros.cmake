@@ -7,5 +7,6 @@ set(ZU_TESTES_PUROS
     ${CMAKE_CURRENT_LIST_DIR}/caminhos_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/lista_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/logo_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/mutirao_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registros_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/veredito_test.cpp)

@@ -1,6 +1,7 @@
 // Every call that an update makes on files and on the network fails once, and the client stays whole.
 
 #include <gmock/gmock.h>
+#include <process.h>
 
 #include <atomic>
 #include <mutex>
@@ -12,7 +13,9 @@
 #include "update/atualizador.h"
 #include "update/estado.h"
 #include "update/http.h"
+#include "update/mutirao.h"
 #include "update/trocas.h"
+#include "update/verificacao.h"
 
 namespace zu::launcher {
 namespace {
@@ -276,6 +279,79 @@ TEST_F(Cliente, MarcaESegurarPorUmMomentoNaoAdiamNada) {
     }
 }
 
+// Faults: log or downloads in the order in which files were read, a file read twice, what differs in size read before
+// what may be right, a failure lost or told too early, bytes counted twice or left out, threads for nothing.
+TEST(Conferencia, EmVariosThreadsDizOMesmoQueEmUm) {
+    using namespace testing;
+    const PastaTemporaria pasta;
+    Configurar(pasta.Caminho(), "http://s/");
+    Publicacao publicacao;
+    Atualizador atualizador;
+    const std::string grande = Bytes(Mutirao::kGrande + 1);
+    publicacao.arquivos = {{"a tamanho", "12"}, {"b grande", grande}, {"c igual", "c"}, {"d mudou", "d"},
+                           {"e falta", "e"},    {"f preso", "f"},     {"g igual", ""},  {"h pasta", ""}};
+    update::UpdateList lista = publicacao.Lista();
+    for (const std::size_t repetido : {2U, 3U, 2U})
+        lista.itens.push_back(lista.itens[repetido]);
+    lista.itens[8].caminho = "./C IGUAL";
+    lista.itens[10].tamanho = 5;
+    publicacao.arquivos["a tamanho"] = "123";
+    publicacao.arquivos["d mudou"] = "D";
+    for (const auto& [nome, conteudo] : publicacao.arquivos)
+        if (nome[0] != 'e') pasta.Escrever(nome[0] == 'h' ? nome + "/dentro" : nome, conteudo);
+    HandleArquivo preso = pasta.Prender("f preso", 0);
+
+    bool comThreads = false;
+    std::string semMemoria;
+    std::atomic<int> threads = 0;
+    std::mutex trava;
+    std::vector<std::string> lidos;
+    const std::function<DWORD(const Chamada&)> porta = [&](const Chamada& chamada) -> DWORD {
+        if (chamada.nome == "_beginthreadex") return ++threads, comThreads ? 0 : EAGAIN;
+        const std::string nome = chamada.caminho.filename().string();
+        if (chamada.nome != "CreateFileW" || nome.find(' ') != 1) return 0;
+        const std::lock_guard guarda(trava);
+        lidos.push_back(nome);
+        return nome == semMemoria ? throw std::bad_alloc() : 0;
+    };
+    std::vector<std::size_t> indices;
+    const auto conferir = [&](bool reparar) {
+        lidos.clear();
+        indices.clear();
+        std::filesystem::remove(pasta / "ZuLauncher.log");
+        recusa.porta = &porta;
+        try {
+            VerificarArquivos(atualizador, lista, reparar, indices);
+        } catch (const std::bad_alloc&) {
+            indices.push_back(99);
+        }
+        recusa.porta = nullptr;
+        return LinhasDoLog(pasta);
+    };
+    for (const bool varios : {false, true}) {
+        comThreads = varios;
+        EXPECT_THAT(conferir(true), ElementsAre(_, "[update] a tamanho: diferente", "[update] d mudou: diferente",
+                                                "[update] e falta: faltando", "[update] f preso: diferente",
+                                                "[update] h pasta: faltando", "[update] c igual: diferente"));
+        EXPECT_THAT(indices, ElementsAre(0, 3, 4, 5, 7, 10));
+        const EstadoAtualizacao estado = atualizador.Estado();
+        EXPECT_TRUE(estado.bytesFeitos == estado.bytesTotal && estado.arquivosFeitos == lista.itens.size());
+        EXPECT_THAT(LerCache(), SizeIs(5));
+        EXPECT_TRUE(varios || lidos.back() == "a tamanho");
+        EXPECT_THAT(lidos, UnorderedElementsAre("a tamanho", "b grande", "c igual", "d mudou", "f preso", "g igual"));
+        semMemoria = "d mudou";
+        EXPECT_THAT(conferir(true), ElementsAre(_, "[update] a tamanho: diferente"));
+        EXPECT_THAT(indices, ElementsAre(0, 99));
+        semMemoria.clear();
+    }
+    preso.Fechar();
+    EXPECT_THAT(conferir(false), SizeIs(6));
+    EXPECT_THAT(lidos, ElementsAre("f preso"));
+    threads = 0;
+    EXPECT_THAT(conferir(false), SizeIs(6));
+    EXPECT_TRUE(lidos.empty() && threads == 0);
+}
+
 }  // namespace
 }  // namespace zu::launcher
 
@@ -297,6 +373,7 @@ ZU_RECUSAVEL(L"kernel32", ReadFile, FALSE);
 ZU_RECUSAVEL(L"kernel32", SetEndOfFile, FALSE);
 ZU_RECUSAVEL(L"kernel32", SetFileAttributesW, FALSE);
 ZU_RECUSAVEL(L"kernel32", WriteFile, FALSE);
+ZU_RECUSAVEL(L"msvcrt", _beginthreadex, 0);
 ZU_RECUSAVEL(L"winhttp", WinHttpConnect, nullptr);
 ZU_RECUSAVEL(L"winhttp", WinHttpCrackUrl, FALSE);
 ZU_RECUSAVEL(L"winhttp", WinHttpOpenRequest, nullptr);

@@ -28,8 +28,8 @@ std::span<const std::uint8_t> Bytes(std::string_view texto) {
     return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()};
 }
 
-bool Assinada(const update::ListaSeparada& separada) {
-    return separada.ok && VerifyListSignature(ChavesDaLista(), Bytes(separada.assinados), separada.assinatura);
+bool Assinada(const update::ListaSeparada& separada, Sha256Digest& digest) {
+    return separada.ok && VerifyListSignature(ChavesDaLista(), Bytes(separada.assinados), separada.assinatura, &digest);
 }
 
 // How a run ends that gets no list.
@@ -64,7 +64,7 @@ bool Vencida(const update::UpdateList& lista) {
 
 bool Provar(const std::string& texto, ListaObtida& obtida, Fim& fim) {
     const update::ListaSeparada separada = update::SepararAssinatura(texto);
-    if (!Assinada(separada)) {
+    if (!Assinada(separada, obtida.digest)) {
         return Terminar(fim, StatusUpdate::kErro,
                         "A lista de atualização não tem uma assinatura válida: atualização recusada por segurança.");
     }
@@ -84,7 +84,6 @@ bool Provar(const std::string& texto, ListaObtida& obtida, Fim& fim) {
                         Formatar("Sem conexão com o servidor de atualização (a lista venceu em {}).",
                                  update::TextoDoDia(*lista.validade)));
     }
-    obtida.digest = Sha256Of(Bytes(separada.assinados));
     LogLinha("[update] UpdateList seq {} ({}) com {} arquivos e {} a remover; instalado seq {}", lista.seq,
              lista.versao, lista.itens.size(), lista.remover.size(), instalado);
     return true;

@@ -10,6 +10,7 @@ void CacheDeArquivos::Carregar() {
     MapaCache lido = LerCache();
     const std::lock_guard guarda(trava_);
     mapa_ = std::move(lido);
+    palpite_ = mapa_.begin();
     InfoArquivo info;
     mudou_ = !LerInfoArquivo(CaminhoCache(), info);
     gravada_ = Relogio::now();
@@ -17,10 +18,10 @@ void CacheDeArquivos::Carregar() {
 
 bool CacheDeArquivos::Achar(std::string_view chave, const InfoArquivo& info, EntradaCache& entrada) const {
     const std::lock_guard guarda(trava_);
-    const auto lugar = mapa_.find(chave);
-    if (lugar == mapa_.end() || lugar->second.tamanho != info.tamanho || lugar->second.modificado != info.modificado) {
-        return false;
-    }
+    const auto lugar = palpite_ != mapa_.end() && palpite_->first == chave ? palpite_ : mapa_.find(chave);
+    if (lugar == mapa_.end()) return false;
+    palpite_ = std::next(lugar);
+    if (lugar->second.tamanho != info.tamanho || lugar->second.modificado != info.modificado) return false;
     entrada = lugar->second;
     return true;
 }
@@ -37,7 +38,7 @@ void CacheDeArquivos::Esquecer(std::string_view chave) {
     const std::lock_guard guarda(trava_);
     const auto lugar = mapa_.find(chave);
     if (lugar == mapa_.end()) return;
-    mapa_.erase(lugar);
+    palpite_ = mapa_.erase(lugar);
     mudou_ = true;
 }
 

@@ -37,6 +37,7 @@ class CacheDeArquivos {
 
     mutable std::mutex trava_;
     MapaCache mapa_;
+    mutable MapaCache::const_iterator palpite_ = mapa_.end();  // behind the entry found last: lists are in order, too
     bool mudou_ = false;
     std::chrono::milliseconds intervalo_;
     Relogio::time_point gravada_ = Relogio::now();

@@ -53,7 +53,7 @@ std::string NormalizarCaminho(std::string_view caminho) {
         // Also drops the leading ones.
         if (letra == '/' && (normal.empty() || normal.back() == '/')) continue;
         normal.push_back(letra);
-        if (normal == "./") normal.clear();
+        if (normal.size() == 2 && normal == "./") normal.clear();
     }
     return normal;
 }

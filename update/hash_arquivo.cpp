@@ -24,9 +24,7 @@ DWORD TamanhoDoBloco(HANDLE arquivo) {
     return static_cast<DWORD>(std::clamp<std::int64_t>(tamanho.QuadPart, 1, kMaiorBloco));
 }
 
-bool LerUm(const std::filesystem::path& caminho, HashCorrente& hash, const Observadores& observadores) {
-    const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                            OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+bool LerUm(const HandleArquivo& arquivo, HashCorrente& hash, const Observadores& observadores) {
     if (!arquivo) return false;
     const DWORD tamanho = TamanhoDoBloco(arquivo.Valor());
     const auto bloco = std::make_unique_for_overwrite<std::uint8_t[]>(tamanho);
@@ -62,14 +60,27 @@ std::filesystem::path CaminhoDaParte(const std::filesystem::path& caminho, std::
     return ComSufixo(caminho, DeUtf8(SufixoDaParte(parte)).c_str());
 }
 
+HandleArquivo AbrirParaHash(const std::filesystem::path& caminho) {
+    return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                     OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+}
+
+ResultadoHash HashDoAberto(const HandleArquivo& arquivo,
+                           const std::function<void(std::span<const std::uint8_t>)>& visita,
+                           const std::atomic<bool>* cancelar) {
+    HashCorrente hash;
+    const bool ok = LerUm(arquivo, hash, {visita, cancelar});
+    return hash.Terminar(ok);
+}
+
 ResultadoHash HashArquivo(const std::filesystem::path& caminho, std::uint32_t partes,
                           const std::function<void(std::span<const std::uint8_t>)>& visita,
                           const std::atomic<bool>* cancelar) {
-    const Observadores observadores{visita, cancelar};
+    if (partes == 0) return HashDoAberto(AbrirParaHash(caminho), visita, cancelar);
     HashCorrente hash;
-    bool ok = partes > 0 || LerUm(caminho, hash, observadores);
+    bool ok = true;
     for (std::uint32_t parte = 1; ok && parte <= partes; ++parte) {
-        ok = LerUm(CaminhoDaParte(caminho, parte), hash, observadores);
+        ok = LerUm(AbrirParaHash(CaminhoDaParte(caminho, parte)), hash, {visita, cancelar});
     }
     return hash.Terminar(ok);
 }

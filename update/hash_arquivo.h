@@ -9,6 +9,7 @@
 #include <string>
 
 #include "core/crc32.h"
+#include "core/handle.h"
 #include "core/hash.h"
 
 namespace zu::launcher {
@@ -39,6 +40,13 @@ class HashCorrente {
 ResultadoHash HashArquivo(const std::filesystem::path& caminho, std::uint32_t partes,
                           const std::function<void(std::span<const std::uint8_t>)>& visita = {},
                           const std::atomic<bool>* cancelar = nullptr);
+
+// The two steps of reading one file, for who wants to take them apart: the opening, which may fail, and the reading of
+// what was opened.
+HandleArquivo AbrirParaHash(const std::filesystem::path& caminho);
+ResultadoHash HashDoAberto(const HandleArquivo& arquivo,
+                           const std::function<void(std::span<const std::uint8_t>)>& visita = {},
+                           const std::atomic<bool>* cancelar = nullptr);
 
 // The name of one part, counted from 1: the path followed by ".p001" and so on.
 std::filesystem::path CaminhoDaParte(const std::filesystem::path& caminho, std::uint32_t parte);

@@ -1,7 +1,10 @@
 #include "update/verificacao.h"
 #include "update/lista.h"
 
-#include <set>
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <unordered_set>
 #include <utility>
 
 #include "core/arquivo.h"
@@ -10,61 +13,25 @@
 #include "update/caminhos.h"
 #include "update/cliente.h"
 #include "update/hash_arquivo.h"
+#include "update/mutirao.h"
 #include "update/transferencia.h"
 
 namespace zu::launcher {
 namespace {
 
-constexpr std::string_view kFaltando = "faltando";
-constexpr std::string_view kDiferente = "diferente";
-
-class Verificacao {
- public:
-    Verificacao(Atualizador& atualizador, bool reparar) : atualizador_(atualizador), reparar_(reparar) {}
-
-    // Empty when the file is what the list says.
-    std::string_view Situacao(const update::ItemLista& item, const std::string& normal, const std::string& chave) {
-        const std::filesystem::path alvo = CaminhoNoCliente(normal);
-        InfoArquivo info;
-        if (!LerInfoArquivo(alvo, info) || info.Pasta()) return kFaltando;
-        EntradaCache entrada;
-        if (!Conhecer(alvo, info, normal, chave, entrada)) return kDiferente;
-        const bool igual = entrada.tamanho == item.tamanho && entrada.crc == item.crc &&
-                           (item.sha256.empty() || entrada.sha256 == item.sha256);
-        return igual ? std::string_view{} : kDiferente;
-    }
-
-    // The item is settled, whatever came of it.
-    void Feito(const update::ItemLista& item) {
-        bytesDosAnteriores_ += item.tamanho;
-        atualizador_.ObterAndamento().DefinirBytes(bytesDosAnteriores_);
-        atualizador_.ObterAndamento().SomarArquivo();
-    }
-
- private:
-    // What the file holds, from the cache or by reading it. False when it cannot be read, or the run was cancelled.
-    bool Conhecer(const std::filesystem::path& alvo, const InfoArquivo& info, const std::string& normal,
-                  const std::string& chave, EntradaCache& entrada) {
-        if (!reparar_ && atualizador_.Cache().Achar(chave, info, entrada)) return true;
-        atualizador_.ObterAndamento().DefinirArquivo(normal);
-        std::uint64_t lidos = 0;
-        const auto progresso = [&](std::span<const std::uint8_t> bloco) {
-            lidos += bloco.size();
-            atualizador_.ObterAndamento().DefinirBytes(bytesDosAnteriores_ + lidos);
-        };
-        const ResultadoHash hash = HashArquivo(alvo, 0, progresso, &atualizador_.Cancelamento());
-        if (!hash.ok) return false;
-        entrada = {
-            .tamanho = hash.bytes, .modificado = info.modificado, .sha256 = ParaHex(hash.sha256), .crc = hash.crc};
-        atualizador_.Cache().Registrar(chave, entrada);
-        atualizador_.Cache().GravarDeVezEmQuando();
-        return true;
-    }
-
-    Atualizador& atualizador_;
-    bool reparar_;
-    std::uint64_t bytesDosAnteriores_ = 0;
+enum class Situacao : std::uint8_t {
+    kProtegido,
+    kIgual,
+    kFaltando,
+    kDiferente,
+    kALer,      // known once it has been read
+    kRepetido,  // as `kALer`, but an earlier item has the same path: the file is read for that one
 };
+
+bool Corresponde(const EntradaCache& entrada, const update::ItemLista& item) {
+    return entrada.tamanho == item.tamanho && entrada.crc == item.crc &&
+           (item.sha256.empty() || entrada.sha256 == item.sha256);
+}
 
 std::uint64_t SomarTamanhos(const update::UpdateList& lista) {
     std::uint64_t soma = 0;
@@ -72,6 +39,151 @@ std::uint64_t SomarTamanhos(const update::UpdateList& lista) {
         soma += item.tamanho;
     return soma;
 }
+
+// First a look at every file; then what the cache does not know is read by several threads, while the calling thread
+// goes through the items in order and says what has come out.
+class Verificacao {
+ public:
+    Verificacao(Atualizador& atualizador, const update::UpdateList& lista, bool reparar)
+        : atualizador_(atualizador), lista_(lista), reparar_(reparar), situacoes_(lista.itens.size()) {}
+
+    void Olhar() {
+        std::unordered_set<std::string> aLer;
+        for (std::size_t i = 0; i < lista_.itens.size() && !atualizador_.Cancelado(); ++i) {
+            const std::string normal = update::NormalizarCaminho(lista_.itens[i].caminho);
+            const std::string chave = MinusculasAscii(normal);
+            InfoArquivo info;
+            situacoes_[i] = OlharUm(lista_.itens[i], normal, chave, info);
+            if (situacoes_[i] != Situacao::kALer) {
+                Feito(lista_.itens[i].tamanho);
+            } else if (aLer.insert(chave).second) {
+                leituras_.push_back({i, info.modificado});
+                tarefas_.push_back({info.tamanho, info.tamanho != lista_.itens[i].tamanho});
+            } else {
+                situacoes_[i] = Situacao::kRepetido;
+            }
+        }
+    }
+
+    void LerERelatar(std::vector<std::size_t>& indices) {
+        Mutirao mutirao(tarefas_, [this](std::size_t tarefa) { return Abrir(tarefa); });
+        std::size_t tarefa = 0;
+        for (std::size_t i = 0; i < lista_.itens.size(); ++i) {
+            // Until then its situation is the reading thread's to write.
+            if (tarefa < leituras_.size() && leituras_[tarefa].indice == i) Esperar(mutirao, tarefa++);
+            if (atualizador_.Cancelado()) return;
+            if (situacoes_[i] == Situacao::kRepetido) ConhecerRepetido(i);
+            Relatar(i, indices);
+        }
+    }
+
+ private:
+    struct Leitura {
+        std::size_t indice = 0;
+        std::uint64_t modificado = 0;  // when it was looked at
+    };
+
+    Situacao OlharUm(const update::ItemLista& item, const std::string& normal, const std::string& chave,
+                     InfoArquivo& info) {
+        if (update::ChaveProtegida(chave)) return Situacao::kProtegido;
+        // Each file by itself: of one with several names the listing of its folder may tell an older size and time.
+        if (!LerInfoArquivo(caminhos_.De(normal), info) || info.Pasta()) return Situacao::kFaltando;
+        if (reparar_ || !atualizador_.Cache().Achar(chave, info, entrada_)) return Situacao::kALer;
+        return Corresponde(entrada_, item) ? Situacao::kIgual : Situacao::kDiferente;
+    }
+
+    Mutirao::Leitura Abrir(std::size_t tarefa) {
+        if (atualizador_.Cancelado()) return {};
+        const std::size_t indice = leituras_[tarefa].indice;
+        const std::string normal = update::NormalizarCaminho(lista_.itens[indice].caminho);
+        atualizador_.ObterAndamento().DefinirArquivo(normal);
+        const auto arquivo = std::make_shared<HandleArquivo>(AbrirParaHash(CaminhoNoCliente(normal)));
+        return [this, tarefa, arquivo] { Ler(leituras_[tarefa], *arquivo); };
+    }
+
+    void Ler(const Leitura& leitura, const HandleArquivo& arquivo) {
+        const update::ItemLista& item = lista_.itens[leitura.indice];
+        std::uint64_t restam = item.tamanho;
+        const auto progresso = [&](std::span<const std::uint8_t> bloco) {
+            const std::uint64_t contam = std::min<std::uint64_t>(bloco.size(), restam);
+            restam -= contam;
+            SomarBytes(contam);
+        };
+        const ResultadoHash hash = HashDoAberto(arquivo, progresso, &atualizador_.Cancelamento());
+        if (atualizador_.Cancelado() && !hash.ok) return;
+        situacoes_[leitura.indice] = Situacao::kDiferente;
+        if (hash.ok) {
+            EntradaCache entrada{.tamanho = hash.bytes,
+                                 .modificado = leitura.modificado,
+                                 .sha256 = ParaHex(hash.sha256),
+                                 .crc = hash.crc};
+            if (Corresponde(entrada, item)) situacoes_[leitura.indice] = Situacao::kIgual;
+            atualizador_.Cache().Registrar(update::ChaveDoCaminho(item.caminho), std::move(entrada));
+        }
+        Feito(restam);
+    }
+
+    void Esperar(Mutirao& mutirao, std::size_t tarefa) {
+        constexpr std::chrono::milliseconds kEntreGravacoes{100};
+        while (!mutirao.Esperar(tarefa, kEntreGravacoes) && !atualizador_.Cancelado())
+            atualizador_.Cache().GravarDeVezEmQuando();
+        atualizador_.Cache().GravarDeVezEmQuando();
+    }
+
+    // The earlier item of this path has been read: what came of it stands in the cache.
+    void ConhecerRepetido(std::size_t indice) {
+        const update::ItemLista& item = lista_.itens[indice];
+        InfoArquivo info;
+        const std::string normal = update::NormalizarCaminho(item.caminho);
+        const bool igual = LerInfoArquivo(caminhos_.De(normal), info) &&
+                           atualizador_.Cache().Achar(MinusculasAscii(normal), info, entrada_) &&
+                           Corresponde(entrada_, item);
+        situacoes_[indice] = igual ? Situacao::kIgual : Situacao::kDiferente;
+        Feito(item.tamanho);
+    }
+
+    void Relatar(std::size_t indice, std::vector<std::size_t>& indices) {
+        const Situacao situacao = situacoes_[indice];
+        const update::ItemLista& item = lista_.itens[indice];
+        if (situacao == Situacao::kProtegido || (situacao == Situacao::kIgual && item.partes == 0)) return;
+        const std::string normal = update::NormalizarCaminho(item.caminho);
+        // Parts that could not be deleted once they were joined.
+        if (situacao == Situacao::kIgual) {
+            ApagarPartes(ComSufixo(CaminhoNoCliente(normal), L".upd"), item.partes);
+            return;
+        }
+        // A path listed twice is fetched once: two downloads would write one temporary file.
+        if (!pedidos_.insert(MinusculasAscii(normal)).second) return;
+        const std::string_view palavra = situacao == Situacao::kFaltando ? "faltando" : "diferente";
+        LogLinha("[update] {}: {}", normal, palavra);
+        atualizador_.ObterAndamento().Anotar({normal, std::string(palavra)});
+        indices.push_back(indice);
+    }
+
+    void SomarBytes(std::uint64_t bytes) {
+        const std::lock_guard guarda(travaDosBytes_);
+        bytesFeitos_ += bytes;
+        atualizador_.ObterAndamento().DefinirBytes(bytesFeitos_);
+    }
+
+    // An item is settled, whatever came of it; `bytes`: those of it that do not count yet.
+    void Feito(std::uint64_t bytes) {
+        SomarBytes(bytes);
+        atualizador_.ObterAndamento().SomarArquivo();
+    }
+
+    Atualizador& atualizador_;
+    const update::UpdateList& lista_;
+    bool reparar_;
+    CaminhosNoCliente caminhos_;
+    EntradaCache entrada_;  // the last that was found; kept for its memory
+    std::vector<Situacao> situacoes_;
+    std::vector<Leitura> leituras_;
+    std::vector<Mutirao::Tarefa> tarefas_;
+    std::unordered_set<std::string> pedidos_;
+    std::mutex travaDosBytes_;
+    std::uint64_t bytesFeitos_ = 0;
+};
 
 }  // namespace
 
@@ -82,26 +194,9 @@ bool VerificarArquivos(Atualizador& atualizador, const update::UpdateList& lista
                       reparar ? "Reparando: conferindo todos os arquivos..." : "Verificando arquivos...",
                       lista.itens.size(), SomarTamanhos(lista));
     atualizador.Cache().Carregar();
-
-    Verificacao verificacao(atualizador, reparar);
-    std::set<std::string> pedidos;
-    for (std::size_t i = 0; i < lista.itens.size() && !atualizador.Cancelado(); ++i) {
-        const update::ItemLista& item = lista.itens[i];
-        const std::string normal = update::NormalizarCaminho(item.caminho);
-        const std::string chave = MinusculasAscii(normal);
-        const bool protegida = update::ChaveProtegida(chave);
-        const std::string_view situacao = protegida ? std::string_view{} : verificacao.Situacao(item, normal, chave);
-        // Parts that could not be deleted once they were joined.
-        if (situacao.empty() && !protegida && item.partes > 0)
-            ApagarPartes(ComSufixo(CaminhoNoCliente(normal), L".upd"), item.partes);
-        // A path listed twice is fetched once: two downloads would write one temporary file.
-        if (!situacao.empty() && !atualizador.Cancelado() && pedidos.insert(chave).second) {
-            LogLinha("[update] {}: {}", normal, situacao);
-            andamento.Anotar({normal, std::string(situacao)});
-            indices.push_back(i);
-        }
-        verificacao.Feito(item);
-    }
+    Verificacao verificacao(atualizador, lista, reparar);
+    verificacao.Olhar();
+    verificacao.LerERelatar(indices);
     atualizador.Cache().Gravar();
     if (!atualizador.Cancelado()) return true;
     andamento.Definir(StatusUpdate::kErro, "Cancelado.");

@@ -21,6 +21,7 @@
 #include "tests/suporte/oficina.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
+#include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
 #include "ui/controles/face_guardada.h"
 #include "ui/janelas/pintor_principal.h"
@@ -35,13 +36,11 @@
 
 namespace {
 
-bool contando = true;
+bool contando = false;  // it takes time
 std::atomic<std::int64_t> emUso = 0;
 std::atomic<std::int64_t> maisEmUso = 0;
 
-void Contar(void* bloco, int vezes) {
-    if (!contando) return;
-    const auto bytes = static_cast<std::int64_t>(_msize(bloco)) * vezes;
+void Contar(std::int64_t bytes) {
     const std::int64_t agora = emUso += bytes;
     for (std::int64_t antes = maisEmUso; antes < agora && !maisEmUso.compare_exchange_weak(antes, agora);) {
     }
@@ -53,11 +52,11 @@ void Contar(void* bloco, int vezes) {
 void* operator new(std::size_t tamanho) {
     void* const bloco = std::malloc(tamanho);
     if (bloco == nullptr) throw std::bad_alloc();
-    Contar(bloco, 1);
+    if (contando) Contar(static_cast<std::int64_t>(_msize(bloco)));
     return bloco;
 }
 void operator delete(void* bloco) noexcept {
-    if (bloco != nullptr) Contar(bloco, -1);
+    if (contando && bloco != nullptr) Contar(-static_cast<std::int64_t>(_msize(bloco)));
     std::free(bloco);
 }
 void operator delete(void* bloco, std::size_t) noexcept {
@@ -107,9 +106,10 @@ void ImprimirMemoria() {
     Imprimir("memoria", static_cast<double>(contadores.PeakPagefileUsage));
 }
 
-// What the program held at its most beyond `antes`: what the system tells of a process is not what it holds under Wine.
-void ImprimirContada(std::int64_t antes = 0) {
-    Imprimir("memoria", static_cast<double>(maisEmUso - antes));
+// What the program held at its most, of what it made since it counts: what the system tells of a process is not what it
+// holds under Wine.
+void ImprimirContada() {
+    Imprimir("memoria", static_cast<double>(maisEmUso));
 }
 
 [[noreturn]] void Falhar(const std::string& motivo) {
@@ -117,9 +117,9 @@ void ImprimirContada(std::int64_t antes = 0) {
     std::exit(1);
 }
 
-void RodarAte(StatusUpdate esperado) {
+void RodarAte(StatusUpdate esperado, bool reparar = false) {
     Atualizador atualizador;
-    atualizador.Rodar(false);
+    atualizador.Rodar(reparar);
     if (atualizador.Estado().status != esperado) Falhar(atualizador.Estado().texto);
 }
 
@@ -136,6 +136,14 @@ bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos
     return leu;
 }
 
+// The whole file, in blocks, by nothing but the system's calls.
+void LerCru(const std::filesystem::path& arquivo, const std::function<void(const void*, std::size_t)>& alimentar) {
+    thread_local std::vector<std::uint8_t> bloco(1024 * 1024);
+    const HandleArquivo leitura = AbrirParaLer(arquivo);
+    for (std::size_t lidos = 1; lidos != 0; alimentar(bloco.data(), lidos))
+        if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
+}
+
 void SomarTudo(const std::filesystem::path& arquivo) {
     if (!HashArquivo(arquivo, 0).ok) Falhar("hash");
 }
@@ -143,11 +151,8 @@ void SomarTudo(const std::filesystem::path& arquivo) {
 // hash ARQUIVO: the read loop with SHA-256 alone, and with CRC-32 beside it
 void MedirHash(const std::filesystem::path& arquivo) {
     const auto soSha = [&] {
-        const HandleArquivo leitura = AbrirParaLer(arquivo);
-        std::vector<std::uint8_t> bloco(1024 * 1024);
         Sha256Incremental contexto = Sha256Begin();
-        for (std::size_t lidos = 1; lidos != 0; Sha256Feed(contexto, bloco.data(), lidos))
-            if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
+        LerCru(arquivo, [&](const void* bloco, std::size_t bytes) { Sha256Feed(contexto, bloco, bytes); });
         Sha256Digest digest{};
         Sha256Finish(contexto, digest);
     };
@@ -204,16 +209,13 @@ void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_vie
         std::string erro;
         if (!ler(texto, lido, erro)) Falhar(erro);
     };
-    contando = false;
     Medir(nosso, [&] {
         if (passar(texto) == 0) Falhar("texto");
     });
     contando = true;
-    const std::int64_t antes = emUso;
-    maisEmUso = antes;
     nosso();
     Imprimir("texto", static_cast<double>(texto.size()));
-    ImprimirContada(antes);
+    ImprimirContada();
 }
 
 // Every file below, by the system's bare answers.
@@ -241,6 +243,37 @@ void MedirConferir(const std::filesystem::path& pasta, const std::string& url) {
               for (const std::filesystem::path& arquivo : arquivos)
                   GetFileAttributesExW(arquivo.c_str(), GetFileExInfoStandard, &dados);
           });
+    ImprimirMemoria();
+}
+
+// What a scanner's first look at a file costs, in every opening of a file that is to be read from front to back.
+constinit DWORD demoraAoAbrir = 0;  // ms
+
+HANDLE WINAPI AbrirComDemora(LPCWSTR nome, DWORD acesso, DWORD partilha, LPSECURITY_ATTRIBUTES seguranca,
+                             DWORD disposicao, DWORD marcas, HANDLE modelo) {
+    static const auto verdadeira = ZU_VERDADEIRA(L"kernel32", CreateFileW);
+    if (demoraAoAbrir != 0 && (marcas & FILE_FLAG_SEQUENTIAL_SCAN) != 0) Sleep(demoraAoAbrir);
+    return verdadeira(nome, acesso, partilha, seguranca, disposicao, marcas, modelo);
+}
+
+// Each file read and its two digests made, and nothing else, from that many threads (0: one a core).
+void SomarCru(const std::vector<std::filesystem::path>& arquivos, std::size_t threads) {
+    const auto somar = [&](std::size_t i) {
+        HashCorrente hash;
+        LerCru(arquivos[i], std::bind_front(&HashCorrente::Alimentar, &hash));
+        hash.Terminar(true);
+    };
+    forjal::EmParalelo(
+        std::vector<std::uint64_t>(arquivos.size()), somar, [] {}, threads);
+}
+
+// reparo PASTA URL DEMORA: a run that reads every file and finds nothing to do, and the bare reading from as many
+// threads: one a core, or eight when each opening takes some milliseconds
+void MedirReparo(const std::filesystem::path& pasta, const std::string& url, DWORD demora) {
+    teste::Configurar(pasta, url);
+    const std::vector<std::filesystem::path> arquivos = Arquivos(pasta);
+    demoraAoAbrir = demora;
+    Medir([] { RodarAte(StatusUpdate::kPronto, true); }, [&] { SomarCru(arquivos, demora == 0 ? 0 : 8); });
     ImprimirMemoria();
 }
 
@@ -276,6 +309,7 @@ void MedirPrimeira(const std::filesystem::path& cliente, const std::filesystem::
 
 // denovo CLIENTE SAIDA: a publication that finds nothing changed; and a bare walk with attributes
 void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::path& saida) {
+    contando = true;
     int seq = 2;
     Medir([&] { PublicarPasta(cliente, saida, seq++); },
           [&] {
@@ -337,6 +371,7 @@ void MedirBusca(const std::filesystem::path& velho, const std::filesystem::path&
 
 // tentar PASTA URL LISTA: all files of the list over 16 connections, whether they come or not
 void MedirTentativa(const std::filesystem::path& pasta, const std::string& url, const std::filesystem::path& arquivo) {
+    contando = true;
     teste::Configurar(pasta, url, 16);
     update::UpdateList lista;
     std::string erro;
@@ -438,6 +473,7 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
     {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(a[1], update::LerLista, SepararCru); }},
     {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(a[1], LerJson, ValidarCru); }},
     {"conferir", 2, [](const Argumentos& a) { MedirConferir(a[1], a[2].string()); }},
+    {"reparo", 3, [](const Argumentos& a) { MedirReparo(a[1], a[2].string(), std::stoul(a[3].native())); }},
     {"primeira", 2, [](const Argumentos& a) { MedirPrimeira(a[1], a[2]); }},
     {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(a[1], a[2]); }},
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1].string(), a[2], a[3]); }},
@@ -455,6 +491,8 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
 
 }  // namespace
 }  // namespace zu::launcher
+
+ZU_DESVIAR(CreateFileW, &zu::launcher::AbrirComDemora);
 
 int wmain(int quantos, wchar_t** argumentos) {
     const zu::launcher::Argumentos todos(argumentos + 1, argumentos + quantos);
