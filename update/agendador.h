@@ -8,11 +8,13 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "update/acabamento.h"
 #include "update/atualizador.h"
 
 namespace zu::launcher::update {
@@ -36,6 +38,9 @@ struct ContextoDownload {
     std::mutex travaFalhas;
     std::map<std::string, Falha> falhas;  // by path
     Paciencia paciencia;                  // with who holds a target
+    std::mutex travaPastas;
+    std::set<std::filesystem::path> pastas;  // those that were made sure of
+    Acabamento acabamento;                   // last: what it does needs the others
 
     ContextoDownload(Atualizador& dono, const update::UpdateList& daLista);
 };
@@ -47,8 +52,9 @@ struct ContextoDownload {
 bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices,
                  const std::function<bool()>& recomecar = {});
 
-// Runs one worker a connection, never more than there are items, and returns when all have ended. Publishes bytes and
-// speed meanwhile. Throws std::system_error when a thread cannot be made, once those already made have ended.
+// Runs one worker a connection, never more than there are items, and returns when all have ended and nothing of what
+// they fetched waits for the disk. Publishes bytes and speed meanwhile. Throws std::system_error when a thread cannot
+// be made, once those already made have ended.
 void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t> indices, int conexoes, int tentativas);
 
 // How many connections to use: the number asked for, or when none was, 8 for a base address that contains "github" and

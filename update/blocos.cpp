@@ -107,7 +107,7 @@ class ReusoDeBlocos::Montagem {
         return BuscarIndice(indice) && BuscarNoVelho(indice, onde) && Planejar(indice, onde);
     }
 
-    bool Montar(Andamento& andamento, ResultadoHash& hash) {
+    bool Montar(Andamento& andamento, Reuso& reuso) {
         if (t_.item.partes > 0 && !JuntarPrefixo(t_, parte_))
             return !Cancelada() && Falhar("não foi possível juntar as partes");
         if (TamanhoDoArquivo(t_.destino) != presentes_) return Falhar("o começo mudou");
@@ -135,8 +135,8 @@ class ReusoDeBlocos::Montagem {
             plano_, {[&](std::uint64_t onde, std::span<std::uint8_t> bytes) { return LerVelho(onde, bytes); },
                      [&](const update::Trecho& trecho) { return BuscarFaixa(trecho, gravar); }, doDisco});
         if (!feito) return false;
-        if (FlushFileBuffers(destino.Valor()) == 0) return FalharAoGravar();
-        hash = seguidor.Terminar();
+        reuso.hash = seguidor.Terminar();
+        reuso.arquivo = std::move(destino);
         return true;
     }
 
@@ -287,7 +287,7 @@ Reuso ReusoDeBlocos::Baixar(const Transferencia& t, Andamento& andamento, std::s
             LogLinha("[update] {}: {:.1f} de {:.1f} MB já estavam no disco", update::NormalizarCaminho(t.item.caminho),
                      static_cast<double>(montagem.NoDisco()) * kPorMiB, static_cast<double>(t.item.tamanho) * kPorMiB);
         }
-        feito = montagem.Montar(andamento, reuso.hash);
+        feito = montagem.Montar(andamento, reuso);
     }
     reuso.doDisco = montagem.DoDisco();
     if (feito) {
