@@ -8,7 +8,6 @@
 #include <functional>
 #include <map>
 #include <mutex>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -39,8 +38,10 @@ struct ContextoDownload {
     std::map<std::string, Falha> falhas;  // by path
     Paciencia paciencia;                  // with who holds a target
     std::mutex travaPastas;
-    std::set<std::filesystem::path> pastas;  // those that were made sure of
-    Acabamento acabamento;                   // last: what it does needs the others
+    // Those that were made sure of, and whether this download made them: then nothing of an item that has not been
+    // tried yet can stand there.
+    std::map<std::filesystem::path, bool> pastas;
+    Acabamento acabamento;  // last: what it does needs the others
 
     ContextoDownload(Atualizador& dono, const update::UpdateList& daLista);
 };

@@ -29,6 +29,8 @@ struct Aplicacao {
     const update::ItemLista& item;
     const std::string normal;
     const std::filesystem::path alvo;
+    const std::filesystem::path pasta;
+    const bool pastaNova;  // nothing of the item stands there
     const std::filesystem::path temporario;
     const std::filesystem::path estacionado;
     const bool haviaEstacionado;
@@ -42,11 +44,18 @@ struct Aplicacao {
           item(contexto.lista.itens[vez.indice]),
           normal(update::NormalizarCaminho(item.caminho)),
           alvo(CaminhoNoCliente(normal)),
+          pasta(alvo.parent_path()),
+          pastaNova(vez.feitas == 0 && FeitaAgora(contexto, pasta)),
           temporario(ComSufixo(alvo, L".upd")),
           estacionado(ComSufixo(alvo, L".novo")),
-          haviaEstacionado(Existe(estacionado)) {}
+          haviaEstacionado(!pastaNova && Existe(estacionado)) {}
 
  private:
+    static bool FeitaAgora(ContextoDownload& contexto, const std::filesystem::path& pasta) {
+        const std::lock_guard guarda(contexto.travaPastas);
+        const auto lugar = contexto.pastas.find(pasta);
+        return lugar != contexto.pastas.end() && lugar->second;
+    }
     static bool Existe(const std::filesystem::path& caminho) {
         InfoArquivo info;
         return LerInfoArquivo(caminho, info);
@@ -55,19 +64,19 @@ struct Aplicacao {
 
 // The first attempt believes that a folder that was made once is still there.
 bool PrepararPasta(Aplicacao& a) {
-    const std::filesystem::path pasta = a.alvo.parent_path();
     ContextoDownload& contexto = a.contexto;
     {
         const std::lock_guard guarda(contexto.travaPastas);
-        if (a.vez.feitas == 0 && contexto.pastas.contains(pasta)) return true;
+        if (a.vez.feitas == 0 && contexto.pastas.contains(a.pasta)) return true;
     }
-    if (!CriarPastas(pasta)) {
+    bool nova = false;
+    if (!CriarPastas(a.pasta, &nova)) {
         const DWORD codigo = GetLastError();
-        a.erro = Formatar("não foi possível criar a pasta {} (erro {})", ParaUtf8(pasta.native()), codigo);
+        a.erro = Formatar("não foi possível criar a pasta {} (erro {})", ParaUtf8(a.pasta.native()), codigo);
         return false;
     }
     const std::lock_guard guarda(contexto.travaPastas);
-    contexto.pastas.insert(pasta);
+    contexto.pastas.try_emplace(a.pasta, nova);
     return true;
 }
 
@@ -88,8 +97,8 @@ bool BaixarComTentativas(Aplicacao& a) {
     while (a.vez.feitas < a.tentativas) {
         if (atualizador.Cancelado()) return false;
         if (a.vez.feitas > 0 && atualizador.EsperarOuCancelar(a.vez.feitas * kPausaPorTentativa)) return false;
-        if (PrepararPasta(a) &&
-            atualizador.BaixarItem(a.item, a.temporario, a.contexto.bytesBaixados, a.baixado, a.erro)) {
+        if (PrepararPasta(a) && atualizador.BaixarItem(a.item, a.temporario, a.contexto.bytesBaixados, a.baixado,
+                                                       a.erro, a.pastaNova && a.vez.feitas == 0)) {
             return true;
         }
         ContarTentativa(a);
@@ -98,6 +107,11 @@ bool BaixarComTentativas(Aplicacao& a) {
 }
 
 void AnotarFalha(const Aplicacao& a) {
+    {
+        // What it left there counts when it is tried again.
+        const std::lock_guard guarda(a.contexto.travaPastas);
+        a.contexto.pastas[a.pasta] = false;
+    }
     const std::lock_guard guarda(a.contexto.travaFalhas);
     a.contexto.falhas[a.normal] = {.indice = a.vez.indice, .erro = a.erro};
 }
@@ -126,7 +140,8 @@ bool Estacionar(Aplicacao& a) {
 
 // In place, or parked for the helper.
 bool Colocar(Aplicacao& a) {
-    if (!MesmoArquivo(a.alvo, a.contexto.executavel) && MoverSobre(a.temporario, a.alvo, a.contexto.paciencia)) {
+    const bool proprio = !a.pastaNova && MesmoArquivo(a.alvo, a.contexto.executavel);
+    if (!proprio && MoverSobre(a.temporario, a.alvo, a.contexto.paciencia)) {
         Colocado(a);
         return true;
     }

@@ -65,9 +65,10 @@ class Atualizador {
     // Fetches one item into `destino`, put together from what the file on the disk shares with it, or whole, or joined
     // from its parts, and proves it: true only when `destino` holds exactly the bytes that the list promises; bringing
     // them down to the disk is left to the caller. Otherwise one message in `erro`. Received bytes are added to
-    // `bytesBaixados`.
+    // `bytesBaixados`. `vazio`: nothing stands at `destino` yet, and it need not be looked for.
     bool BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
-                    std::atomic<std::uint64_t>& bytesBaixados, ItemBaixado& baixado, std::string& erro);
+                    std::atomic<std::uint64_t>& bytesBaixados, ItemBaixado& baixado, std::string& erro,
+                    bool vazio = false);
 
     // Brings what has come down to the disk and closes it; the parts that it was joined from are then of no more use.
     // False with one message in `erro`.

@@ -218,7 +218,8 @@ bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& e
 bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
                        const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
                        std::uint64_t maximo, Recebido* recebido) {
-    std::uint64_t presentes = TamanhoDoArquivo(destino);
+    const bool vazio = recebido != nullptr && recebido->vazio;
+    std::uint64_t presentes = vazio ? 0 : TamanhoDoArquivo(destino);
     if (esperado != 0 && presentes == esperado) return true;
     const std::uint64_t limite = esperado != 0 ? esperado : maximo;
     if (presentes > limite) {

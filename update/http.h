@@ -58,6 +58,7 @@ constexpr std::uint64_t kSemLimite = ~std::uint64_t{0};
 
 // The file of a transfer, for who takes it over as it is.
 struct Recebido {
+    bool vazio = false;                             // said before: nothing stands at the destination
     HandleArquivo arquivo;                          // open for writing; none when it was complete before
     std::function<void(const void*, DWORD)> bloco;  // may be set: sees what is written, when nothing was there before
 };

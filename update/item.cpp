@@ -26,7 +26,7 @@ constexpr std::uint64_t kMenorSeguido = 4ULL << 20;  // below it, reading again 
 // A file is hashed while it arrives: a small one as it is written, when nothing of it was there. Not ok when that was
 // not done; then it is read once it is complete.
 bool BaixarInteiro(const Transferencia& t, ResultadoHash& hash, HandleArquivo& arquivo, std::string& erro) {
-    Recebido recebido;
+    Recebido recebido{.vazio = t.vazio};
     const auto baixar = [&](const ProgressCallback& progresso) {
         const bool veio = HttpBaixarArquivo(UrlDoItem(t.item, ""), t.destino, t.item.tamanho, progresso, t.cancelar,
                                             erro, t.item.tamanho, &recebido);
@@ -98,9 +98,11 @@ bool Atualizador::ConferirItem(const update::ItemLista& item, const std::filesys
 }
 
 bool Atualizador::BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
-                             std::atomic<std::uint64_t>& bytesBaixados, ItemBaixado& baixado, std::string& erro) {
+                             std::atomic<std::uint64_t>& bytesBaixados, ItemBaixado& baixado, std::string& erro,
+                             bool vazio) {
     baixado = {};
-    const Transferencia t{item, destino, [&bytesBaixados](std::uint64_t bytes) { bytesBaixados += bytes; }, cancelar_};
+    const Transferencia t{item, destino, [&bytesBaixados](std::uint64_t bytes) { bytesBaixados += bytes; }, cancelar_,
+                          vazio};
     Reuso reuso = blocos_->Baixar(t, andamento_, erro);
     if (reuso.fim == FimDoReuso::kInterrompido) return false;
     if (reuso.fim == FimDoReuso::kMontado) {

@@ -19,6 +19,7 @@ struct Transferencia {
     const std::filesystem::path& destino;
     const ProgressCallback progresso;
     const std::atomic<bool>& cancelar;
+    const bool vazio = false;  // nothing stands at the destination
 };
 
 // The address of the item, or of one of its parts by its suffix. The CRC in it makes a changed file a new address, so
