@@ -252,8 +252,11 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
         erro = Formatar("download incompleto ({} de {} bytes)", t.total, esperado);
         feito = false;
     }
-    if (feito && recebido != nullptr) recebido->arquivo = std::move(arquivo);
-    arquivo.Fechar();
+    if (feito && recebido != nullptr) {
+        recebido->arquivo = std::move(arquivo);
+    } else {
+        arquivo.Fechar();
+    }
     if (Passou(t)) DeleteFileW(destino.c_str());
     return feito;
 }
