@@ -28,6 +28,7 @@ add_library(zu_core STATIC
 target_link_libraries(zu_core PUBLIC zu_puro zu_bcrypt)
 
 add_library(zu_update STATIC
+    update/acabamento.cpp
     update/agendador.cpp
     update/andamento.cpp
     update/aplicar.cpp

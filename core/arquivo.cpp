@@ -191,12 +191,14 @@ std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* su
     return caminho;
 }
 
-bool CriarPastas(const std::filesystem::path& pasta) {
-    if (CreateDirectoryW(pasta.c_str(), nullptr) != 0) return true;
-    if (GetLastError() == ERROR_PATH_NOT_FOUND && pasta.has_relative_path() && CriarPastas(pasta.parent_path()) &&
-        CreateDirectoryW(pasta.c_str(), nullptr) != 0) {
-        return true;
+bool CriarPastas(const std::filesystem::path& pasta, bool* nova) {
+    bool criou = CreateDirectoryW(pasta.c_str(), nullptr) != 0;
+    if (!criou && GetLastError() == ERROR_PATH_NOT_FOUND && pasta.has_relative_path() &&
+        CriarPastas(pasta.parent_path())) {
+        criou = CreateDirectoryW(pasta.c_str(), nullptr) != 0;
     }
+    if (nova != nullptr) *nova = criou;
+    if (criou) return true;
     // Another thread may have made it meanwhile, and the root of a drive answers with other errors than "exists".
     const DWORD erro = GetLastError();
     InfoArquivo info;

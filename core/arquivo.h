@@ -67,8 +67,9 @@ bool EncurtarArquivo(const std::filesystem::path& caminho, std::uint64_t tamanho
 // The path with a suffix on its last name.
 std::filesystem::path ComSufixo(std::filesystem::path caminho, const wchar_t* sufixo);
 
-// Makes the folder and every missing one above it. True when the folder exists afterwards.
-bool CriarPastas(const std::filesystem::path& pasta);
+// Makes the folder and every missing one above it. True when the folder exists afterwards; `nova`, which may be absent,
+// is then whether it did not before.
+bool CriarPastas(const std::filesystem::path& pasta, bool* nova = nullptr);
 
 // Whether a refused operation may work in a moment: `erro` is what the system answers while somebody holds a file.
 bool PodePassar(std::uint32_t erro);

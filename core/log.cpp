@@ -8,12 +8,13 @@
 #include "core/arquivo.h"
 #include "core/config.h"
 #include "core/handle.h"
+#include "core/trava.h"
 
 namespace zu::launcher {
 namespace {
 
 struct EstadoDoLog {
-    std::recursive_mutex trava;
+    TravaRecursiva trava;
     bool primeiraLinha = true;
 };
 

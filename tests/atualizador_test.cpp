@@ -355,6 +355,36 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     EsperarClienteExato();
 }
 
+// Faults: a connection that waits for the disk; a file that is remembered before it is there; a failed flush that
+// counts for nothing; files that are lost, or waited for, when the run is cancelled meanwhile.
+TEST_F(Atualizacao, DescargasAoLadoDaConexao) {
+    Configurar(pasta_.Caminho(), servidor_.Url(), 1);
+    publicacao_ = {.arquivos = {{"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}}};
+    publicacao_.Servir(servidor_);
+    std::atomic<int> vezes = 0;  // that the first has been flushed
+    const std::function<DWORD(const Chamada&)> porta = [&](const Chamada& chamada) -> DWORD {
+        if (chamada.nome != "FlushFileBuffers" || chamada.caminho.extension() != L".upd") return 0;
+        EXPECT_TRUE(Esperar(5s, [&] { return servidor_.QuantosPedidos() >= 5; })) << "the list and all files";
+        atualizador_.GuardarCache();
+        EXPECT_EQ(LerCache().count(ParaUtf8(chamada.caminho.stem().native())), 0U);
+        if (chamada.caminho.stem() != L"a") return 0;
+        EXPECT_TRUE(++vezes < 3 || Esperar(5s, [&] { return atualizador_.Cancelado(); }));
+        return ERROR_DISK_FULL;
+    };
+    recusa.porta = &porta;
+    atualizador_.Iniciar(false);
+    EXPECT_TRUE(Esperar(20s, [&] { return vezes == 3; }));
+    atualizador_.Cancelar();
+    EXPECT_TRUE(atualizador_.Aguardar(2s));
+    recusa.porta = nullptr;
+    const std::string erro = "[update] a: disco cheio ou sem permissão em " + ParaUtf8((pasta_ / "a.upd").native());
+    EXPECT_THAT(Log(), IsSupersetOf({erro + " (tentativa 1)", erro + " (tentativa 2)"}));
+    EXPECT_EQ(atualizador_.Estado().erro, "Download cancelado.");
+    EXPECT_EQ(Rodar(), "5 Atualização concluída: 1 arquivo(s) novo(s).");
+    EXPECT_EQ(servidor_.Pedidos("a").size(), 1U) << "what has come is not fetched again";
+    EsperarClienteExato();
+}
+
 TEST_F(Atualizacao, UmaExecucaoPorVezVariosDownloadsDeUmaVez) {
     Configurar(pasta_.Caminho(), servidor_.Url(), 16);
     publicacao_.partes.clear();

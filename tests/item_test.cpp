@@ -33,10 +33,11 @@ class Item : public Test {
     // Into "f.upd"; why it failed, if it did.
     std::string Baixar(const update::ItemLista& item) {
         std::string erro;
-        std::string sha256;
+        ItemBaixado baixado;
         bytes_ = 0;
         noDisco_.clear();
-        const bool ok = atualizador_.BaixarItem(item, pasta_ / "f.upd", bytes_, sha256, erro);
+        const bool ok = atualizador_.BaixarItem(item, pasta_ / "f.upd", bytes_, baixado, erro) &&
+                        atualizador_.DescarregarItem(pasta_ / "f.upd", baixado, erro);
         EXPECT_TRUE(!ok || noDisco_.contains("f.upd")) << "a power cut leaves its name and size without its bytes";
         return ok ? "baixado" : erro;
     }

@@ -51,10 +51,14 @@ class Reuso : public Test {
     // One attempt at the item by an updater that may use the index; why it failed, if it did.
     std::string Baixar(Atualizador& atualizador, bool comBlocos = true) {
         std::string erro;
-        std::string sha256;
+        ItemBaixado baixado;
+        const auto destino = pasta_ / kBaixado;
         if (comBlocos) atualizador.Blocos().Usar(lista_);
         vieram_ = 0;
-        return atualizador.BaixarItem(lista_.itens[0], pasta_ / kBaixado, vieram_, sha256, erro) ? "baixado" : erro;
+        return atualizador.BaixarItem(lista_.itens[0], destino, vieram_, baixado, erro) &&
+                       atualizador.DescarregarItem(destino, baixado, erro)
+                   ? "baixado"
+                   : erro;
     }
     // One that gets the new file, which it takes away again; how many bytes came.
     std::uint64_t BaixarNovo(Atualizador& atualizador, bool comBlocos = true) {

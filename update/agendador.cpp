@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -62,13 +63,23 @@ class Equipe {
 
  private:
     void Trabalhar() {
-        while (!contexto_.atualizador.Cancelado()) {
-            const std::size_t posicao = proximo_.fetch_add(1);
-            if (posicao >= indices_.size()) break;
-            AplicarItem(contexto_, indices_[posicao], tentativas_);
-        }
+        while (const std::optional<Vez> vez = Proxima())
+            AplicarItem(contexto_, *vez, tentativas_);
         const std::lock_guard guarda(trava_);
         if (--ativos_ == 0) fim_.notify_all();
+    }
+
+    // None: cancelled, or all are done; nothing waits for the disk then but what another worker has just handed over,
+    // and will wait for.
+    std::optional<Vez> Proxima() {
+        const Atualizador& atualizador = contexto_.atualizador;
+        const std::size_t posicao = atualizador.Cancelado() ? indices_.size() : proximo_.fetch_add(1);
+        if (posicao < indices_.size()) return Vez{indices_[posicao]};
+        std::optional<Vez> vez;
+        do {
+            vez = contexto_.acabamento.Devolvida();
+        } while (vez && atualizador.Cancelado());
+        return vez;
     }
 
     ContextoDownload& contexto_;

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "update/acabamento.h"
 #include "update/atualizador.h"
 
 namespace zu::launcher::update {
@@ -36,6 +37,11 @@ struct ContextoDownload {
     std::mutex travaFalhas;
     std::map<std::string, Falha> falhas;  // by path
     Paciencia paciencia;                  // with who holds a target
+    std::mutex travaPastas;
+    // Those that were made sure of, and whether this download made them: then nothing of an item that has not been
+    // tried yet can stand there.
+    std::map<std::filesystem::path, bool> pastas;
+    Acabamento acabamento;  // last: what it does needs the others
 
     ContextoDownload(Atualizador& dono, const update::UpdateList& daLista);
 };
@@ -47,8 +53,9 @@ struct ContextoDownload {
 bool BaixarTodos(Atualizador& atualizador, const update::UpdateList& lista, std::span<const std::size_t> indices,
                  const std::function<bool()>& recomecar = {});
 
-// Runs one worker a connection, never more than there are items, and returns when all have ended. Publishes bytes and
-// speed meanwhile. Throws std::system_error when a thread cannot be made, once those already made have ended.
+// Runs one worker a connection, never more than there are items, and returns when all have ended and nothing of what
+// they fetched waits for the disk. Publishes bytes and speed meanwhile. Throws std::system_error when a thread cannot
+// be made, once those already made have ended.
 void RodarTrabalhadores(ContextoDownload& contexto, std::span<const std::size_t> indices, int conexoes, int tentativas);
 
 // How many connections to use: the number asked for, or when none was, 8 for a base address that contains "github" and

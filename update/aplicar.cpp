@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <exception>
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "core/arquivo.h"
@@ -22,47 +24,96 @@ constexpr std::chrono::milliseconds kPausaPorTentativa{300};
 // Where one item is on its way.
 struct Aplicacao {
     ContextoDownload& contexto;
+    Vez vez;
+    const int tentativas;
     const update::ItemLista& item;
-    std::string normal;
-    std::filesystem::path alvo;
-    std::filesystem::path temporario;
-    std::filesystem::path estacionado;
-    bool haviaEstacionado;
-    std::string sha256;  // of the proved file
-    std::string erro;    // of the last attempt
+    const std::string normal;
+    const std::filesystem::path alvo;
+    const std::filesystem::path pasta;
+    const bool pastaNova;  // nothing of the item stands there
+    const std::filesystem::path temporario;
+    const std::filesystem::path estacionado;
+    const bool haviaEstacionado;
+    ItemBaixado baixado;
+    std::string erro;  // of the last attempt
+
+    Aplicacao(ContextoDownload& oContexto, const Vez& aVez, int asTentativas)
+        : contexto(oContexto),
+          vez(aVez),
+          tentativas(asTentativas),
+          item(contexto.lista.itens[vez.indice]),
+          normal(update::NormalizarCaminho(item.caminho)),
+          alvo(CaminhoNoCliente(normal)),
+          pasta(alvo.parent_path()),
+          pastaNova(vez.feitas == 0 && FeitaAgora(contexto, pasta)),
+          temporario(ComSufixo(alvo, L".upd")),
+          estacionado(ComSufixo(alvo, L".novo")),
+          haviaEstacionado(!pastaNova && Existe(estacionado)) {}
+
+ private:
+    static bool FeitaAgora(ContextoDownload& contexto, const std::filesystem::path& pasta) {
+        const std::lock_guard guarda(contexto.travaPastas);
+        const auto lugar = contexto.pastas.find(pasta);
+        return lugar != contexto.pastas.end() && lugar->second;
+    }
+    static bool Existe(const std::filesystem::path& caminho) {
+        InfoArquivo info;
+        return LerInfoArquivo(caminho, info);
+    }
 };
 
+// The first attempt believes that a folder that was made once is still there.
 bool PrepararPasta(Aplicacao& a) {
-    if (CriarPastas(a.alvo.parent_path())) return true;
-    const DWORD codigo = GetLastError();
-    a.erro = Formatar("não foi possível criar a pasta {} (erro {})", ParaUtf8(a.alvo.parent_path().native()), codigo);
-    return false;
+    ContextoDownload& contexto = a.contexto;
+    {
+        const std::lock_guard guarda(contexto.travaPastas);
+        if (a.vez.feitas == 0 && contexto.pastas.contains(a.pasta)) return true;
+    }
+    bool nova = false;
+    if (!CriarPastas(a.pasta, &nova)) {
+        const DWORD codigo = GetLastError();
+        a.erro = Formatar("não foi possível criar a pasta {} (erro {})", ParaUtf8(a.pasta.native()), codigo);
+        return false;
+    }
+    const std::lock_guard guarda(contexto.travaPastas);
+    contexto.pastas.try_emplace(a.pasta, nova);
+    return true;
 }
 
 // What an earlier run has fetched, proved and parked need not come again.
 bool RetomarEstacionado(Aplicacao& a) {
     return a.haviaEstacionado && TamanhoDoArquivo(a.estacionado) == a.item.tamanho &&
-           a.contexto.atualizador.ConferirItem(a.item, a.estacionado, a.sha256, a.erro) &&
+           a.contexto.atualizador.ConferirItem(a.item, a.estacionado, a.baixado, a.erro) &&
            MoverSobre(a.estacionado, a.temporario, a.contexto.paciencia);
 }
 
-bool BaixarComTentativas(Aplicacao& a, int tentativas) {
+// The attempt has failed.
+void ContarTentativa(Aplicacao& a) {
+    LogLinha("[update] {}: {} (tentativa {})", a.normal, a.erro, ++a.vez.feitas);
+}
+
+bool BaixarComTentativas(Aplicacao& a) {
     Atualizador& atualizador = a.contexto.atualizador;
-    for (int n = 0; n < tentativas; ++n) {
+    while (a.vez.feitas < a.tentativas) {
         if (atualizador.Cancelado()) return false;
-        if (n > 0 && atualizador.EsperarOuCancelar(n * kPausaPorTentativa)) return false;
-        if (PrepararPasta(a) &&
-            atualizador.BaixarItem(a.item, a.temporario, a.contexto.bytesBaixados, a.sha256, a.erro)) {
+        if (a.vez.feitas > 0 && atualizador.EsperarOuCancelar(a.vez.feitas * kPausaPorTentativa)) return false;
+        if (PrepararPasta(a) && atualizador.BaixarItem(a.item, a.temporario, a.contexto.bytesBaixados, a.baixado,
+                                                       a.erro, a.pastaNova && a.vez.feitas == 0)) {
             return true;
         }
-        LogLinha("[update] {}: {} (tentativa {})", a.normal, a.erro, n + 1);
+        ContarTentativa(a);
     }
     return false;
 }
 
-void AnotarFalha(const Aplicacao& a, std::size_t indice) {
+void AnotarFalha(const Aplicacao& a) {
+    {
+        // What it left there counts when it is tried again.
+        const std::lock_guard guarda(a.contexto.travaPastas);
+        a.contexto.pastas[a.pasta] = false;
+    }
     const std::lock_guard guarda(a.contexto.travaFalhas);
-    a.contexto.falhas[a.normal] = {.indice = indice, .erro = a.erro};
+    a.contexto.falhas[a.normal] = {.indice = a.vez.indice, .erro = a.erro};
 }
 
 void Colocado(Aplicacao& a) {
@@ -72,7 +123,7 @@ void Colocado(Aplicacao& a) {
     if (!LerInfoArquivo(a.alvo, info)) return;
     a.contexto.atualizador.Cache().Registrar(
         MinusculasAscii(a.normal),
-        {.tamanho = info.tamanho, .modificado = info.modificado, .sha256 = a.sha256, .crc = a.item.crc});
+        {.tamanho = info.tamanho, .modificado = info.modificado, .sha256 = a.baixado.sha256, .crc = a.item.crc});
 }
 
 bool Estacionar(Aplicacao& a) {
@@ -89,7 +140,8 @@ bool Estacionar(Aplicacao& a) {
 
 // In place, or parked for the helper.
 bool Colocar(Aplicacao& a) {
-    if (!MesmoArquivo(a.alvo, a.contexto.executavel) && MoverSobre(a.temporario, a.alvo, a.contexto.paciencia)) {
+    const bool proprio = !a.pastaNova && MesmoArquivo(a.alvo, a.contexto.executavel);
+    if (!proprio && MoverSobre(a.temporario, a.alvo, a.contexto.paciencia)) {
         Colocado(a);
         return true;
     }
@@ -98,38 +150,53 @@ bool Colocar(Aplicacao& a) {
     return false;
 }
 
+void Encerrar(Aplicacao& a, bool feito) {
+    if (feito) {
+        a.contexto.atualizador.ObterAndamento().SomarArquivo();
+    } else {
+        AnotarFalha(a);
+    }
+}
+
+// Memory or threads have run out: this item's trouble, and not the end of the program.
+void Desistir(Aplicacao& a, const std::exception& falha) {
+    a.erro = TextoDaExcecao(falha);
+    LogLinha("[update] {}: {}", a.normal, a.erro);
+    Encerrar(a, false);
+}
+
+// What is left to do once all bytes have come. A turn: the disk did not take them, and the item may be tried again.
+std::optional<Vez> Acabar(Aplicacao& a) {
+    try {
+        bool feito = false;
+        if (a.contexto.atualizador.Cancelado()) {
+            a.erro = "cancelado";  // what has come stays for the next run
+        } else if (a.contexto.atualizador.DescarregarItem(a.temporario, a.baixado, a.erro)) {
+            feito = Colocar(a);
+        } else {
+            ContarTentativa(a);
+            if (a.vez.feitas < a.tentativas) return a.vez;
+        }
+        Encerrar(a, feito);
+    } catch (const std::exception& falha) {
+        Desistir(a, falha);
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
-void AplicarItem(ContextoDownload& contexto, std::size_t indice, int tentativas) {
-    const update::ItemLista& item = contexto.lista.itens[indice];
-    std::string normal = update::NormalizarCaminho(item.caminho);
-    std::filesystem::path alvo = CaminhoNoCliente(normal);
-    std::filesystem::path temporario = ComSufixo(alvo, L".upd");
-    std::filesystem::path estacionado = ComSufixo(alvo, L".novo");
-    InfoArquivo info;
-    const bool haviaEstacionado = LerInfoArquivo(estacionado, info);
-    Aplicacao a{contexto,
-                item,
-                std::move(normal),
-                std::move(alvo),
-                std::move(temporario),
-                std::move(estacionado),
-                haviaEstacionado,
-                {},
-                {}};
-    contexto.atualizador.ObterAndamento().DefinirArquivo(a.normal);
-    bool feito = false;
+void AplicarItem(ContextoDownload& contexto, const Vez& vez, int tentativas) {
+    const auto a = std::make_shared<Aplicacao>(contexto, vez, tentativas);
+    contexto.atualizador.ObterAndamento().DefinirArquivo(a->normal);
     try {
-        feito = (RetomarEstacionado(a) || BaixarComTentativas(a, tentativas)) && Colocar(a);
+        if (RetomarEstacionado(*a) || BaixarComTentativas(*a)) {
+            contexto.acabamento.Entregar([a] { return Acabar(*a); });
+        } else {
+            Encerrar(*a, false);
+        }
     } catch (const std::exception& falha) {
-        // Memory or threads have run out: this item's trouble, and not the end of the program.
-        a.erro = TextoDaExcecao(falha);
-        LogLinha("[update] {}: {}", a.normal, a.erro);
-    }
-    if (feito) {
-        contexto.atualizador.ObterAndamento().SomarArquivo();
-    } else {
-        AnotarFalha(a, indice);
+        Desistir(*a, falha);
     }
 }
 

@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/handle.h"
 #include "update/andamento.h"
 #include "update/cache.h"
 #include "update/hash_arquivo.h"
@@ -24,6 +25,13 @@ struct ItemLista;
 namespace zu::launcher {
 
 class ReusoDeBlocos;
+
+// A file that has come and is proved. Its bytes may not be on the disk yet.
+struct ItemBaixado {
+    std::string sha256;        // its digest in text
+    HandleArquivo arquivo;     // open for writing, when it has not been closed since it was written
+    std::uint32_t partes = 0;  // those that it was joined from, which are to be deleted once it is on the disk
+};
 
 // Owned by one front-end thread, which calls the first group of operations; the run's own threads call the second.
 // What to update and from where is in `ObterConfig()`.
@@ -55,15 +63,20 @@ class Atualizador {
     void Rodar(bool reparar);
 
     // Fetches one item into `destino`, put together from what the file on the disk shares with it, or whole, or joined
-    // from its parts, and proves it: true only when `destino` holds
-    // exactly the bytes that the list promises; `sha256` is then their digest in text. Otherwise one message in `erro`.
-    // Received bytes are added to `bytesBaixados`.
+    // from its parts, and proves it: true only when `destino` holds exactly the bytes that the list promises; bringing
+    // them down to the disk is left to the caller. Otherwise one message in `erro`. Received bytes are added to
+    // `bytesBaixados`. `vazio`: nothing stands at `destino` yet, and it need not be looked for.
     bool BaixarItem(const update::ItemLista& item, const std::filesystem::path& destino,
-                    std::atomic<std::uint64_t>& bytesBaixados, std::string& sha256, std::string& erro);
+                    std::atomic<std::uint64_t>& bytesBaixados, ItemBaixado& baixado, std::string& erro,
+                    bool vazio = false);
 
-    // The proof alone, of a file that is complete; `hash`, when it is ok, are its digests, otherwise it is read. A file
-    // that is something else is deleted, unless the run was cancelled meanwhile.
-    bool ConferirItem(const update::ItemLista& item, const std::filesystem::path& arquivo, std::string& sha256,
+    // Brings what has come down to the disk and closes it; the parts that it was joined from are then of no more use.
+    // False with one message in `erro`.
+    bool DescarregarItem(const std::filesystem::path& destino, ItemBaixado& baixado, std::string& erro) const;
+
+    // The proof alone, of a file that is complete; `hash`, when it is ok, are its digests, otherwise it is closed and
+    // read. A file that is something else is deleted, unless the run was cancelled meanwhile.
+    bool ConferirItem(const update::ItemLista& item, const std::filesystem::path& arquivo, ItemBaixado& baixado,
                       std::string& erro, ResultadoHash hash = {});
 
     [[nodiscard]] const std::atomic<bool>& Cancelamento() const { return cancelar_; }

@@ -97,9 +97,9 @@ class ReusoDeBlocos::Montagem {
                listado_.tamanho <= (t_.item.tamanho - presentes) / kVezesMenor;
     }
 
-    bool Rodar(Andamento& andamento, ResultadoHash& hash) {
+    bool Rodar(Andamento& andamento, Reuso& reuso) {
         try {
-            return Preparar() && Anunciar() && Montar(andamento, hash);
+            return Preparar() && Anunciar() && Montar(andamento, reuso);
         } catch (const std::exception& falha) {
             return Falhar(TextoDaExcecao(falha));  // a plain download takes less memory
         }
@@ -139,7 +139,7 @@ class ReusoDeBlocos::Montagem {
         return true;
     }
 
-    bool Montar(Andamento& andamento, ResultadoHash& hash) {
+    bool Montar(Andamento& andamento, Reuso& reuso) {
         if (TamanhoDoArquivo(t_.destino) != presentes_) return FalharNoComeco();
         HandleArquivo destino(CreateFileW(t_.destino.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -169,8 +169,8 @@ class ReusoDeBlocos::Montagem {
             plano_, {[&](std::uint64_t onde, std::span<std::uint8_t> bytes) { return LerVelho(onde, bytes); },
                      [&](const update::Trecho& trecho) { return BuscarFaixa(trecho, gravar); }, doDisco});
         if (!feito) return false;
-        if (FlushFileBuffers(destino.Valor()) == 0) return FalharAoGravar();
-        hash = seguidor.Terminar();
+        reuso.hash = seguidor.Terminar();
+        reuso.arquivo = std::move(destino);
         return true;
     }
 
@@ -332,7 +332,7 @@ Reuso ReusoDeBlocos::Baixar(const Transferencia& t, Andamento& andamento, std::s
     if (!listado) return reuso;
     Montagem montagem(*this, t, *listado);
     if (!montagem.PodeValer()) return reuso;
-    const bool feito = montagem.Rodar(andamento, reuso.hash);
+    const bool feito = montagem.Rodar(andamento, reuso);
     reuso.doDisco = montagem.DoDisco();
     if (feito) {
         reuso.fim = FimDoReuso::kMontado;

@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+#include "core/handle.h"
 #include "update/andamento.h"
 #include "update/hash_arquivo.h"
 #include "update/lista.h"
@@ -25,6 +26,7 @@ enum class FimDoReuso {
 struct Reuso {
     FimDoReuso fim = FimDoReuso::kNaoServe;
     ResultadoHash hash;         // of a large file that was put together, as it was written
+    HandleArquivo arquivo;      // that file, open for writing: its bytes may not be on the disk yet
     std::uint64_t doDisco = 0;  // bytes that did not come from the server
 };
 

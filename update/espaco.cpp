@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <map>
 
 #include "core/arquivo.h"
 #include "core/config.h"
@@ -24,8 +25,19 @@ struct Falta {
     std::uint64_t porJuntar = 0;  // of the whole, when it is joined from parts
 };
 
-Falta FaltaDoItem(const update::ItemLista& item) {
+// The folders that have been asked for, and whether each is there: in one that is not nothing need be looked for.
+using Pastas = std::map<std::filesystem::path, bool>;
+
+bool TemPasta(const std::filesystem::path& pasta, Pastas& pastas) {
+    const auto [lugar, nova] = pastas.try_emplace(pasta);
+    InfoArquivo info;
+    if (nova) lugar->second = LerInfoArquivo(pasta, info);
+    return lugar->second;
+}
+
+Falta FaltaDoItem(const update::ItemLista& item, Pastas& pastas) {
     const std::filesystem::path alvo = CaminhoNoCliente(update::NormalizarCaminho(item.caminho));
+    if (!TemPasta(alvo.parent_path(), pastas)) return {item.tamanho, item.partes > 0 ? item.tamanho : 0};
     const std::filesystem::path temporario = ComSufixo(alvo, L".upd");
     const std::uint64_t presentes = TamanhoDoArquivo(temporario);
     if (presentes == item.tamanho || TamanhoDoArquivo(ComSufixo(alvo, L".novo")) == item.tamanho) return {};
@@ -49,8 +61,9 @@ bool HaEspaco(Andamento& andamento, const update::UpdateList& lista, std::span<c
     if (GetDiskFreeSpaceExW(pasta.c_str(), &livres, nullptr, nullptr) == 0) return true;
     std::uint64_t preciso = 0;
     std::uint64_t maiorJuncao = 0;
+    Pastas pastas;
     for (const std::size_t indice : indices) {
-        const Falta falta = FaltaDoItem(lista.itens[indice]);
+        const Falta falta = FaltaDoItem(lista.itens[indice], pastas);
         preciso = Somar(preciso, falta.porVir);
         maiorJuncao = std::max(maiorJuncao, falta.porJuntar);
     }

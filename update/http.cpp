@@ -105,7 +105,8 @@ struct Recepcao {
     std::uint64_t limite;  // bytes that the file may have
     const ProgressCallback& progresso;
     const std::atomic<bool>& cancelar;
-    std::uint64_t total;  // bytes in the file
+    const Recebido* recebido;  // who sees the blocks, when it may
+    std::uint64_t total;       // bytes in the file
 };
 
 bool Passou(const Recepcao& t) {
@@ -114,22 +115,22 @@ bool Passou(const Recepcao& t) {
 
 // Copies the body into the file, block by block, until its end or until it runs past the limit.
 bool Copiar(const HttpRequest& troca, HANDLE arquivo, Recepcao& t, std::string& erro) {
-    const auto bloco = std::make_unique_for_overwrite<char[]>(kBlocoArquivo);
+    // A small file does not pay for a large buffer.
+    const auto tamanho = static_cast<DWORD>(std::clamp<std::uint64_t>(t.limite, 1, kBlocoArquivo));
+    const auto bloco = std::make_unique_for_overwrite<char[]>(tamanho);
     while (!t.cancelar.load()) {
         DWORD lidos = 0;
-        if (!HttpLerChegado(troca, bloco.get(), kBlocoArquivo, lidos)) {
+        if (!HttpLerChegado(troca, bloco.get(), tamanho, lidos)) {
             erro = HttpErroTexto("download");
             return false;
         }
+        if (lidos == 0) return true;
         DWORD escritos = 0;
-        const bool fim = lidos == 0;
-        const bool gravou = fim ? FlushFileBuffers(arquivo) != 0
-                                : WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) != 0 && escritos == lidos;
-        if (!gravou) {
+        if (WriteFile(arquivo, bloco.get(), lidos, &escritos, nullptr) == 0 || escritos != lidos) {
             erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(t.destino.native()));
             return false;
         }
-        if (fim) return true;
+        if (t.recebido != nullptr && t.recebido->bloco) t.recebido->bloco(bloco.get(), lidos);
         t.total += lidos;
         if (t.progresso) t.progresso(lidos);
         if (Passou(t)) {
@@ -216,13 +217,10 @@ bool HttpBaixarTexto(const std::wstring& url, std::string& corpo, std::string& e
 
 bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
                        const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
-                       std::uint64_t maximo) {
-    std::uint64_t presentes = TamanhoDoArquivo(destino);
-    if (esperado != 0 && presentes == esperado) {
-        // What an interrupted run wrote may not be on the disk yet.
-        DescarregarArquivo(destino);
-        return true;
-    }
+                       std::uint64_t maximo, Recebido* recebido) {
+    const bool vazio = recebido != nullptr && recebido->vazio;
+    std::uint64_t presentes = vazio ? 0 : TamanhoDoArquivo(destino);
+    if (esperado != 0 && presentes == esperado) return true;
     const std::uint64_t limite = esperado != 0 ? esperado : maximo;
     if (presentes > limite) {
         DeleteFileW(destino.c_str());
@@ -248,16 +246,19 @@ bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& des
         return false;
     }
     if (continuar && progresso) progresso(0);
-    Recepcao t{destino, limite, progresso, cancelar, continuar ? presentes : 0};
-    const bool copiado = Copiar(troca, arquivo.Valor(), t, erro);
-    arquivo.Fechar();
-    if (Passou(t)) DeleteFileW(destino.c_str());
-    if (!copiado) return false;
-    if (esperado != 0 && t.total != esperado) {
+    Recepcao t{destino, limite, progresso, cancelar, continuar ? nullptr : recebido, continuar ? presentes : 0};
+    bool feito = Copiar(troca, arquivo.Valor(), t, erro);
+    if (feito && esperado != 0 && t.total != esperado) {
         erro = Formatar("download incompleto ({} de {} bytes)", t.total, esperado);
-        return false;
+        feito = false;
     }
-    return true;
+    if (feito && recebido != nullptr) {
+        recebido->arquivo = std::move(arquivo);
+    } else {
+        arquivo.Fechar();
+    }
+    if (Passou(t)) DeleteFileW(destino.c_str());
+    return feito;
 }
 
 }  // namespace zu::launcher

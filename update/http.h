@@ -56,14 +56,21 @@ constexpr std::string_view kErroDeSobra = "o servidor mandou mais dados que o es
 
 constexpr std::uint64_t kSemLimite = ~std::uint64_t{0};
 
-// Downloads into a file, resuming what already stands at `destino`, and returns once the bytes are on the disk, so that
-// a power cut leaves no name and size without them. With an expected size (0: unknown) a destination of that size is
-// complete without a request; without one, more than `maximo` bytes in all is a failure. Every byte that has arrived is
-// in the file. After a failure it stays for a later resume, except where its bytes are known to be wrong: longer than
-// expected, or refused with 416.
+// The file of a transfer, for who takes it over as it is.
+struct Recebido {
+    bool vazio = false;                             // said before: nothing stands at the destination
+    HandleArquivo arquivo;                          // open for writing; none when it was complete before
+    std::function<void(const void*, DWORD)> bloco;  // may be set: sees what is written, when nothing was there before
+};
+
+// Downloads into a file, resuming what already stands at `destino`. With an expected size (0: unknown) a destination of
+// that size is complete without a request; without one, more than `maximo` bytes in all is a failure. Every byte that
+// has arrived is in the file, but not yet on the disk: a power cut may leave its name and size without them. After a
+// failure it stays for a later resume, except where its bytes are known to be wrong: longer than expected, or refused
+// with 416.
 bool HttpBaixarArquivo(const std::wstring& url, const std::filesystem::path& destino, std::uint64_t esperado,
                        const ProgressCallback& progresso, const std::atomic<bool>& cancelar, std::string& erro,
-                       std::uint64_t maximo = kSemLimite);
+                       std::uint64_t maximo = kSemLimite, Recebido* recebido = nullptr);
 
 // The thread's last error in words, behind the stage at which it came.
 std::string HttpErroTexto(std::string_view etapa);

@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "core/arquivo.h"
+#include "core/formato.h"
+#include "core/utf16.h"
 #include "update/hash_arquivo.h"
 #include "update/lista.h"
 #include "update/transferencia.h"
@@ -38,9 +40,16 @@ void Comecar(const std::filesystem::path& parte) {
 // A part's own size is not known; `resta` is what the whole has left for it.
 bool BaixarParte(const Transferencia& t, std::uint32_t parte, std::uint64_t resta, std::string& erro) {
     const std::filesystem::path local = CaminhoDaParte(t.destino, parte);
+    // On the disk, so that a power cut costs one part at most.
     const auto baixar = [&] {
-        return HttpBaixarArquivo(UrlDoItem(t.item, SufixoDaParte(parte)), local, 0, t.progresso, t.cancelar, erro,
-                                 resta);
+        Recebido recebido;
+        if (!HttpBaixarArquivo(UrlDoItem(t.item, SufixoDaParte(parte)), local, 0, t.progresso, t.cancelar, erro, resta,
+                               &recebido)) {
+            return false;
+        }
+        if (FlushFileBuffers(recebido.arquivo.Valor()) != 0) return true;
+        erro = Formatar("disco cheio ou sem permissão em {}", ParaUtf8(local.native()));
+        return false;
     };
     const bool havia = TamanhoDoArquivo(local) > 0;
     if (baixar()) return true;
@@ -89,7 +98,6 @@ bool JuntarPartes(const Transferencia& t, std::string& erro) {
     bool ok = static_cast<bool>(saida);
     for (std::uint32_t parte = 1; ok && parte <= t.item.partes; ++parte)
         ok = AnexarParte(t, saida.Valor(), parte, bloco.get(), resta);
-    ok = ok && FlushFileBuffers(saida.Valor()) != 0;
     if (!ok) erro = t.cancelar.load() ? "cancelado" : "não foi possível juntar as partes";
     return ok;
 }
@@ -115,7 +123,7 @@ bool BaixarEmPartes(const Transferencia& t, std::string& erro) {
         return false;
     }
     const bool juntou = JuntarPartes(t, erro);
-    if (!t.cancelar.load()) ApagarPartes(t.destino, t.item.partes);
+    if (!juntou && !t.cancelar.load()) ApagarPartes(t.destino, t.item.partes);
     return juntou;
 }
 

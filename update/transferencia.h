@@ -19,14 +19,16 @@ struct Transferencia {
     const std::filesystem::path& destino;
     const ProgressCallback progresso;
     const std::atomic<bool>& cancelar;
+    const bool vazio = false;  // nothing stands at the destination
 };
 
 // The address of the item, or of one of its parts by its suffix. The CRC in it makes a changed file a new address, so
 // that no cache on the way serves the old one.
 std::wstring UrlDoItem(const update::ItemLista& item, std::string_view sufixo);
 
-// The item's parts, in order, each beside the destination under its own suffix, then joined into the destination and
-// deleted; after a cancellation, or when one did not come, they stay for a later resume. Together they never take more
+// The item's parts, in order, each beside the destination under its own suffix, then joined into the destination, which
+// need not be on the disk yet. The parts stay, for as long as they may be of use: deleting them once they are not is
+// left to the caller, but when they could not be joined, or are not what they should be. Together they never take more
 // than the item's size. False with one message in `erro`.
 bool BaixarEmPartes(const Transferencia& t, std::string& erro);
 

@@ -40,6 +40,15 @@ bool contando = false;  // it takes time
 std::atomic<std::int64_t> emUso = 0;
 std::atomic<std::int64_t> maisEmUso = 0;
 
+// How many milliseconds a flush takes; -1: as many as the disk needs.
+std::atomic<int> descarga = -1;
+
+BOOL WINAPI Descarregar(HANDLE arquivo) {
+    if (descarga < 0) return ZU_VERDADEIRA(L"kernel32", FlushFileBuffers)(arquivo);
+    if (descarga > 0) Sleep(static_cast<DWORD>(descarga));
+    return TRUE;
+}
+
 void Contar(std::int64_t bytes) {
     const std::int64_t agora = emUso += bytes;
     for (std::int64_t antes = maisEmUso; antes < agora && !maisEmUso.compare_exchange_weak(antes, agora);) {
@@ -321,7 +330,7 @@ void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::pa
     ImprimirContada();
 }
 
-// cru URL DESTINO: a bare WinHTTP read loop into a file
+// A bare WinHTTP read loop into a file, in blocks of the size that a run asks for, down to the disk as a run's are.
 void BaixarCru(const std::wstring& url, const std::filesystem::path& destino) {
     HttpRequest troca;
     std::uint32_t status = 0;
@@ -335,6 +344,7 @@ void BaixarCru(const std::wstring& url, const std::filesystem::path& destino) {
         if (WinHttpReadData(troca.requisicao.Valor(), bloco.get(), kBloco, &lidos) == 0) Falhar("cru: leitura");
         WriteFile(saida.Valor(), bloco.get(), lidos, &escritos, nullptr);
     }
+    FlushFileBuffers(saida.Valor());
 }
 
 // grande PASTA URL CAMINHO: one large file by the bare loop and by a run
@@ -348,6 +358,21 @@ void MedirGrande(const std::filesystem::path& pasta, const std::string& url, con
         },
         [&] { BaixarCru(DeUtf8(url + caminho), pasta / L"cru.bin"); });
     ImprimirMemoria();
+}
+
+// descargas PASTA URL MS: one run over one connection into an empty folder where each flush takes that long, and where
+// none takes any time
+void MedirDescargas(const std::filesystem::path& pasta, const std::string& url, int ms) {
+    teste::Configurar(pasta, url, 1);
+    const auto rodar = [](int quanto) {
+        descarga = quanto;
+        RodarAte(StatusUpdate::kPronto);
+    };
+    Medir([&] { rodar(ms); }, [&] { rodar(0); }, 1,
+          [&] {
+              for (const auto& entrada : std::filesystem::directory_iterator(pasta))
+                  std::filesystem::remove_all(entrada);
+          });
 }
 
 // baixar PASTA URL CONEXOES: one run into an empty folder
@@ -478,6 +503,7 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
     {"denovo", 2, [](const Argumentos& a) { MedirDeNovo(a[1], a[2]); }},
     {"noar", 3, [](const Argumentos& a) { MedirNoAr(a[1].string(), a[2], a[3]); }},
     {"grande", 3, [](const Argumentos& a) { MedirGrande(a[1], a[2].string(), a[3].string()); }},
+    {"descargas", 3, [](const Argumentos& a) { MedirDescargas(a[1], a[2].string(), std::stoi(a[3].native())); }},
     {"baixar", 3, [](const Argumentos& a) { MedirBaixar(a[1], a[2].string(), std::stoi(a[3].native())); }},
     {"busca", 2, [](const Argumentos& a) { MedirBusca(a[1], a[2]); }},
     {"tentar", 3, [](const Argumentos& a) { MedirTentativa(a[1], a[2].string(), a[3]); }},
@@ -493,6 +519,7 @@ const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComando
 }  // namespace zu::launcher
 
 ZU_DESVIAR(CreateFileW, &zu::launcher::AbrirComDemora);
+ZU_DESVIAR(FlushFileBuffers, &Descarregar);
 
 int wmain(int quantos, wchar_t** argumentos) {
     const zu::launcher::Argumentos todos(argumentos + 1, argumentos + quantos);
