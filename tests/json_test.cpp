@@ -82,7 +82,7 @@ TEST(Json, RecusadosNoLugarDaFalta) {
         {"6: esperava ',' ou '}'", {R"({"a":1)", R"({"a":1])", R"({"a":1"b":2})"}},
         {"sobra 2", {"{}}", "{}//", "\"\"x", "[]\xC2\xA0", "12\0"sv}},
         {"2: texto sem fim", {"\"a", "\"\\"}},
-        {"2: caractere de controle no texto", {"\"\x1F\"", "\"\n\"", "\"\0\""sv}},
+        {"2: caractere de controle no texto", {"\"\x1F\"", "\"\n\"", "\"\0\""sv, "\"\x1Fghijklmnopqrstuv\""}},
         {"3: escape inválido", {R"("\a")", R"("\U0041")", "\"\\\0\""sv}},
         {"3: \\u incompleto", {R"("\u)", "\"\\u123"}},
         {"4: \\u inválido", {R"("\u+123")", R"("\ug000")"}},
@@ -153,6 +153,7 @@ TEST(Json, TextosComEscapes) {
         {R"("\uD800\n\uD800")", "\xED\xA0\x80\n\xED\xA0\x80"},
         {R"("\uD800\u0000")", "\xE2\x90\x80"},
         {"\"\xFF\xC0\x80\x7F\"", "\xFF\xC0\x80\x7F"},
+        {R"("0123456789ABCDEF\n0123456789ABCDEF")", "0123456789ABCDEF\n0123456789ABCDEF"},
     };
     for (const auto& [documento, texto] : casos)
         EXPECT_EQ(Lido(documento).texto, texto) << documento;

@@ -18,11 +18,11 @@ TEST(Lista, LeTudoOQueOFormatoPermiteEEscreveOMesmo) {
     const std::string escrita =
         ";seq\t-12\n;versao\t2.0 ção\n;chave-assets\tk\n"
         "Data\\Zu.ini\t0CBF4392\t10\t\n"
-        "a b/ç.pak\t000000FF\t18446744073709551615\t" +
+        "a b/ç234567.pak\t000000FF\t18446744073709551615\t" +
         kSha +
         "\t999\n"
         "c\t00000000\t0\t\n"
-        ";blocos\ta b\\ç.pak\t9\t" +
+        ";blocos\ta b\\ç234567.pak\t9\t" +
         kSha +
         "\n"
         ";remover\tvelho\\x.dll\n;remover\ty\n";
@@ -30,12 +30,12 @@ TEST(Lista, LeTudoOQueOFormatoPermiteEEscreveOMesmo) {
                    ";comentário\tqualquer\n;SEQ\t3\n"
                    ";blocos\tc\t-1\t" +
                    kSha + "\n;blocos\t../c\t1\t" + kSha + "\n;blocos\tc\t1\tcurto\n;blocos\tc\t1\n;blocos\n" +
-                   ";blocos\ta b\\ç.pak\t9\t" + std::string(64, 'A') +
+                   ";blocos\ta b\\ç234567.pak\t9\t" + std::string(64, 'A') +
                    "\n"
                    ";versao\t1.0\n;versao\t2.0 ção\t3.0\n;chave-assets\tk\n;sozinha\n\n"
                    ";remover\tvelho\\x.dll\n"
                    "Data\\Zu.ini\t0cbf4392\t10  \r\n"
-                   "a b/ç.pak\tFF\t18446744073709551615\t" +
+                   "a b/ç234567.pak\tFF\t18446744073709551615\t" +
                    std::string(64, 'A') +
                    "\t999\tignorado\tmais\n"
                    "c\t0\t0\t\t0\n"
