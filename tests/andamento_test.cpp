@@ -21,8 +21,7 @@ TEST(Andamento, EmPalavras) {
         {StatusUpdate::kBaixando, 1024, 8300, 2, 1, 3000,
          "1.00 GB de 8.11 GB; 0 de 2 arquivos\n1.0 MB/s; faltam 2 horas e 2 minutos"},
         {StatusUpdate::kBaixando, 0, 3600, 2, 1, 3000, "MB/s; falta 1 hora"},
-        {StatusUpdate::kBaixando, 0, 7200, 2, 1e-6, 3000, "0.0 MB/s"},
-    };
+        {StatusUpdate::kBaixando, 0, 7200, 2, 1e-6, 3000, "0.0 MB/s"}};
     for (const auto& [status, feitos, total, arquivos, velocidade, desde, fim] : casos) {
         EstadoAtualizacao estado;
         estado.status = status;

@@ -105,8 +105,7 @@ TEST(PainelDaAtualizacao, NadaPassaDoTotalNemFicaDoQueVeioAntes) {
         {[](Andamento&) {}, {1, 100, 1, 9, 1, 2}},
         {[](Andamento& andamento) { andamento.Comecar(StatusUpdate::kAplicando, "", 3, 9); }, {0, 0, 0, 0, 0, 2}},
         {[](Andamento& andamento) { andamento.Recomecar(); }, {1, 100, 1, 9, 1, 0}},
-        {[](Andamento& andamento) { andamento.Zerar(true); }, {}},
-    };
+        {[](Andamento& andamento) { andamento.Zerar(true); }, {}}};
     for (const auto& [passo, medidas] : casos) {
         Andamento andamento;
         andamento.Comecar(StatusUpdate::kBaixando, "", 2, 100);
@@ -140,8 +139,7 @@ TEST_F(Atualizacao, ListaRuimOuAusenteNaoMudaNadaNoDisco) {
          "6 Sem conexão com o servidor de atualização (a lista venceu em 31/01/2020)."},
         {{.corpo = Assinar(item + "../fora\t0\t0\n")},
          "7 Lista de atualização inválida: linha 2: caminho inseguro (../fora)"},
-        {{.status = 404}, "5 Nenhuma atualização publicada ainda: o cliente segue como está."},
-    };
+        {{.status = 404}, "5 Nenhuma atualização publicada ainda: o cliente segue como está."}};
     for (const auto& [resposta, fim] : casos) {
         servidor_.EsquecerPedidos();
         servidor_.Definir("UpdateList.txt", resposta);
@@ -266,8 +264,7 @@ TEST_F(Atualizacao, PublicacaoNoMeioRecomecaComANovaLista) {
         {{velha}, 2, "7 1 arquivo(s) não baixaram. "},
         {{velha, maisVelha}, 2, "7 1 arquivo(s) não baixaram. "},
         {{velha, outra, velha, nova}, 3, "7 1 arquivo(s) não baixaram. "},
-        {{velha, outra, nova}, 3, "5 Atualização concluída: "},
-    };
+        {{velha, outra, nova}, 3, "5 Atualização concluída: "}};
     for (const auto& [listas, quantas, fim] : casos) {
         std::size_t pedidos = 0;
         servidor_.Definir("UpdateList.txt", [&pedidos, &lidas = listas](const Pedido&) {
@@ -291,8 +288,7 @@ TEST_F(Atualizacao, SemEspacoNadaEPedidoNemTocado) {
         {"f.novo", 1'048'577, "f\t0\t1048577\ng\t0\t1048577", "0.1"},
         // What is joined from parts is there twice for a moment, one file at a time.
         {"f.upd", 0, "f\t0\t400000\t\t20\ng\t0\t400000\t\t20", "0.2"},
-        {"f.upd.p001", 500'000, "f\t0\t400000\t\t2\ng\t0\t700000", "0.1"},
-    };
+        {"f.upd.p001", 500'000, "f\t0\t400000\t\t2\ng\t0\t700000", "0.1"}};
     for (const auto& [presente, tamanho, lista, faltam] : casos) {
         pasta_.Escrever(presente, std::string(tamanho, 'x'));
         servidor_.Definir("UpdateList.txt", Servir(Assinar(std::string(lista) + "\n")));

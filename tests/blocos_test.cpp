@@ -134,8 +134,7 @@ TEST(Blocos, OQueSeAproveita) {
         {"zeros from few", a + zeros.substr(0, 2 * kBloco) + b, a + zeros + b, 0},
         {"periodic", zeros, zeros.substr(0, 50 * kBloco) + a, a.size()},
         {"nothing", b, a, a.size()},
-        {"no old file", "", a, a.size()},
-    };
+        {"no old file", "", a, a.size()}};
     for (const auto& [nome, velho, novo, bytes] : casos) {
         SCOPED_TRACE(nome);
         EXPECT_LE(Reunir(velho, novo).daRede, bytes);

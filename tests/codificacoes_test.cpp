@@ -18,16 +18,14 @@ std::vector<std::uint8_t> Sortear(std::size_t tamanho) {
 }
 
 TEST(Base64, DecodificaSemPerdoarNadaESemGuardarOQueHavia) {
-    const std::pair<std::string_view, std::string_view> casos[] = {
-        {"QQ", "A"},
-        {"Q", ""},
-        {"Zm9v=!", "foo"},
-        {"+/+/", "\xFB\xFF\xBF"},
-        {"Zm 9v", "recusado"},
-        {"-_-_", "recusado"},
-        {std::string_view("Zm9v\0", 5), "recusado"},
-        {"\xC3\xA9", "recusado"},
-    };
+    const std::pair<std::string_view, std::string_view> casos[] = {{"QQ", "A"},
+                                                                   {"Q", ""},
+                                                                   {"Zm9v=!", "foo"},
+                                                                   {"+/+/", "\xFB\xFF\xBF"},
+                                                                   {"Zm 9v", "recusado"},
+                                                                   {"-_-_", "recusado"},
+                                                                   {std::string_view("Zm9v\0", 5), "recusado"},
+                                                                   {"\xC3\xA9", "recusado"}};
     for (const auto& [texto, esperado] : casos) {
         std::vector<std::uint8_t> bytes{'x', 'y'};
         const bool aceito = Base64Decode(texto, bytes);

@@ -115,8 +115,7 @@ TEST_F(Conferir, DizOQueOServidorFazDeErrado) {
          "diferente: UpdateList.txt (um cache respondeu com o que guarda há 600 s a um ?t= nunca visto)"},
         {"UpdateList.txt",
          [&](const Pedido&, Resposta& r) { r = {.corpo = Assinada(++pedidosDaLista > 2 ? ";versao\t2\n" : "")}; },
-         "diferente: UpdateList.txt (mudou durante a conferência, ou nem sempre vem a mesma)"},
-    };
+         "diferente: UpdateList.txt (mudou durante a conferência, ou nem sempre vem a mesma)"}};
     for (const auto& [caminho, mentira, linha] : casos) {
         publicacao_.Servir(servidor_);
         servidor_.Mentir(caminho, mentira);

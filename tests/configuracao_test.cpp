@@ -42,8 +42,7 @@ TEST(Selo, RecusaNaOrdemENadaSai) {
         {Com(0, 'L', outro), kAdulterado},
         {Com(0, 'l'), "não é um Launcher.emu válido"},
         {Com(6, 1), "não é um Launcher.emu válido"},
-        {Com(4, 2), "versão 2 do arquivo, o launcher lê a 1: gere de novo com o Forjal desta versão"},
-    };
+        {Com(4, 2), "versão 2 do arquivo, o launcher lê a 1: gere de novo com o Forjal desta versão"}};
     for (const auto& [arquivo, recusa] : casos)
         EXPECT_EQ(Recusa(arquivo).substr(0, recusa.size()), recusa);
     for (std::size_t i = 0; i < bom.size(); ++i) {

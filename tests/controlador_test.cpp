@@ -98,8 +98,7 @@ TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
         {"driver", "vazio", "", L""},
         // Not the program or the link of the folder's name that may lie beside it.
         {"pasta", "vazio", "", jogo.native() + L"\\\n"},
-        {"log", "vazio", "", (jogo / L"ZuLauncher.log").native() + L"\n"},
-    };
+        {"log", "vazio", "", (jogo / L"ZuLauncher.log").native() + L"\n"}};
     for (const auto& [palavra, relatorio, registro, alvo] : casos) {
         DefinirConfig({.pastaJogo = jogo, .urlSite = "https://site/", .urlRegistro = registro});
         pasta.Escrever("jogo_falso.txt", std::string("relatorio=") + relatorio);

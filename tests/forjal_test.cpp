@@ -132,8 +132,7 @@ TEST_F(Forjal, UsoErradoDizAOpcaoENaoGravaNada) {
         {publicar({"--saida=@\\curta.chave"}), "--saida"},
         {publicar({"--chave=@\\curta.chave"}), "1755"},
         {publicar({"--chave=@\\lixo.chave"}), "--chave"},
-        {publicar({"--chave=@\\cliente\\lista.chave"}), "--chave"},
-    };
+        {publicar({"--chave=@\\cliente\\lista.chave"}), "--chave"}};
     for (const auto& [argumentos, parte] : casos)
         Recusa(argumentos, parte, kUsoErrado);
     EXPECT_EQ(Rodar({"selar", "--ajuda"}), kFeito);

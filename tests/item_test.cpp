@@ -87,8 +87,7 @@ TEST_F(Item, DeQualquerComecoChegaAoConteudoOuSeApaga) {
         {"wrong bytes", errado, servir, "o arquivo baixado não confere", conteudo.size() - kMeio},
         {"too much", conteudo + "?", servir, "baixado", conteudo.size()},
         {"all of it", conteudo, servir, "baixado", 0},
-        {"wrong bytes to the end", std::string(conteudo.size(), '?'), servir, "o arquivo baixado não confere", 0},
-    };
+        {"wrong bytes to the end", std::string(conteudo.size(), '?'), servir, "o arquivo baixado não confere", 0}};
     for (const auto& [nome, presente, roteiro, fim, bytes] : casos) {
         SCOPED_TRACE(nome);
         pasta_.Escrever("f.upd", presente);
@@ -128,8 +127,7 @@ TEST_F(Item, PartesEmOrdemJuntasERetomadas) {
         {"between two parts", {300'000, 0, kFalta}, 600'001},
         {"while joining", {300'000, 300'000, 300'000}, 3},
         {"of an older version", {800'000, 200'000, 5}, 699'996},
-        {"joined", {300'000, kFalta, kFalta}, 0},
-    };
+        {"joined", {300'000, kFalta, kFalta}, 0}};
     for (const auto& [nome, presentes, bytes] : casos) {
         SCOPED_TRACE(nome);
         if (bytes != 0) std::filesystem::remove(pasta_ / "f.upd");
@@ -183,8 +181,7 @@ TEST_F(Item, RespostasQueNaoServem) {
         {{.corpo = "1234", .fim = Fim::kFechar}, 5, "download incompleto (4 de 5 bytes)", "1234"},
         {{.status = 404}, 5, HttpEm(404, "f"), "1234"},
         {{.status = 416}, 5, HttpEm(416, "f"), "(nada)"},
-        {{.corpo = "123"}, 2, "o servidor mandou mais dados que o esperado", "(nada)"},
-    };
+        {{.corpo = "123"}, 2, "o servidor mandou mais dados que o esperado", "(nada)"}};
     for (const auto& [resposta, esperado, fim, fica] : casos) {
         servidor_.Definir("f", resposta);
         EXPECT_EQ(Transferir(esperado), fim);

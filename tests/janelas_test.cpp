@@ -196,8 +196,7 @@ TEST_F(Janelas, RequisitosEDiagnosticoDeCadaRelatorio) {
         {"copiar", "\nPlaca de vídeo | não informado\nDirectX 12 | Não roda neste PC\nVulkan 1.3 | Roda neste PC\n",
          "\nO relatório do jogo não traz itens.",
          "24,42=269440 24,82=828282 24,86=E8E8E8 24,90=DEDEDE 24,122=C2241A 24,142=269440 24,236=606060 24,251=E2E2E2"},
-        {"nenhum", "", "\n(Copiar relatório) | Fechar"},
-    };
+        {"nenhum", "", "\n(Copiar relatório) | Fechar"}};
     pasta_.Escrever("jogo_falso.json", R"({"d3d12": false})");
     EXPECT_EQ(AbrirRequisitos(), nullptr);
     const RECT area = AreaDeTrabalho();
@@ -245,8 +244,7 @@ TEST_F(Janelas, TabelaMaiorQueATelaRola) {
         {&inicio, [&] { tecla(VK_DOWN), roda(-120), roda(59), roda(61), tecla(VK_UP); }},
         {&fim, [&] { mouse(WM_LBUTTONDOWN, 90), mouse(WM_MOUSEMOVE, altura), mouse(WM_LBUTTONUP, altura); }},
         {&fim, [&] { mouse(WM_MOUSEMOVE, 90); }},
-        {&inicio, [&] { mouse(WM_LBUTTONDOWN, 78), mouse(WM_LBUTTONUP, 78); }},
-    };
+        {&inicio, [&] { mouse(WM_LBUTTONDOWN, 78), mouse(WM_LBUTTONUP, 78); }}};
     for (int caminho = 0; const auto& [esperada, ir] : caminhos) {
         SCOPED_TRACE(caminho++);
         ir();

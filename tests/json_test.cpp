@@ -55,8 +55,7 @@ TEST(Json, DocumentosInteirosEOQueFicaDosRecusados) {
         {R"({"a": [1, 2, x], "b": 1})", "{}"},
         {R"([1, {"a": 2}, {"b": 3])", R"([1,{"a":2}])"},
         {"true x", "true"},
-        {"", "null"},
-    };
+        {"", "null"}};
     ValorJson valor = Lido(R"({"a": [true, "x"]})");
     for (const auto& [documento, arvore] : casos) {
         std::string erro;
@@ -91,8 +90,7 @@ TEST(Json, RecusadosNoLugarDaFalta) {
         {"1: número inteiro grande demais", {"-", "- 1"}},
         {"3: número inteiro grande demais", {"--1", "-+1"}},
         {"19: número inteiro grande demais", {"9223372036854775808"}},
-        {"20: número inteiro grande demais", {"-9223372036854775809"}},
-    };
+        {"20: número inteiro grande demais", {"-9223372036854775809"}}};
     for (const auto& [resultado, documentos] : casos) {
         for (const std::string_view documento : documentos)
             EXPECT_EQ(Resultado(documento), resultado) << documento;
@@ -125,8 +123,7 @@ TEST(Json, NumerosPelosDoisCampos) {
         {noves + "e-1", kInfinito, INT64_MIN},
         {zeros + "1e10", 0, 0},
         {zeros + "1e+900", kInfinito, INT64_MIN},
-        {"1e400.5e-900", kInfinito, INT64_MIN},
-    };
+        {"1e400.5e-900", kInfinito, INT64_MIN}};
     for (const char* localidade : {"Portuguese_Brazil", "pt_BR.UTF-8"})
         std::setlocale(LC_NUMERIC, localidade);
     for (const auto& [documento, numero, inteiro] : casos) {
@@ -153,8 +150,7 @@ TEST(Json, TextosComEscapes) {
         {R"("\uD800\n\uD800")", "\xED\xA0\x80\n\xED\xA0\x80"},
         {R"("\uD800\u0000")", "\xE2\x90\x80"},
         {"\"\xFF\xC0\x80\x7F\"", "\xFF\xC0\x80\x7F"},
-        {R"("0123456789ABCDEF\n0123456789ABCDEF")", "0123456789ABCDEF\n0123456789ABCDEF"},
-    };
+        {R"("0123456789ABCDEF\n0123456789ABCDEF")", "0123456789ABCDEF\n0123456789ABCDEF"}};
     for (const auto& [documento, texto] : casos)
         EXPECT_EQ(Lido(documento).texto, texto) << documento;
 }
@@ -167,8 +163,7 @@ TEST(Json, ProfundidadeTemLimite) {
     const std::pair<std::string, std::string_view> casos[] = {
         {aninhado(65, "[", "", "]"), "ok"},         {aninhado(66, "[", "", "]"), "65: aninhamento demais"},
         {aninhado(64, "{\"a\":", "{}", "}"), "ok"}, {aninhado(65, "{\"a\":", "1", "}"), "325: aninhamento demais"},
-        {Formatar("[{},{}]", cheia, cheia), "ok"},  {Repetir(100000, "[{\"\":"), "161: aninhamento demais"},
-    };
+        {Formatar("[{},{}]", cheia, cheia), "ok"},  {Repetir(100000, "[{\"\":"), "161: aninhamento demais"}};
     for (const auto& [documento, resultado] : casos)
         EXPECT_EQ(Resultado(documento), resultado) << documento.substr(0, 80) << " (" << documento.size() << ")";
 }

@@ -71,8 +71,7 @@ TEST(Lista, RecusaNaPrimeiraLinhaComFalta) {
         {"a\t1\t1\t" + kSha.substr(1), "linha 1: SHA-256 inválido"},
         {"a\t1\t1\ta" + kSha, "linha 1: SHA-256 inválido"},
         {"a\t1\t1\t\t1000", "linha 1: número de partes inválido"},
-        {"a\t1\t1\t\tdez", "linha 1: número de partes inválido"},
-    };
+        {"a\t1\t1\t\tdez", "linha 1: número de partes inválido"}};
     for (const auto& [texto, erro] : casos)
         EXPECT_EQ(Lida(texto), erro) << texto;
 }

@@ -305,8 +305,7 @@ TEST_F(Forjal, ExclusoesPorNomePorCaminhoEDeSempre) {
         {{"--sem-exclusoes", "--excluir=*.BAK"}, {"Data/b.bak", "a.bak"}},
         {{"--sem-exclusoes", "--excluir=data\\*.bak"}, {"Data/b.bak"}},
         {{"--sem-exclusoes", "--excluir=FONTES/", "--excluir=.git"}, {".git/", "Fontes/"}},
-        {{"--sem-exclusoes", "--excluir=?.txt", "--excluir=b.bak/"}, {"Fontes/á.txt"}},
-    };
+        {{"--sem-exclusoes", "--excluir=?.txt", "--excluir=b.bak/"}, {"Fontes/á.txt"}}};
     for (const auto& [opcoes, fora] : casos) {
         std::string linhas;
         for (const std::string& nome : fora)
@@ -366,8 +365,7 @@ TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
         {[&] { pasta_.Adulterar("saida/g.blocos", "dano"); }, 1},
         {[&] { mudarIndice(4); }, 1},
         {[] {}, 2},
-        {[&] { Apagar("saida/Forjal.publicados"); }, 0},
-    };
+        {[&] { Apagar("saida/Forjal.publicados"); }, 0}};
     int seq = 2;
     for (const auto& [estragar, naoLidos] : motivos) {
         estragar();
@@ -414,8 +412,7 @@ TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
         {{"1.pak", "1.pak.blocos/dentro"}, "arquivo e pasta"},
         {{"0.pak", "0.pak.blocos"}, ""},
         {{"999.pak"}, ""},
-        {{"1000.pak"}, "1000.pak: daria 1000 partes, o limite é 999"},
-    };
+        {{"1000.pak"}, "1000.pak: daria 1000 partes, o limite é 999"}};
     for (const auto& [caminhos, recusa] : casos) {
         std::vector<ArquivoDoCliente> arquivos;
         for (const std::string& caminho : caminhos)

@@ -52,8 +52,7 @@ TEST_F(Requisitos, UmaLinhaNoLogENadaFicaParaTras) {
         {"relatorio=copiar", "Requisitos: DirectX 12 sim | Vulkan não |  | t"},
         {"relatorio=nenhum", semDiagnostico},
         {"relatorio=metade", semDiagnostico},
-        {"relatorio=travar", semDiagnostico},
-    };
+        {"relatorio=travar", semDiagnostico}};
     pasta_.Escrever("jogo_falso.json", R"({"vulkan":0,"titulo":"t"})");
     for (const auto& [ajustes, linha] : casos) {
         SCOPED_TRACE(ajustes);
@@ -97,8 +96,7 @@ TEST_F(Requisitos, OMaisNovoSempreVence) {
         // The older one answers first, and must not take the newer one's place.
         {"relatorio=so_d3d12\ndemora=300", 30s, "relatorio=so_vulkan\ndemora=800"},
         // The older one ends while the newer one's report lies written, and must not delete it.
-        {"relatorio=travar", 700ms, "relatorio=so_vulkan\nfica=1500"},
-    };
+        {"relatorio=travar", 700ms, "relatorio=so_vulkan\nfica=1500"}};
     for (const auto& [velho, limiteDoVelho, novo] : casos) {
         SCOPED_TRACE(novo);
         std::filesystem::remove(pasta_ / "jogo_falso.log");

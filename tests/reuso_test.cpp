@@ -178,8 +178,7 @@ TEST_F(Reuso, IndiceHostil) {
         {"missing", bom, Resposta{.status = 404}},
         {"too long", bom, Resposta{.corpo = bom + "x"}},
         {"another one", bom, Resposta{.corpo = Bytes(bom.size())}},
-        {"dropped", bom, Resposta{.corpo = "ZUBL", .fim = Fim::kDerrubar}},
-    };
+        {"dropped", bom, Resposta{.corpo = "ZUBL", .fim = Fim::kDerrubar}}};
     for (const auto& [nome, indice, resposta] : casos) {
         SCOPED_TRACE(nome);
         lista_.blocos[0] = Listar(kArquivo, indice);
@@ -206,8 +205,7 @@ TEST_F(Reuso, FaixaHostil) {
         {"short to the end", [](Resposta& r) { r.corpo.pop_back(), r.fim = Fim::kFechar; }, 1},
         {"long to the end", [](Resposta& r) { r.corpo += "x", r.fim = Fim::kFechar; }, 1},
         {"dropped", [](Resposta& r) { r.anunciado = r.corpo.size(), r.corpo.clear(), r.fim = Fim::kDerrubar; }, 1},
-        {"other bytes", [](Resposta& r) { r.corpo = Bytes(r.corpo.size(), 99); }, 2},
-    };
+        {"other bytes", [](Resposta& r) { r.corpo = Bytes(r.corpo.size(), 99); }, 2}};
     for (const auto& [nome, estragar, maximo] : casos) {
         SCOPED_TRACE(nome);
         Publicar();

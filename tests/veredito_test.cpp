@@ -42,8 +42,7 @@ TEST(Relatorio, TabelaEConselhosLinhaPorLinha) {
         {"O que fazer:x\n- a\no que fazer:\n- b", ""},
         // Advice and table do not end one another.
         {"Item | a\nO que fazer:\n- dentro\n[OK] a | b | c | d\n\n- fora", "0 a<b<c<d\n- fora\n"},
-        {"O que fazer:\n- um\nItem | a\n- dentro\n\n- dois", "- um\n- dois\n"},
-    };
+        {"O que fazer:\n- um\nItem | a\n- dentro\n\n- dois", "- um\n- dois\n"}};
     for (const auto& [texto, esperado] : casos)
         EXPECT_EQ(ItensEConselhos(Analisar(texto)), esperado) << texto;
 }
@@ -76,8 +75,7 @@ TEST(Relatorio, FornecedorEAcao) {
         {"Placa sem driver\nVEN 10DE" + semDriver, kNvidia},
         // no driver helps a card that is too weak
         {"VEN 10DE" + vulkan + "[OK] Placa de vídeo | a | b | Abaixo do mínimo\n[OK] Placa de vídeo | a | b | c", ""},
-        {"VEN 10DE" + vulkan + "[X] Memória | a | b | Abaixo do mínimo", kNvidia},
-    };
+        {"VEN 10DE" + vulkan + "[X] Memória | a | b | Abaixo do mínimo", kNvidia}};
     for (const auto& [texto, endereco] : casos) {
         const ResultadoRequisitos r = Analisar(texto);
         EXPECT_EQ(r.acaoEndereco, endereco) << texto;
@@ -106,8 +104,7 @@ TEST(Veredito, UmRamoPorVez) {
         {"falhas", false, true, EstadoItem::kAviso, L"", 1, L"Seu computador atende aos requisitos", L"Há itens em am"},
         {"ok", true, false, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 neste computador."},
         {"", false, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com Vulkan neste computador."},
-        {"aviso ", true, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 e com Vulkan neste"},
-    };
+        {"aviso ", true, true, EstadoItem::kOk, L"t", 0, L"t", L"O jogo roda com DirectX 12 e com Vulkan neste"}};
     for (const auto& [geral, d3d12, vulkan, item, nosso, nivel, titulo, inicio] : casos) {
         ResultadoRequisitos r{{.relatorioLido = true, .d3d12 = d3d12, .vulkan = vulkan}};
         r.geral = geral;

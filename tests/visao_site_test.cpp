@@ -178,8 +178,7 @@ TEST_F(VisaoDoSite, FalhaEmCadaEtapa) {
         {"AddScriptToExecuteOnDocumentCreated", E_FAIL, "o site não abriu (0x80004005)"},
         {"add_NewWindowRequested", E_FAIL, "o site não abriu (0x80004005)"},
         {"script", E_OUTOFMEMORY, "o site não abriu (0x8007000E)"},
-        {"Navigate", E_INVALIDARG, "o site não abriu (0x80070057)"},
-    };
+        {"Navigate", E_INVALIDARG, "o site não abriu (0x80070057)"}};
     for (const auto& [etapa, falha, linha] : casos) {
         Nova({.falharEm = etapa, .falha = falha});
         const bool jaPresente = std::string_view(etapa) == "script" || std::string_view(etapa) == "Navigate";
@@ -235,14 +234,12 @@ TEST_F(VisaoDoSite, OQueSaiParaONavegador) {
     const struct {
         EventoDoRuntime evento;
         bool cancela, daRede;
-    } casos[] = {
-        {{L"http://site.example/", true}, false, true},              // the launcher's own
-        {{L"http://site.example/inicio", true, true}, false, true},  // redirected
-        {{L"http://site.example/sozinha", false, false}, false, true},
-        {{L"https://loja.example/?a=1&b=\"2\"", true, false}, true, true},
-        {{L"\\\\servidor\\http://", true, false}, true, false},
-        {{L"httpx://site.example/", true, false}, true, false},
-    };
+    } casos[] = {{{L"http://site.example/", true}, false, true},              // the launcher's own
+                 {{L"http://site.example/inicio", true, true}, false, true},  // redirected
+                 {{L"http://site.example/sozinha", false, false}, false, true},
+                 {{L"https://loja.example/?a=1&b=\"2\"", true, false}, true, true},
+                 {{L"\\\\servidor\\http://", true, false}, true, false},
+                 {{L"httpx://site.example/", true, false}, true, false}};
     Nova();
     for (const auto& [evento, cancela, daRede] : casos) {
         const std::string uri = ParaUtf8(evento.uri);
