@@ -16,7 +16,7 @@ class TextoSha256 {
     TextoSha256() = default;
     // ASCII letters in lower case, every other character as it is. A text of any other length than 64 counts as none.
     template <std::convertible_to<std::string_view> Texto>
-    TextoSha256(const Texto& texto) {
+    TextoSha256(const Texto& texto) {  // NOLINT(google-explicit-constructor): a text like any other
         const std::string_view letras = texto;
         if (letras.size() != kTamanho) return;
         quantas_ = kTamanho;
@@ -24,7 +24,7 @@ class TextoSha256 {
                                [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
     }
 
-    operator std::string_view() const { return {letras_.data(), quantas_}; }
+    operator std::string_view() const { return {letras_.data(), quantas_}; }  // NOLINT(google-explicit-constructor)
     [[nodiscard]] bool empty() const { return quantas_ == 0; }
     template <std::convertible_to<std::string_view> Texto>
     bool operator==(const Texto& outro) const {
