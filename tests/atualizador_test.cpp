@@ -332,7 +332,10 @@ TEST_F(Atualizacao, CancelamentoEmCadaFaseERetomada) {
     publicacao_.Servir(servidor_);
     pasta_.Escrever("a", "pequeno");
     pasta_.Escrever("b", grande);
-    EXPECT_EQ(cancelarQuando([&] { return atualizador_.Estado().bytesFeitos > 7; }), "Cancelado.");
+    const auto lendo = [&] {
+        return atualizador_.Estado().arquivosFeitos == 1 && atualizador_.Estado().bytesFeitos > 7;
+    };
+    EXPECT_EQ(cancelarQuando(lendo), "Cancelado.");
     EXPECT_THAT(LerCache(), ElementsAre(Pair("a", Field(&EntradaCache::tamanho, 7U))));
 
     // in the middle of a file, on a line so slow that a read which waits for a whole block would keep nothing
