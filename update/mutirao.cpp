@@ -67,13 +67,15 @@ void Mutirao::Trabalhar() {
 std::optional<std::size_t> Mutirao::Proxima() {
     if (abrindo_ + abertas_.size() >= kMaximo) return {};
     for (Fila& fila : filas_) {
-        const std::size_t limite = fila.pequenas.empty() ? nucleos_ : nucleos_ / 2;
+        // A small one that is open already must not wait for the end of large ones on every core.
+        const bool soGrandes = fila.pequenas.empty() && pequenasEmObra_ == 0;
+        const std::size_t limite = soGrandes ? nucleos_ : nucleos_ / 2;
         const bool grande = !fila.grandes.empty() && grandesEmObra_ < limite;
         std::deque<std::size_t>& de = grande ? fila.grandes : fila.pequenas;
         if (!de.empty()) {
             const std::size_t tarefa = de.front();
             de.pop_front();
-            grandesEmObra_ += grande ? 1 : 0;
+            ++(grande ? grandesEmObra_ : pequenasEmObra_);
             if (--porComecar_ == 0) vaga_.notify_all();
             return tarefa;
         }
@@ -124,6 +126,8 @@ void Mutirao::Terminar(std::size_t tarefa, std::exception_ptr falha) {
     if (Grande(tarefa)) {
         --grandesEmObra_;
         vaga_.notify_one();
+    } else if (--pequenasEmObra_ == 0) {
+        vaga_.notify_all();
     }
     if (falha && tarefa < tarefaDaFalha_) {
         tarefaDaFalha_ = tarefa;

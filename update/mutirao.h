@@ -19,7 +19,7 @@ namespace zu::launcher {
 
 // Does every task once, each in two steps: it is opened, and what that returned is called to read it. No more are read
 // at once than there are cores, and eight at most; as many wait open, or are being opened. Large ones, the largest
-// first, have half of the cores while there are small ones, which come in order.
+// first, have half of the cores while small ones are not done, which come in order.
 class Mutirao {
  public:
     struct Tarefa {
@@ -69,7 +69,8 @@ class Mutirao {
     std::mutex trava_;  // of all that follows
     std::array<Fila, 2> filas_;
     std::size_t porComecar_;
-    std::size_t grandesEmObra_ = 0;
+    std::size_t grandesEmObra_ = 0;  // begun, and not done
+    std::size_t pequenasEmObra_ = 0;
     std::size_t abrindo_ = 0;
     std::size_t lendo_ = 0;
     std::vector<Aberta> abertas_;
