@@ -1,6 +1,6 @@
 #include "update/acabamento.h"
 
-#include <system_error>
+#include <exception>
 #include <utility>
 
 namespace zu::launcher {
@@ -30,8 +30,8 @@ void Acabamento::Entregar(Trabalho trabalho) {
     if (fila_.size() <= threads_.size() || threads_.size() == kMaximoDeThreads) return;
     try {
         threads_.emplace_back([this] { Trabalhar(); });
-    } catch (const std::system_error&) {
-        // Those that there are do it, or this one.
+    } catch (const std::exception&) {
+        // No memory or no thread: those that there are do it, or this one.
         if (threads_.empty()) FazerUm(guarda);
     }
 }
