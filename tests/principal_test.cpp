@@ -170,7 +170,7 @@ TEST_F(Principal, BarrasEBotoesEmCadaFaseAteOJogoAbrir) {
     EXPECT_THAT(Tarefas::ditos, testing::AllOf(HasSubstr("estado 2 75/100 "), testing::EndsWith("estado 0 ")));
     // The player puts the interface back that does not run here; playing changes it again. Enter plays, whichever
     // control it goes to.
-    EXPECT_TRUE(Esperar(10s, [] { return LerOpcoesJogo().api == "vulkan"; }));
+    EXPECT_TRUE(Esperar(10s, [&] { return Logou("Opções gravadas em Config"); }));
     GravarOpcoesJogo({.musicLevel = 3});
     for (const int tecla : {VK_RETURN, VK_ESCAPE})
         Teclar(ui.Janela(), tecla, true);
