@@ -135,23 +135,6 @@ void AoAcaoPadrao(HWND controle, EstadoControle& estado, WPARAM parte) {
         EscolherNaLista(controle, estado, static_cast<std::int32_t>(parte - 1));
 }
 
-void AvancarAnimacao(HWND controle, EstadoControle& estado) {
-    const float alvo = estado.hover ? 1.0F : 0.0F;
-    if (estado.hover_level < alvo) estado.hover_level = std::min(estado.hover_level + kSubida, alvo);
-    if (estado.hover_level > alvo) estado.hover_level = std::max(estado.hover_level - kDescida, alvo);
-    if (estado.flash >= 0) estado.flash += kPassoDoClarao;
-    if (estado.flash > 1) estado.flash = -1;
-    const bool move = estado.hover_level != alvo || estado.flash >= 0;
-    if (estado.kind == TipoControle::BotaoPrincipal) {
-        estado.phase += kPassoDaFase;
-        if (estado.phase > kVolta) estado.phase -= kVolta;
-        SetTimer(controle, kAnimacao, move ? kPassoRapido : kPassoLento, nullptr);
-    } else if (!move) {
-        KillTimer(controle, kAnimacao);
-    }
-    Repintar(controle);
-}
-
 // `pintar` gets the control's area and how it looks.
 template <class Pintar>
 void ComAparencia(HWND controle, const EstadoControle& estado, const Pintar& pintar) {
@@ -167,16 +150,38 @@ void Pintar(HWND controle, const EstadoControle& estado, HDC dc) {
                  [&](const RECT& r, const AparenciaControle& a) { PintarControle(dc, r, a, FontesDaInterface()); });
 }
 
+void MostrarFace(HWND controle, EstadoControle& estado, HDC dc) {
+    if (!estado.face) estado.face = std::make_shared<FaceGuardada>();
+    ComAparencia(controle, estado, [&](const RECT& r, const AparenciaControle& a) {
+        estado.face->Mostrar(dc, r, a, FontesDaInterface());
+    });
+}
+
 void AoPintar(HWND controle, EstadoControle& estado) {
     if (estado.kind == TipoControle::DoDono) {
         PintarJanela(controle, [&](HDC dc) { Pintar(controle, estado, dc); });
         return;
     }
-    if (!estado.face) estado.face = std::make_shared<FaceGuardada>();
-    const Pintura pintura(controle);
-    ComAparencia(controle, estado, [&](const RECT& r, const AparenciaControle& a) {
-        estado.face->Mostrar(pintura.Dc(), r, a, FontesDaInterface());
-    });
+    MostrarFace(controle, estado, Pintura(controle).Dc());
+}
+
+void AvancarAnimacao(HWND controle, EstadoControle& estado) {
+    const float alvo = estado.hover ? 1.0F : 0.0F;
+    if (estado.hover_level < alvo) estado.hover_level = std::min(estado.hover_level + kSubida, alvo);
+    if (estado.hover_level > alvo) estado.hover_level = std::max(estado.hover_level - kDescida, alvo);
+    if (estado.flash >= 0) estado.flash += kPassoDoClarao;
+    if (estado.flash > 1) estado.flash = -1;
+    const bool move = estado.hover_level != alvo || estado.flash >= 0;
+    if (estado.kind == TipoControle::BotaoPrincipal) {
+        estado.phase += kPassoDaFase;
+        if (estado.phase > kVolta) estado.phase -= kVolta;
+        SetTimer(controle, kAnimacao, move ? kPassoRapido : kPassoLento, nullptr);
+    } else if (!move) {
+        KillTimer(controle, kAnimacao);
+    }
+    // Asked for and answered by WM_PAINT, a step would cost the system twice as much.
+    const TelaDaJanela tela(controle);
+    if (tela.SeVe()) MostrarFace(controle, estado, tela.Dc());
 }
 
 // The record comes with the window's creation, in a `unique_ptr` that is emptied once the window owns it.

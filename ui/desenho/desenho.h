@@ -182,6 +182,26 @@ class Pintura {
     PAINTSTRUCT pedido_{};
 };
 
+// A window's client area, to be drawn on outside of WM_PAINT.
+class TelaDaJanela {
+ public:
+    explicit TelaDaJanela(HWND janela) : janela_(janela), dc_(GetDC(janela)) {}
+    TelaDaJanela(const TelaDaJanela&) = delete;
+    TelaDaJanela& operator=(const TelaDaJanela&) = delete;
+    ~TelaDaJanela() { ReleaseDC(janela_, dc_); }
+
+    [[nodiscard]] HDC Dc() const { return dc_; }
+    // Whether any of it is on the screen.
+    [[nodiscard]] bool SeVe() const {
+        RECT r{};
+        return GetClipBox(dc_, &r) > NULLREGION;
+    }
+
+ private:
+    HWND janela_;
+    HDC dc_;
+};
+
 // WM_PAINT: `pintor(HDC)` paints the client area into memory; what needs painting reaches the window in one copy.
 class PinturaDupla {
  public:
