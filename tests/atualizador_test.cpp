@@ -109,7 +109,7 @@ TEST(PainelDaAtualizacao, NadaPassaDoTotalNemFicaDoQueVeioAntes) {
     for (const auto& [passo, medidas] : casos) {
         Andamento andamento;
         andamento.Comecar(StatusUpdate::kBaixando, "", 2, 100);
-        andamento.SomarArquivo();
+        andamento.SomarArquivos(1);
         andamento.DefinirBytes(150);
         andamento.DefinirVelocidade(9);
         andamento.Anotar({"a", "faltando"});

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <deque>
 #include <set>
 
 #include "core/formato.h"
@@ -28,7 +29,7 @@ class Item : public Test {
     update::ItemLista Publicar(const std::string& caminho, const std::string& conteudo, std::uint32_t partes = 0) {
         const Publicacao publicacao{.arquivos = {{caminho, conteudo}}, .partes = {{caminho, partes}}};
         publicacao.Servir(servidor_);
-        return publicacao.Lista().itens.front();
+        return listas_.emplace_back(publicacao.Lista()).itens.front();
     }
     // Into "f.upd"; why it failed, if it did.
     std::string Baixar(const update::ItemLista& item) {
@@ -55,6 +56,7 @@ class Item : public Test {
     PastaTemporaria pasta_;
     Servidor servidor_;
     Atualizador atualizador_;
+    std::deque<update::UpdateList> listas_;  // the texts of what was published
     std::atomic<std::uint64_t> bytes_ = 0;
     std::set<std::filesystem::path> noDisco_;  // the names of the files that have been flushed
     const std::function<DWORD(const Chamada&)> porta_ = [this](const Chamada& chamada) -> DWORD {
@@ -109,7 +111,8 @@ TEST_F(Item, PequenoVazioEErradoDoTamanhoCerto) {
     EXPECT_FALSE(pasta_.Tem("f.upd"));
     servidor_.Definir("f", Servir("certo"));
     EXPECT_EQ(Baixar(item), "baixado");
-    item.sha256 = std::string(64, '!');
+    const std::string errado(64, '!');
+    item.sha256 = errado;
     EXPECT_EQ(Baixar(item), "o arquivo baixado não confere (CRC32/SHA-256)");
     EXPECT_EQ(Baixar(Publicar("vazio", "")), "baixado");
     EXPECT_EQ(pasta_.Ler("f.upd"), "");

@@ -11,7 +11,7 @@ const std::string kSha(64, 'a');
 std::string Lida(std::string_view texto) {
     UpdateList lista{.seq = 99, .versao = "antes", .chaveAssets = "antes", .itens = {{}}, .remover = {"antes"}};
     std::string erro;
-    return LerLista(texto, lista, erro) ? EscreverLista(lista) : erro;
+    return LerLista(std::string(texto), lista, erro) ? EscreverLista(lista) : erro;
 }
 
 TEST(Lista, LeTudoOQueOFormatoPermiteEEscreveOMesmo) {

@@ -345,7 +345,7 @@ TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
     const std::vector<std::string> confiar{"--confiar-na-data", "--partes-mib=1"};
     Cliente({"a=antes", "g=" + teste::Bytes(kMiB + 1)});
     ASSERT_EQ(Publicar(1, confiar), kFeito) << saida_;
-    const TextoSha256 lidoDoA = Lista().itens[0].sha256;
+    const std::string lidoDoA(Lista().itens[0].sha256);
 
     // Changes a byte of the index, and signs for that.
     const auto mudarIndice = [this](std::size_t onde) {

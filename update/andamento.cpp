@@ -62,9 +62,9 @@ void Andamento::DefinirArquivo(std::string_view caminho) {
     estado_.arquivo = caminho;
 }
 
-void Andamento::SomarArquivo() {
+void Andamento::SomarArquivos(std::size_t quantos) {
     const std::lock_guard guarda(trava_);
-    ++estado_.arquivosFeitos;
+    estado_.arquivosFeitos += quantos;
 }
 
 void Andamento::DefinirBytes(std::uint64_t feitos) {

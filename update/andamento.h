@@ -1,6 +1,7 @@
 // What an update run shows of itself: the run's threads write it, the front end copies it out whole.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
@@ -38,7 +39,7 @@ class Andamento {
     // The same, and starts counting from 0 against new totals.
     void Comecar(StatusUpdate status, std::string_view texto, std::uint64_t arquivos, std::uint64_t bytes);
     void DefinirArquivo(std::string_view caminho);
-    void SomarArquivo();
+    void SomarArquivos(std::size_t quantos);
     void DefinirBytes(std::uint64_t feitos);  // never shown beyond the total
     // Bytes that need not come, or all the same must: done beside those of `DefinirBytes`, which count the network.
     void SomarReaproveitados(std::int64_t bytes);

@@ -152,7 +152,7 @@ bool Colocar(Aplicacao& a) {
 
 void Encerrar(Aplicacao& a, bool feito) {
     if (feito) {
-        a.contexto.atualizador.ObterAndamento().SomarArquivo();
+        a.contexto.atualizador.ObterAndamento().SomarArquivos(1);
     } else {
         AnotarFalha(a);
     }

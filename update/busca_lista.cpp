@@ -1,6 +1,7 @@
 #include "update/busca_lista.h"
 
 #include <span>
+#include <utility>
 
 #include "core/chaves.h"
 #include "core/config.h"
@@ -62,7 +63,7 @@ bool Vencida(const update::UpdateList& lista) {
     return lista.validade && std::chrono::system_clock::now() > *lista.validade;
 }
 
-bool Provar(const std::string& texto, ListaObtida& obtida, Fim& fim) {
+bool Provar(std::string texto, ListaObtida& obtida, Fim& fim) {
     const update::ListaSeparada separada = update::SepararAssinatura(texto);
     if (!Assinada(separada, obtida.digest)) {
         return Terminar(fim, StatusUpdate::kErro,
@@ -70,7 +71,8 @@ bool Provar(const std::string& texto, ListaObtida& obtida, Fim& fim) {
     }
     update::UpdateList& lista = obtida.lista;
     std::string erro;
-    if (!update::LerLista(separada.assinados, lista, erro)) {
+    texto.resize(separada.assinados.size());
+    if (!update::LerLista(std::move(texto), lista, erro)) {
         return Terminar(fim, StatusUpdate::kErro, Formatar("Lista de atualização inválida: {}", erro));
     }
     const std::int64_t instalado = LerSeqInstalado();
@@ -96,7 +98,7 @@ bool ObterLista(Atualizador& atualizador, ListaObtida& obtida) {
     andamento.Definir(StatusUpdate::kConectando, "Conectando ao servidor de atualização...");
     std::string texto;
     Fim fim;
-    if (!Buscar(atualizador, kTentativas, texto, fim) || !Provar(texto, obtida, fim)) {
+    if (!Buscar(atualizador, kTentativas, texto, fim) || !Provar(std::move(texto), obtida, fim)) {
         andamento.Definir(fim.status, fim.frase);
         return false;
     }
@@ -107,7 +109,7 @@ bool ObterLista(Atualizador& atualizador, ListaObtida& obtida) {
 bool ObterOutraLista(Atualizador& atualizador, const ListaObtida& emUso, ListaObtida& outra) {
     std::string texto;
     Fim fim;
-    if (!Buscar(atualizador, 1, texto, fim) || !Provar(texto, outra, fim)) {
+    if (!Buscar(atualizador, 1, texto, fim) || !Provar(std::move(texto), outra, fim)) {
         LogLinha("[update] lista pedida de novo: {}", fim.frase);
         return false;
     }

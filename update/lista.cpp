@@ -22,6 +22,7 @@ constexpr std::string_view kRemover = ";remover";
 constexpr std::string_view kBlocos = ";blocos";
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 constexpr std::uint32_t kMaximoDePartes = 999;
+constexpr std::size_t kLetrasDoSha256 = 64;
 
 std::string_view SemFim(std::string_view texto, std::string_view letras) {
     const std::size_t ultimo = texto.find_last_not_of(letras);
@@ -52,9 +53,12 @@ void LerSeq(std::string_view texto, std::int64_t& seq) {
 
 // What is not as it should be is ignored, as by a launcher that does not know the directive.
 void LerBlocos(const Campos& campos, UpdateList& lista) {
-    IndiceListado indice{.caminho = std::string(campos.valor[1]), .sha256 = campos.valor[3]};
-    if (CaminhoSeguro(indice.caminho) && LerNumeroInteiro(campos.valor[2], indice.tamanho) && !indice.sha256.empty())
+    IndiceListado indice{.caminho = std::string(campos.valor[1]),
+                         .sha256 = MinusculasAscii(std::string(campos.valor[3]))};
+    if (CaminhoSeguro(indice.caminho) && LerNumeroInteiro(campos.valor[2], indice.tamanho) &&
+        indice.sha256.size() == kLetrasDoSha256) {
         lista.blocos.push_back(std::move(indice));
+    }
 }
 
 bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
@@ -80,32 +84,41 @@ bool LerDiretiva(const Campos& campos, UpdateList& lista, std::string& falha) {
     return true;
 }
 
+// Every letter is looked at, without a way out in between: so the compiler looks at many at once.
+bool TemMaiuscula(std::span<const char, kLetrasDoSha256> letras) {
+    unsigned maiusculas = 0;
+    for (const char c : letras)
+        maiusculas |= static_cast<unsigned>(c >= 'A') & static_cast<unsigned>(c <= 'Z');
+    return maiusculas != 0;
+}
+
 bool LerArquivo(const Campos& campos, UpdateList& lista, std::string& falha) {
     if (campos.quantos < 3) {
         falha = "esperado caminho, CRC e tamanho separados por TAB";
         return false;
     }
     const auto& [caminho, crc, tamanho, sha256, partes] = campos.valor;
+    ItemLista& item = lista.itens.emplace_back();
+    item.caminho = caminho;
     if (!CaminhoSeguro(caminho)) {
         falha = Formatar("caminho inseguro ({})", caminho);
         return false;
     }
-    std::uint32_t valorDoCrc = 0;
-    std::uint64_t bytes = 0;
-    if (!LerNumeroInteiro(crc, valorDoCrc, 16) || !LerNumeroInteiro(tamanho, bytes)) {
+    if (!LerNumeroInteiro(crc, item.crc, 16) || !LerNumeroInteiro(tamanho, item.tamanho)) {
         falha = "CRC/tamanho inválido";
         return false;
     }
-    if (!sha256.empty() && sha256.size() != TextoSha256::kTamanho) {
+    if (sha256.size() == kLetrasDoSha256) {
+        const bool escrever = TemMaiuscula(std::span<const char, kLetrasDoSha256>(sha256));
+        item.sha256 = escrever ? lista.Guardar(MinusculasAscii(std::string(sha256))) : sha256;
+    } else if (!sha256.empty()) {
         falha = "SHA-256 inválido";
         return false;
     }
-    std::uint32_t quantas = 0;
-    if (!partes.empty() && (!LerNumeroInteiro(partes, quantas) || quantas > kMaximoDePartes)) {
+    if (!partes.empty() && (!LerNumeroInteiro(partes, item.partes) || item.partes > kMaximoDePartes)) {
         falha = "número de partes inválido";
         return false;
     }
-    lista.itens.push_back({std::string(caminho), sha256, bytes, valorDoCrc, quantas});
     return true;
 }
 
@@ -128,13 +141,19 @@ ListaSeparada SepararAssinatura(std::string_view texto) {
     return separada;
 }
 
-bool LerLista(std::string_view assinados, UpdateList& lista, std::string& erro) {
+std::string_view UpdateList::Guardar(std::string texto) {
+    if (!textos) textos = std::make_shared<std::deque<std::string>>();
+    return textos->emplace_back(std::move(texto));
+}
+
+bool LerLista(std::string assinados, UpdateList& lista, std::string& erro) {
     lista = {};
     constexpr std::size_t kLinhaComum = 96;  // bytes; it has a SHA-256
     lista.itens.reserve(assinados.size() / kLinhaComum + 1);
-    if (assinados.starts_with(kMarcaUtf8)) assinados.remove_prefix(kMarcaUtf8.size());
-    for (std::size_t numero = 1; !assinados.empty(); ++numero) {
-        const std::string_view linha = SemFim(TomarAte(assinados, '\n'), " \r");
+    std::string_view restam = lista.Guardar(std::move(assinados));
+    if (restam.starts_with(kMarcaUtf8)) restam.remove_prefix(kMarcaUtf8.size());
+    for (std::size_t numero = 1; !restam.empty(); ++numero) {
+        const std::string_view linha = SemFim(TomarAte(restam, '\n'), " \r");
         std::string falha;
         if (!LerLinha(linha, lista, falha)) {
             erro = Formatar("linha {}: {}", numero, falha);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 
@@ -40,27 +41,38 @@ std::uint64_t SomarTamanhos(const update::UpdateList& lista) {
     return soma;
 }
 
-// First a look at every file; then what the cache does not know is read by several threads, while the calling thread
-// goes through the items in order and says what has come out.
+// First a look at every file, by several threads; then what the cache does not know is read, by several again, while
+// the calling thread goes through the items in order and says what has come out.
 class Verificacao {
  public:
     Verificacao(Atualizador& atualizador, const update::UpdateList& lista, bool reparar)
         : atualizador_(atualizador), lista_(lista), reparar_(reparar), situacoes_(lista.itens.size()) {}
 
     void Olhar() {
+        const std::size_t fatias = (lista_.itens.size() + kFatia - 1) / kFatia;
+        std::vector<std::vector<ALer>> achados(fatias);
+        const std::vector<Mutirao::Tarefa> tarefas(fatias);
+        const auto olhar = [&](std::size_t fatia) {
+            OlharFatia(fatia * kFatia, achados[fatia]);
+            return Mutirao::Leitura();
+        };
+        // A few files do not pay for a thread.
+        std::optional<Mutirao> mutirao;
+        if (fatias == 1) {
+            olhar(0);
+        } else {
+            mutirao.emplace(tarefas, olhar);
+        }
         std::unordered_set<std::string> aLer;
-        for (std::size_t i = 0; i < lista_.itens.size() && !atualizador_.Cancelado(); ++i) {
-            const std::string normal = update::NormalizarCaminho(lista_.itens[i].caminho);
-            const std::string chave = MinusculasAscii(normal);
-            InfoArquivo info;
-            situacoes_[i] = OlharUm(lista_.itens[i], normal, chave, info);
-            if (situacoes_[i] != Situacao::kALer) {
-                Feito(lista_.itens[i].tamanho);
-            } else if (aLer.insert(chave).second) {
-                leituras_.push_back({i, info.modificado});
-                tarefas_.push_back({info.tamanho, info.tamanho != lista_.itens[i].tamanho});
-            } else {
-                situacoes_[i] = Situacao::kRepetido;
+        for (std::size_t fatia = 0; fatia < fatias; ++fatia) {
+            if (mutirao && !Esperar(*mutirao, fatia)) return;
+            for (ALer& um : achados[fatia]) {
+                if (!aLer.insert(std::move(um.chave)).second) {
+                    situacoes_[um.indice] = Situacao::kRepetido;
+                    continue;
+                }
+                leituras_.push_back({um.indice, um.info.modificado});
+                tarefas_.push_back({um.info.tamanho, um.info.tamanho != lista_.itens[um.indice].tamanho});
             }
         }
     }
@@ -70,7 +82,7 @@ class Verificacao {
         std::size_t tarefa = 0;
         for (std::size_t i = 0; i < lista_.itens.size(); ++i) {
             // Until then its situation is the reading thread's to write.
-            if (tarefa < leituras_.size() && leituras_[tarefa].indice == i) Esperar(mutirao, tarefa++);
+            if (tarefa < leituras_.size() && leituras_[tarefa].indice == i && !Esperar(mutirao, tarefa++)) return;
             if (atualizador_.Cancelado()) return;
             if (situacoes_[i] == Situacao::kRepetido) ConhecerRepetido(i);
             Relatar(i, indices);
@@ -78,18 +90,51 @@ class Verificacao {
     }
 
  private:
+    static constexpr std::size_t kFatia = 256;  // items that one thread looks at in a row
+
     struct Leitura {
         std::size_t indice = 0;
         std::uint64_t modificado = 0;  // when it was looked at
     };
+    struct ALer {
+        std::size_t indice = 0;
+        std::string chave;
+        InfoArquivo info;
+    };
+    // What a look needs; kept from one to the next for its memory.
+    struct Olho {
+        CaminhosNoCliente caminhos;
+        EntradaCache entrada;
+    };
 
-    Situacao OlharUm(const update::ItemLista& item, const std::string& normal, const std::string& chave,
-                     InfoArquivo& info) {
+    void OlharFatia(std::size_t primeiro, std::vector<ALer>& aLer) {
+        Olho olho;
+        std::uint64_t bytes = 0;
+        std::size_t prontos = 0;
+        const std::size_t fim = std::min(primeiro + kFatia, lista_.itens.size());
+        for (std::size_t i = primeiro; i < fim && !atualizador_.Cancelado(); ++i) {
+            const std::string normal = update::NormalizarCaminho(lista_.itens[i].caminho);
+            std::string chave = MinusculasAscii(normal);
+            InfoArquivo info;
+            situacoes_[i] = OlharUm(olho, lista_.itens[i], normal, chave, info);
+            if (situacoes_[i] == Situacao::kALer) {
+                aLer.push_back({i, std::move(chave), info});
+            } else {
+                bytes += lista_.itens[i].tamanho;
+                ++prontos;
+            }
+        }
+        SomarBytes(bytes);
+        atualizador_.ObterAndamento().SomarArquivos(prontos);
+    }
+
+    Situacao OlharUm(Olho& olho, const update::ItemLista& item, const std::string& normal, const std::string& chave,
+                     InfoArquivo& info) const {
         if (update::ChaveProtegida(chave)) return Situacao::kProtegido;
         // Each file by itself: of one with several names the listing of its folder may tell an older size and time.
-        if (!LerInfoArquivo(caminhos_.De(normal), info) || info.Pasta()) return Situacao::kFaltando;
-        if (reparar_ || !atualizador_.Cache().Achar(chave, info, entrada_)) return Situacao::kALer;
-        return Corresponde(entrada_, item) ? Situacao::kIgual : Situacao::kDiferente;
+        if (!LerInfoArquivo(olho.caminhos.De(normal), info) || info.Pasta()) return Situacao::kFaltando;
+        if (reparar_ || !atualizador_.Cache().Achar(chave, info, olho.entrada)) return Situacao::kALer;
+        return Corresponde(olho.entrada, item) ? Situacao::kIgual : Situacao::kDiferente;
     }
 
     Mutirao::Leitura Abrir(std::size_t tarefa) {
@@ -123,21 +168,26 @@ class Verificacao {
         Feito(restam);
     }
 
-    void Esperar(Mutirao& mutirao, std::size_t tarefa) {
+    // False when the run has been cancelled before the task was done.
+    bool Esperar(Mutirao& mutirao, std::size_t tarefa) {
         constexpr std::chrono::milliseconds kEntreGravacoes{100};
-        while (!mutirao.Esperar(tarefa, kEntreGravacoes) && !atualizador_.Cancelado())
+        while (!mutirao.Esperar(tarefa, kEntreGravacoes)) {
+            if (atualizador_.Cancelado()) return false;
             atualizador_.Cache().GravarDeVezEmQuando();
+        }
         atualizador_.Cache().GravarDeVezEmQuando();
+        return true;
     }
 
     // The earlier item of this path has been read: what came of it stands in the cache.
     void ConhecerRepetido(std::size_t indice) {
         const update::ItemLista& item = lista_.itens[indice];
         InfoArquivo info;
+        EntradaCache entrada;
         const std::string normal = update::NormalizarCaminho(item.caminho);
-        const bool igual = LerInfoArquivo(caminhos_.De(normal), info) &&
-                           atualizador_.Cache().Achar(MinusculasAscii(normal), info, entrada_) &&
-                           Corresponde(entrada_, item);
+        const bool igual = LerInfoArquivo(CaminhoNoCliente(normal), info) &&
+                           atualizador_.Cache().Achar(MinusculasAscii(normal), info, entrada) &&
+                           Corresponde(entrada, item);
         situacoes_[indice] = igual ? Situacao::kIgual : Situacao::kDiferente;
         Feito(item.tamanho);
     }
@@ -169,14 +219,12 @@ class Verificacao {
     // An item is settled, whatever came of it; `bytes`: those of it that do not count yet.
     void Feito(std::uint64_t bytes) {
         SomarBytes(bytes);
-        atualizador_.ObterAndamento().SomarArquivo();
+        atualizador_.ObterAndamento().SomarArquivos(1);
     }
 
     Atualizador& atualizador_;
     const update::UpdateList& lista_;
     bool reparar_;
-    CaminhosNoCliente caminhos_;
-    EntradaCache entrada_;  // the last that was found; kept for its memory
     std::vector<Situacao> situacoes_;
     std::vector<Leitura> leituras_;
     std::vector<Mutirao::Tarefa> tarefas_;

@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     for (const std::string_view assinados : {texto, separada.assinados}) {
         UpdateList lista;
         std::string erro;
-        const bool lida = LerLista(assinados, lista, erro);
+        const bool lida = LerLista(std::string(assinados), lista, erro);
         if (lida != erro.empty()) std::abort();
         for (const ItemLista& item : lista.itens)
             if (!CaminhoSeguro(item.caminho) || item.partes > 999) std::abort();

@@ -21,7 +21,7 @@
 #include <windows.h>
 
 #include <cstdlib>
-#include <fstream>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -68,13 +68,27 @@ void Dormir(std::string_view chave, const char* padrao) {
     Sleep(std::stoul(Opcao(kAjustes, chave, padrao)));
 }
 
-void Registrar(const std::string& linha) {
-    std::ofstream(PastaDoPrograma() / L"jogo_falso.log", std::ios::app | std::ios::binary) << linha + "\n";
+// One process at a time: a diagnosis and a game that write at once would write one over the other.
+void Registrar(std::string linha) {
+    const std::filesystem::path registro = PastaDoPrograma() / L"jogo_falso.log";
+    HandleArquivo arquivo;
+    while (!arquivo) {
+        arquivo = HandleArquivo(CreateFileW(registro.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                            nullptr, OPEN_ALWAYS, 0, nullptr));
+        if (!arquivo && GetLastError() != ERROR_SHARING_VIOLATION) return;
+        if (!arquivo) Sleep(1);
+    }
+    linha += '\n';
+    DWORD escritos = 0;
+    WriteFile(arquivo.Valor(), linha.data(), static_cast<DWORD>(linha.size()), &escritos, nullptr);
 }
 
+// Or until the test that would give it is gone with its folder.
 void EsperarSinal() {
-    while (!std::filesystem::exists(PastaDoPrograma() / L"siga"))
+    while (std::filesystem::exists(PastaDoPrograma() / L"jogo_falso.txt") &&
+           !std::filesystem::exists(PastaDoPrograma() / L"siga")) {
         Sleep(10);
+    }
 }
 
 int Diagnosticar(const std::string& destino) {

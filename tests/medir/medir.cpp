@@ -209,10 +209,9 @@ std::size_t ValidarCru(std::string_view texto) {
 }
 
 // lista ARQUIVO, json ARQUIVO: reading a document, beside a bare pass over it, and the memory that what was read takes
-template <class Lido>
-void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_view, Lido&, std::string&),
-                  std::size_t passar(std::string_view)) {
-    const std::string texto = Texto(arquivo);
+template <class Lido, class Ler>
+void MedirLeitura(const std::filesystem::path& arquivo, const Ler& ler, std::size_t passar(std::string_view)) {
+    std::string texto = Texto(arquivo);
     const auto nosso = [&] {
         Lido lido;
         std::string erro;
@@ -225,6 +224,12 @@ void MedirLeitura(const std::filesystem::path& arquivo, bool ler(std::string_vie
     nosso();
     Imprimir("texto", static_cast<double>(texto.size()));
     ImprimirContada();
+}
+
+bool LerEDevolver(std::string& texto, update::UpdateList& lista, std::string& erro) {
+    const bool lida = update::LerLista(std::move(texto), lista, erro);
+    texto = std::move(lista.textos->front());
+    return lida;
 }
 
 // Every file below, by the system's bare answers.
@@ -495,7 +500,7 @@ using Argumentos = std::vector<std::filesystem::path>;
 // With how many arguments each comes.
 const std::tuple<const char*, std::size_t, void (*)(const Argumentos&)> kComandos[] = {
     {"hash", 1, [](const Argumentos& a) { MedirHash(a[1]); }},
-    {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(a[1], update::LerLista, SepararCru); }},
+    {"lista", 1, [](const Argumentos& a) { MedirLeitura<update::UpdateList>(a[1], LerEDevolver, SepararCru); }},
     {"json", 1, [](const Argumentos& a) { MedirLeitura<ValorJson>(a[1], LerJson, ValidarCru); }},
     {"conferir", 2, [](const Argumentos& a) { MedirConferir(a[1], a[2].string()); }},
     {"reparo", 3, [](const Argumentos& a) { MedirReparo(a[1], a[2].string(), std::stoul(a[3].native())); }},

@@ -49,8 +49,8 @@ update::UpdateList Publicacao::Lista() const {
     update::UpdateList lista{.seq = seq, .versao = versao, .remover = remover};
     for (const auto& [caminho, conteudo] : arquivos) {
         const ResultadoHash hash = forjal::HashDoTexto(conteudo);
-        lista.itens.push_back({.caminho = caminho,
-                               .sha256 = ParaHex(hash.sha256),
+        lista.itens.push_back({.caminho = lista.Guardar(caminho),
+                               .sha256 = lista.Guardar(ParaHex(hash.sha256)),
                                .tamanho = hash.bytes,
                                .crc = hash.crc,
                                .partes = partes.contains(caminho) ? partes.at(caminho) : 0});
@@ -61,7 +61,7 @@ update::UpdateList Publicacao::Lista() const {
 
 void Publicacao::Servir(Servidor& servidor) const {
     for (const update::ItemLista& item : Lista().itens) {
-        const std::string& conteudo = arquivos.at(item.caminho);
+        const std::string& conteudo = arquivos.at(std::string(item.caminho));
         const std::string caminho = MontarUrl("", item.caminho).substr(1);
         const std::uint64_t porParte = PorParte(item);
         if (blocos) servidor.Definir(caminho + ".blocos", teste::Servir(IndiceDe(conteudo, porParte)));

@@ -43,9 +43,10 @@ bool MelhorExemplo(std::uint64_t novo, std::uint64_t velho) {
 }
 
 // A server tells kinds of files by the ending of the name.
-std::string Terminacao(const std::string& caminho) {
+std::string Terminacao(std::string_view caminho) {
     const std::size_t ponto = caminho.find_last_of("./\\");
-    return ponto == std::string::npos || caminho[ponto] != '.' ? "" : MinusculasAscii(caminho.substr(ponto));
+    if (ponto == std::string_view::npos || caminho[ponto] != '.') return {};
+    return MinusculasAscii(std::string(caminho.substr(ponto)));
 }
 
 std::vector<Alvo> Escolher(const update::UpdateList& lista, Fileira<update::IndiceListado>& indices,

@@ -26,7 +26,7 @@ bool ProvarLista(std::string_view texto, std::span<const UpdateSigningKey> chave
         erro = "UpdateList.txt não tem uma assinatura válida desta chave";
         return false;
     }
-    if (update::LerLista(separada.assinados, lista, erro)) return true;
+    if (update::LerLista(std::string(separada.assinados), lista, erro)) return true;
     erro = Formatar("UpdateList.txt inválida: {}", erro);
     return false;
 }

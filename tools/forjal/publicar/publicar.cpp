@@ -94,7 +94,7 @@ class Publicacao {
             return Recusar("--saida: já há uma lista publicada que não confere com --chave: {}", erro);
         }
         for (update::ItemLista& item : anterior_.itens)
-            item.caminho = update::NormalizarCaminho(item.caminho);
+            item.caminho = anterior_.Guardar(update::NormalizarCaminho(item.caminho));
         indicesAnteriores_ = IndicesDe(anterior_);
         if (pedido_.lista.seq >= anterior_.seq) return true;
         return Recusar("--seq: {} é menor que o já publicado, {}", pedido_.lista.seq, anterior_.seq);
@@ -234,8 +234,8 @@ class Publicacao {
             update::IndiceListado& indice = resultados_[i].indice;
             bytesDosIndices_ += indice.tamanho;
             if (!indice.caminho.empty()) pedido_.lista.blocos.push_back(std::move(indice));
-            pedido_.lista.itens.push_back({.caminho = arquivos_[i].caminho,
-                                           .sha256 = ParaHex(resultados_[i].sha256),
+            pedido_.lista.itens.push_back({.caminho = pedido_.lista.Guardar(arquivos_[i].caminho),
+                                           .sha256 = pedido_.lista.Guardar(ParaHex(resultados_[i].sha256)),
                                            .tamanho = arquivos_[i].tamanho,
                                            .crc = resultados_[i].crc,
                                            .partes = arquivos_[i].partes});

@@ -51,7 +51,7 @@ Ausentes AcharAusentes(const update::UpdateList& publicada, std::span<const Arqu
     Ausentes ausentes;
     if (publicada.itens.empty()) return ausentes;
     CaminhosDoCliente doCliente(arquivos);
-    const auto achar = [&](const std::string& caminho) {
+    const auto achar = [&](std::string_view caminho) {
         std::string normal = update::NormalizarCaminho(caminho);
         if (doCliente.Tem(normal) || update::CaminhoProtegido(normal)) return;
         ausentes.caminhos.push_back(std::move(normal));
