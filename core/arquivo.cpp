@@ -103,6 +103,17 @@ bool Paciencia::Gastar(std::chrono::milliseconds passo) {
     return Esperar(passo);
 }
 
+HandleArquivo AbrirParaEscrever(const std::filesystem::path& caminho, std::uint32_t acesso, std::uint32_t partilha,
+                                std::uint32_t disposicao) {
+    HandleArquivo arquivo;
+    SemMarca(caminho, [&] {
+        arquivo.Trocar(
+            CreateFileW(caminho.c_str(), acesso, partilha, nullptr, disposicao, FILE_ATTRIBUTE_NORMAL, nullptr));
+        return static_cast<bool>(arquivo);
+    });
+    return arquivo;
+}
+
 bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view bytes) {
     Paciencia paciencia;
     return GravarArquivoAtomico(caminho, bytes, paciencia);
@@ -114,8 +125,7 @@ bool GravarArquivoAtomico(const std::filesystem::path& caminho, std::string_view
         return false;
     }
     const std::filesystem::path temporario = ComSufixo(caminho, L".tmp");
-    HandleArquivo arquivo(
-        CreateFileW(temporario.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    HandleArquivo arquivo = AbrirParaEscrever(temporario, GENERIC_WRITE, 0, CREATE_ALWAYS);
     if (!arquivo) return false;
     const bool escrito = EscreverTudo(arquivo.Valor(), bytes);
     arquivo.Fechar();
@@ -172,14 +182,12 @@ std::uint64_t TamanhoDoArquivo(const std::filesystem::path& caminho) {
 }
 
 bool DescarregarArquivo(const std::filesystem::path& caminho) {
-    const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, kCompartilharTudo, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    const HandleArquivo arquivo = AbrirParaEscrever(caminho, GENERIC_WRITE, kCompartilharTudo, OPEN_EXISTING);
     return arquivo && FlushFileBuffers(arquivo.Valor()) != 0;
 }
 
 bool EncurtarArquivo(const std::filesystem::path& caminho, std::uint64_t tamanho) {
-    const HandleArquivo arquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, kCompartilharTudo, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    const HandleArquivo arquivo = AbrirParaEscrever(caminho, GENERIC_WRITE, kCompartilharTudo, OPEN_EXISTING);
     LARGE_INTEGER fim{};
     fim.QuadPart = static_cast<LONGLONG>(tamanho);
     return arquivo && SetFilePointerEx(arquivo.Valor(), fim, nullptr, FILE_BEGIN) != 0 &&

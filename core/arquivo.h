@@ -11,6 +11,10 @@
 
 namespace zu::launcher {
 
+template <class Tracos>
+class Handle;
+struct TracosArquivo;
+
 // How long operations wait, all together, for who holds a file only for a moment: a scanner, an indexer, a backup. Any
 // thread may use it.
 class Paciencia {
@@ -32,6 +36,11 @@ class Paciencia {
 };
 
 constexpr std::uint64_t kLimiteArquivoInteiro = 536'870'912;  // 512 MiB
+
+// What CreateFileW answers for a normal file that is to be written, once more without the read-only mark where that has
+// refused it.
+Handle<TracosArquivo> AbrirParaEscrever(const std::filesystem::path& caminho, std::uint32_t acesso,
+                                        std::uint32_t partilha, std::uint32_t disposicao);
 
 // Writes the file so that a reader sees the old content or the new one, never a part: into `caminho` + ".tmp", flushed,
 // then moved over the target. After a failure the target is as it was and the ".tmp" file is gone. The folder must

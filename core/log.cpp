@@ -36,8 +36,8 @@ void AnexarLinhaDeLog(const std::filesystem::path& arquivo, std::string_view men
     GetLocalTime(&agora);
     const std::string linha = Formatar("{:02}:{:02}:{:02}.{:03} {}\r\n", agora.wHour, agora.wMinute, agora.wSecond,
                                        agora.wMilliseconds, mensagem);
-    const HandleArquivo log(CreateFileW(arquivo.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const HandleArquivo log =
+        AbrirParaEscrever(arquivo, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
     DWORD escritos = 0;
     if (log) WriteFile(log.Valor(), linha.data(), static_cast<DWORD>(linha.size()), &escritos, nullptr);
     OutputDebugStringA(linha.c_str());
@@ -51,7 +51,7 @@ void LogLinha(std::string_view mensagem) {
     if (estado.primeiraLinha) {
         estado.primeiraLinha = false;
         const std::filesystem::path anterior = pasta / L"ZuLauncher.anterior.log";
-        MoveFileExW(arquivo.c_str(), anterior.c_str(), MOVEFILE_REPLACE_EXISTING);
+        MoverUmaVez(arquivo, anterior);
     }
     AnexarLinhaDeLog(arquivo, mensagem);
 }

@@ -110,6 +110,7 @@ class Cliente : public testing::Test {
         nova_.Servir(servidor_);
         inicio_ = pasta_.Tudo();
         inicio_["Data/mapa.map.upd"] = "mapa no";
+        inicio_["Config/Launcher.estado.tmp"] = "seq";
         inicio_["Data/grande.pak.upd.p001"] = grande.substr(0, 10);
     }
 
@@ -122,7 +123,8 @@ class Cliente : public testing::Test {
         std::filesystem::remove_all(pasta_ / "Nova");
         for (const auto& [nome, conteudo] : inicio_)
             pasta_.Escrever(nome, conteudo);
-        SetFileAttributesW((pasta_ / "leitura.ini").c_str(), FILE_ATTRIBUTE_READONLY);
+        for (const char* const marcado : {"leitura.ini", "Data/mapa.map.upd", "Config/Launcher.estado.tmp"})
+            SetFileAttributesW((pasta_ / marcado).c_str(), FILE_ATTRIBUTE_READONLY);
     }
 
     StatusUpdate Rodar() {
@@ -166,15 +168,15 @@ class Cliente : public testing::Test {
     }
 
     // What `trabalho` returns while `falhar` is asked about each call on the network and on what lies below the folder,
-    // the logs apart. And a move over a read-only file is refused, as Windows does.
+    // the logs apart. And a read-only file is neither written nor moved over, as on Windows.
     bool ComFalhas(const std::function<DWORD(const Chamada&)>& falhar, const std::function<bool()>& trabalho) {
         const std::function<DWORD(const Chamada&)> porta = [&](const Chamada& chamada) -> DWORD {
             const bool daPasta = chamada.caminho.native().starts_with(pasta_.Caminho().native()) &&
                                  chamada.caminho.extension() != L".log";
             if (!daPasta && !NaRede(chamada)) return 0;
             const DWORD erro = falhar(chamada);
-            if (erro != 0 || chamada.destino.empty()) return erro;
-            const DWORD atributos = GetFileAttributesW(chamada.destino.c_str());
+            if (erro != 0 || (chamada.destino.empty() && !chamada.escreve)) return erro;
+            const DWORD atributos = GetFileAttributesW((chamada.escreve ? chamada.caminho : chamada.destino).c_str());
             return atributos != INVALID_FILE_ATTRIBUTES && (atributos & FILE_ATTRIBUTE_READONLY) != 0
                        ? ERROR_ACCESS_DENIED
                        : 0;

@@ -141,8 +141,7 @@ class ReusoDeBlocos::Montagem {
 
     bool Montar(Andamento& andamento, Reuso& reuso) {
         if (TamanhoDoArquivo(t_.destino) != presentes_) return FalharNoComeco();
-        HandleArquivo destino(CreateFileW(t_.destino.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+        HandleArquivo destino = AbrirParaEscrever(t_.destino, FILE_APPEND_DATA, FILE_SHARE_READ, OPEN_ALWAYS);
         if (!destino) {
             const DWORD codigo = GetLastError();
             interrompida_ = true;

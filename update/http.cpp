@@ -95,8 +95,8 @@ std::string TextoDoStatus(std::uint32_t status, const std::wstring& url) {
 }
 
 HandleArquivo AbrirDestino(const std::filesystem::path& destino, bool continuar) {
-    return HandleArquivo(CreateFileW(destino.c_str(), continuar ? FILE_APPEND_DATA : GENERIC_WRITE, FILE_SHARE_READ,
-                                     nullptr, continuar ? OPEN_ALWAYS : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return AbrirParaEscrever(destino, continuar ? FILE_APPEND_DATA : GENERIC_WRITE, FILE_SHARE_READ,
+                             continuar ? OPEN_ALWAYS : CREATE_ALWAYS);
 }
 
 // What a transfer needs beside the open request and the open file.

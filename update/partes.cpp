@@ -91,8 +91,7 @@ bool AnexarParte(const Transferencia& t, HANDLE saida, std::uint32_t parte, std:
 }
 
 bool JuntarPartes(const Transferencia& t, std::string& erro) {
-    const HandleArquivo saida(
-        CreateFileW(t.destino.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const HandleArquivo saida = AbrirParaEscrever(t.destino, GENERIC_WRITE, 0, CREATE_ALWAYS);
     const auto bloco = std::make_unique_for_overwrite<std::uint8_t[]>(kBlocoDeJuncao);
     std::uint64_t resta = t.item.tamanho;
     bool ok = static_cast<bool>(saida);

@@ -16,8 +16,7 @@ namespace {
 constexpr DWORD kBloco = 1024 * 1024;
 
 HandleArquivo Abrir(const std::filesystem::path& caminho, DWORD acesso, DWORD disposicao) {
-    return HandleArquivo(
-        CreateFileW(caminho.c_str(), acesso, FILE_SHARE_READ, nullptr, disposicao, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return AbrirParaEscrever(caminho, acesso, FILE_SHARE_READ, disposicao);
 }
 
 bool Posicionar(const HandleArquivo& arquivo, std::uint64_t onde) {

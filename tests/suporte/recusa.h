@@ -18,6 +18,7 @@ struct Chamada {
     std::string_view nome;          // "MoveFileExW"
     std::filesystem::path caminho;  // of the file, when its first argument names or holds one
     std::filesystem::path destino;  // of a move
+    bool escreve = false;           // a file is opened to be written
 };
 
 struct Recusa {
@@ -33,6 +34,10 @@ inline constinit Recusa recusa;
 template <class... Resto>
 Chamada Descrever(std::string_view nome, LPCWSTR caminho, LPCWSTR destino, Resto...) {
     return {nome, caminho, destino};
+}
+template <class... Resto>
+Chamada Descrever(std::string_view nome, LPCWSTR caminho, DWORD acesso, DWORD, Resto...) {
+    return {nome, caminho, {}, (acesso & (GENERIC_WRITE | FILE_APPEND_DATA)) != 0};
 }
 template <class... Resto>
 Chamada Descrever(std::string_view nome, LPCWSTR caminho, Resto...) {
