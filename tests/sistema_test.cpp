@@ -259,10 +259,13 @@ TEST(Importacoes, SoDllsQueOSistemaGuardaECabecaVersaoIconeEManifesto) {
     }
 }
 
-// Zeros, so that a guard that nobody has set is found out too; not up to the return address, which would crash
-// unguarded.
+// Zeros, so that a guard that nobody has set is found out too.
 TEST(Importacoes, PilhaEstragadaAcabaComOPrograma) {
-    EXPECT_EXIT(EscreverZeros(32), ExitedWithCode(static_cast<int>(STATUS_STACK_BUFFER_OVERRUN)), "");
+    const auto sair = [] {
+        AddVectoredExceptionHandler(1, [](EXCEPTION_POINTERS*) -> LONG { ExitProcess(1); });
+        EscreverZeros(64);
+    };
+    EXPECT_EXIT(sair(), ExitedWithCode(static_cast<int>(STATUS_STACK_BUFFER_OVERRUN)), "");
 }
 
 }  // namespace
