@@ -10,6 +10,7 @@ target_compile_definitions(zu_opcoes INTERFACE
 target_compile_options(zu_opcoes INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-ffunction-sections -fdata-sections>)
 target_link_options(zu_opcoes INTERFACE -static -Wl,--gc-sections)
 
+include(cmake/imagem.cmake)
 include(cmake/atraso.cmake)
 include(cmake/chaves.cmake)
 
@@ -152,11 +153,24 @@ add_executable(Forjal tools/forjal/main.cpp ui/recursos/forjal.rc)
 target_link_libraries(Forjal PRIVATE zu_forjal)
 
 string(REPLACE "." "," versao_numerica "${PROJECT_VERSION}.0")
+# Asked in every build, since a commit needs no new configuration; only what changes here is made again: the resources.
+if(NOT ZU_COMMIT MATCHES "^[0-9A-Za-z.-]*$")
+    message(FATAL_ERROR "ZU_COMMIT: \"${ZU_COMMIT}\" is no name of a commit")
+endif()
+set(pasta_do_commit ${CMAKE_BINARY_DIR}/gerado)
+add_custom_target(zu_commit
+    COMMAND ${CMAKE_COMMAND} "-DRAIZ=${CMAKE_SOURCE_DIR}" "-DCOMMIT=${ZU_COMMIT}"
+            "-DSAIDA=${pasta_do_commit}/commit.rci" -P ${CMAKE_SOURCE_DIR}/cmake/gerar_commit.cmake
+    BYPRODUCTS ${pasta_do_commit}/commit.rci
+    COMMENT "Asking for the commit"
+    VERBATIM)
 # What the resources of a program say of its version.
 function(zu_versao alvo)
     target_compile_definitions(${alvo} PRIVATE
         $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_NUMERICA=${versao_numerica}>
         $<$<COMPILE_LANGUAGE:RC>:ZU_VERSAO_TEXTO=${PROJECT_VERSION}>)
+    target_include_directories(${alvo} PRIVATE $<$<COMPILE_LANGUAGE:RC>:${pasta_do_commit}>)
+    add_dependencies(${alvo} zu_commit)
 endfunction()
 foreach(programa ZuLauncher UpdaterHelper Forjal)
     target_link_options(${programa} PRIVATE -municode $<$<CONFIG:Release>:-s>)
@@ -164,6 +178,7 @@ foreach(programa ZuLauncher UpdaterHelper Forjal)
 endforeach()
 set_property(SOURCE ui/recursos/launcher.rc ui/recursos/helper.rc ui/recursos/forjal.rc
     PROPERTY OBJECT_DEPENDS
+    ${pasta_do_commit}/commit.rci
     ${CMAKE_SOURCE_DIR}/ui/recursos/comum.rci
     ${CMAKE_SOURCE_DIR}/ui/recursos/icone.ico
     ${CMAKE_SOURCE_DIR}/ui/recursos/logo.tga

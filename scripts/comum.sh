@@ -3,10 +3,10 @@
 RAIZ=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian 12 packages of the build and the run; ./testar adds its own.
-PACOTES_BASE="cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 nginx-light python3 googletest"
+PACOTES_BASE="cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 nginx-light python3 googletest git"
 # What the windows need where there is no display; imagemagick takes the screenshot.
 PACOTES_TELA="xvfb fonts-liberation imagemagick"
-PACOTES_TESTES="chromium clang clang-format clang-tidy libclang-rt-14-dev openssl curl git"
+PACOTES_TESTES="chromium clang clang-format clang-tidy libclang-rt-14-dev openssl curl"
 
 dizer() { printf '\n== %s\n' "$*"; }
 

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "app/instancia_unica.h"
+#include "core/arquivo.h"
 #include "core/formato.h"
 #include "core/texto.h"
 #include "tests/suporte/espera.h"
@@ -30,13 +31,36 @@ std::set<std::string> Importadas(const BYTE* imagem, const IMAGE_NT_HEADERS64& c
 }
 
 // As the properties of the file show it.
-std::string Versao(const std::filesystem::path& caminho) {
+std::string Versao(const std::filesystem::path& caminho, const std::wstring& campo) {
     std::vector<char> dados(GetFileVersionInfoSizeW(caminho.c_str(), nullptr));
     wchar_t* texto = nullptr;
     UINT tamanho = 0;
     GetFileVersionInfoW(caminho.c_str(), 0, static_cast<DWORD>(dados.size()), dados.data());
-    const wchar_t* const lugar = L"\\StringFileInfo\\041604B0\\FileVersion";
-    return VerQueryValueW(dados.data(), lugar, reinterpret_cast<void**>(&texto), &tamanho) ? ParaUtf8(texto) : "";
+    const std::wstring lugar = L"\\StringFileInfo\\041604B0\\" + campo;
+    return VerQueryValueW(dados.data(), lugar.c_str(), reinterpret_cast<void**>(&texto), &tamanho) ? ParaUtf8(texto)
+                                                                                                   : "";
+}
+
+// What in the image names the machine that has built it: whole names, in narrow and in wide characters. "../src" of the
+// compiler's library is none.
+std::vector<std::string> NomesDaMaquina(std::string imagem) {
+    std::ranges::replace(imagem, '\\', '/');
+    std::string textos[]{imagem, "", ""};
+    for (std::size_t i = 0; i < imagem.size(); ++i)
+        textos[1 + i % 2] += imagem[i];
+    std::vector<std::string> achados;
+    for (const std::string& nome : std::vector<std::string>{ZU_DA_MAQUINA})
+        for (const std::string& texto : textos)
+            for (std::size_t i = 0; (i = texto.find(nome, i)) != std::string::npos; ++i)
+                if (texto[i - 1] != '.' && !isalnum(texto[i - 1]) && !isalnum(texto[i + nome.size()]))
+                    achados.push_back(texto.substr(i, 100).c_str());
+    return achados;
+}
+
+[[gnu::noinline]] void EscreverZeros(std::size_t quantos) {
+    char vetor[16];
+    for (volatile char* p = vetor; quantos > 0; --quantos)
+        *p++ = 0;
 }
 
 class Sistema : public Test {
@@ -191,13 +215,15 @@ TEST_F(Sistema, JogarSemJogoESemFecharAoJogar) {
 // What Windows sees of the shipped programs' files. They may be started in a folder that anybody can write to, so what
 // is loaded for them before their first line runs must come from Windows' own list of known DLLs, which no folder can
 // replace.
-TEST(Importacoes, SoDllsQueOSistemaGuardaEVersaoIconeEManifesto) {
+TEST(Importacoes, SoDllsQueOSistemaGuardaECabecaVersaoIconeEManifesto) {
     // From "KnownDLLs" of the session manager's registry key.
     const std::set<std::string> conhecidas{"advapi32.dll", "gdi32.dll",   "kernel32.dll", "msvcrt.dll",
                                            "ole32.dll",    "shell32.dll", "user32.dll"};
     const std::pair<const wchar_t*, WORD> programas[] = {{L"ZuLauncher.exe", IMAGE_SUBSYSTEM_WINDOWS_GUI},
                                                          {L"UpdaterHelper.exe", IMAGE_SUBSYSTEM_WINDOWS_GUI},
                                                          {L"Forjal.exe", IMAGE_SUBSYSTEM_WINDOWS_CUI}};
+    std::string commit, bytes;
+    ASSERT_TRUE(LerArquivoInteiro(kPastaBin / "../gerado/commit.rci", commit));
     for (const auto& [nome, subsistema] : programas) {
         const std::filesystem::path programa = kPastaBin / nome;
         SCOPED_TRACE(programa.string());
@@ -206,13 +232,40 @@ TEST(Importacoes, SoDllsQueOSistemaGuardaEVersaoIconeEManifesto) {
         const BYTE* const imagem = reinterpret_cast<const BYTE*>(reinterpret_cast<ULONG_PTR>(modulo) & ~ULONG_PTR{3});
         const auto& cabeca = *reinterpret_cast<const IMAGE_NT_HEADERS64*>(
             imagem + reinterpret_cast<const IMAGE_DOS_HEADER*>(imagem)->e_lfanew);
-        EXPECT_EQ(cabeca.OptionalHeader.Subsystem, subsistema);
+        const struct {
+            const char* campo;
+            int tem, deve;
+        } campos[] = {
+            {"subsistema", cabeca.OptionalHeader.Subsystem, subsistema},
+            {"versão do subsistema", cabeca.OptionalHeader.MajorSubsystemVersion, 10},
+            {"versão do sistema", cabeca.OptionalHeader.MajorOperatingSystemVersion, 10},
+            {"proteções", cabeca.OptionalHeader.DllCharacteristics,
+             IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA | IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
+                 IMAGE_DLLCHARACTERISTICS_NX_COMPAT | IMAGE_DLLCHARACTERISTICS_TERMINAL_SERVER_AWARE},
+            {"sem relocação", cabeca.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED, 0},
+            {"hora", static_cast<int>(cabeca.FileHeader.TimeDateStamp), 0},
+        };
+        for (const auto& [campo, tem, deve] : campos)
+            EXPECT_EQ(tem, deve) << campo;
+        ASSERT_TRUE(LerArquivoInteiro(programa, bytes));
+        EXPECT_THAT(NomesDaMaquina(bytes), IsEmpty());
         EXPECT_THAT(Importadas(imagem, cabeca), AllOf(Contains("kernel32.dll"), IsSubsetOf(conhecidas)));
-        EXPECT_EQ(Versao(programa), ZU_VERSAO);
+        EXPECT_EQ(Versao(programa, L"FileVersion"), ZU_VERSAO);
+        EXPECT_EQ("#define ZU_COMMIT \"" + Versao(programa, L"ProductVersion").substr(sizeof ZU_VERSAO) + "\"\n",
+                  commit);
         EXPECT_NE(FindResourceW(modulo, MAKEINTRESOURCEW(1), RT_GROUP_ICON), nullptr);
         EXPECT_NE(FindResourceW(modulo, MAKEINTRESOURCEW(1), RT_MANIFEST), nullptr);
         FreeLibrary(modulo);
     }
+}
+
+// Zeros, so that a guard that nobody has set is found out too.
+TEST(Importacoes, PilhaEstragadaAcabaComOPrograma) {
+    const auto sair = [] {
+        AddVectoredExceptionHandler(1, [](EXCEPTION_POINTERS*) -> LONG { ExitProcess(1); });
+        EscreverZeros(64);
+    };
+    EXPECT_EXIT(sair(), ExitedWithCode(static_cast<int>(STATUS_STACK_BUFFER_OVERRUN)), "");
 }
 
 }  // namespace
