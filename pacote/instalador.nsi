@@ -1,5 +1,5 @@
 ; The players' installer: the launcher's three files, into a folder of the player's own. The launcher fetches the game.
-; ./empacotar writes the file definicoes.nsh in the current folder, which says everything that is one package's own.
+; ./empacotar runs this in a folder with the client's files and definicoes.nsh, which says what is one package's own.
 Unicode true
 Target amd64-unicode
 !include LogicLib.nsh
@@ -16,7 +16,7 @@ Target amd64-unicode
 !define CHAVE "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZuLauncher-${NOME}"
 
 Name "${NOME}" "${NOME_NO_TEXTO}"
-OutFile "${SAIDA}"
+OutFile "${ARQUIVO}"
 ; Not %LOCALAPPDATA% itself, where another program's data may have the name.
 InstallDir "$LOCALAPPDATA\Programs\${NOME}"
 InstallDirRegKey HKCU "${CHAVE}" "InstallLocation"
@@ -37,8 +37,8 @@ VIAddVersionKey /LANG=${LINGUA} "FileVersion" "${VERSAO}"
 VIAddVersionKey /LANG=${LINGUA} "ProductVersion" "${VERSAO}"
 VIAddVersionKey /LANG=${LINGUA} "LegalCopyright" ""
 
-!define MUI_ICON "${ICONE}"
-!define MUI_UNICON "${ICONE}"
+!define MUI_ICON "${__FILEDIR__}/../ui/recursos/icone.ico"
+!define MUI_UNICON "${__FILEDIR__}/../ui/recursos/icone.ico"
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${__FILEDIR__}/lateral.bmp"
 !define MUI_ABORTWARNING
 !define MUI_DIRECTORYPAGE_TEXT_TOP "O launcher do ${NOME_NO_TEXTO} será instalado na pasta abaixo, que tem de ser nova ou estar vazia, e \
@@ -241,9 +241,9 @@ Section
   SetOutPath "$INSTDIR"
   ; First of all: with this record the next run may go on with what this one has begun.
   Call Marcar
-  File "/oname=ZuLauncher.exe.${METADE}" "${CLIENTE}/ZuLauncher.exe"
-  File "/oname=UpdaterHelper.exe.${METADE}" "${CLIENTE}/UpdaterHelper.exe"
-  File "/oname=Launcher.emu.${METADE}" "${CLIENTE}/Launcher.emu"
+  File "/oname=ZuLauncher.exe.${METADE}" "cliente/ZuLauncher.exe"
+  File "/oname=UpdaterHelper.exe.${METADE}" "cliente/UpdaterHelper.exe"
+  File "/oname=Launcher.emu.${METADE}" "cliente/Launcher.emu"
   WriteUninstaller "$INSTDIR\${DESINSTALADOR}.${METADE}"
   ; What may still be in use comes first: then nothing has changed yet.
   !insertmacro Pousar ZuLauncher.exe
@@ -255,10 +255,10 @@ Section
   CreateShortcut "$DESKTOP\${NOME}.lnk" "$INSTDIR\ZuLauncher.exe"
   WriteRegStr HKCU "${CHAVE}" "DisplayName" "${NOME}"
   WriteRegStr HKCU "${CHAVE}" "DisplayVersion" "${VERSAO}"
-  WriteRegStr HKCU "${CHAVE}" "Publisher" "${EDITOR}"
+  WriteRegStr HKCU "${CHAVE}" "Publisher" "${NOME}"
   WriteRegStr HKCU "${CHAVE}" "DisplayIcon" "$INSTDIR\ZuLauncher.exe"
   WriteRegStr HKCU "${CHAVE}" "InstallLocation" "$INSTDIR"
-  WriteRegStr HKCU "${CHAVE}" "URLInfoAbout" "${SITE}"
+  WriteRegStr HKCU "${CHAVE}" "URLInfoAbout" "${PAGINA}"
   WriteRegStr HKCU "${CHAVE}" "UninstallString" '"$INSTDIR\${DESINSTALADOR}"'
   WriteRegStr HKCU "${CHAVE}" "QuietUninstallString" '"$INSTDIR\${DESINSTALADOR}" /S'
   WriteRegDWORD HKCU "${CHAVE}" "EstimatedSize" ${KIB}
@@ -339,6 +339,6 @@ Section Uninstall
   RMDir "$Real"
 SectionEnd
 
-!ifdef ASSINAR
-  !uninstfinalize '"${ASSINAR}" "%1"' = 0
+!ifdef ASSINADO
+  !uninstfinalize '"${__FILEDIR__}/assinar.sh" "%1"' = 0
 !endif
