@@ -8,6 +8,7 @@ bin=$RAIZ/build/release/bin
 chaves=$RAIZ/build/release/chaves-dev
 disco=$pasta/wine/drive_c
 jogo="$disco/users/$(id -un)/AppData/Local/Programs/Zu & Cia"
+entrada='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\ZuLauncher-Zu & Cia'
 limpar() {
     local codigo=$?
     kill "${servico:-}" 2>/dev/null || true
@@ -22,14 +23,14 @@ falhou() { echo "FALHOU: $*" >&2; cat "$jogo/ZuLauncher.log" >&2 2>/dev/null || 
 janela() { printf 'Z:%s' "${1//\//\\}"; }
 # A Windows program of the new user, whose desktop is not that of whoever runs the tests.
 w() { HOME=$pasta/casa no_wine teste-pacote "$@"; }
-# codigo CODE COMMAND...
+# codigo CODE COMMAND...: fails unless it ends with the code.
 codigo() {
     local esperado=$1 veio=0
     shift
     "$@" || veio=$?
     [ $veio = "$esperado" ] || falhou "código $veio, esperado $esperado: $*"
 }
-retrato() { (cd "$1" && find . ! -name '*.log' -exec sh -c '[ -d "$1" ] && echo "$1" || sha256sum "$1"' - {} \; | sort); }
+retrato() { (cd "$1" && find . -type d && find . -type f ! -name '*.log' -exec sha256sum {} +) | sort; }
 esperar() {
     for _ in $(seq 600); do
         if "$@"; then return 0; fi
@@ -38,16 +39,12 @@ esperar() {
     falhou "não aconteceu: $*"
 }
 launcher() { codigo "$1" w "$jogo/ZuLauncher.exe" --sem-interface "${@:2}"; }
-em_dia() { grep -qs 'terminou em "pronto"' "$jogo/ZuLauncher.log" && cmp -s "$pasta/cliente/ZuLauncher.exe" "$jogo/ZuLauncher.exe"; }
-conferir_jogo() {
-    (cd "$pasta/cliente" && find . -type f -exec cmp {} "$jogo"/{} \;) >"$pasta/diferencas" 2>&1
-    [ ! -s "$pasta/diferencas" ] || falhou "$(cat "$pasta/diferencas")"
-}
+instalar() { codigo "$1" w "$pasta/o pacote/$instalador" /S "${@:2}"; }
+conferir_jogo() { [ -z "$(cd "$pasta/cliente" && find . -type f -exec cmp {} "$jogo"/{} \; 2>&1)" ]; }
 publicar() {
     w "$bin/Forjal.exe" publicar "--cliente=$(janela "$pasta/cliente")" "--saida=$(janela "$pasta/www")" \
         "--chave=$(janela "$chaves/lista.chave")" "--seq=$1" >/dev/null
 }
-instalar() { codigo "$1" w "$pasta/o pacote/$instalador" /S "${@:2}"; }
 empacotar() {
     ZU_SENHA='sen ha$1' "$RAIZ/empacotar" "--nome=Zu & Cia" "--update=http://127.0.0.1:$PORTA/" "--compilacao=$RAIZ/build/release" \
         --certificado="$pasta/c.pfx" --raiz="$pasta/c.pem" --carimbo="$1" --raiz-do-carimbo="$pasta/t.pem" --chaves="$2" \
@@ -68,27 +65,16 @@ certificado c codeSigning
 certificado t critical,timeStamping
 openssl pkcs12 -export -inkey c.key -in c.pem -out c.pfx -passout 'pass:sen ha$1'
 echo 01 >serie
-cat >carimbo.cnf <<'FIM'
-[tsa]
-default_tsa = t
-[t]
-serial = serie
-signer_cert = t.pem
-signer_key = t.key
-signer_digest = sha256
-default_policy = 1.2.3.4
-digests = sha256
-FIM
+printf '%s\n' '[tsa]' 'default_tsa = t' '[t]' 'serial = serie' 'signer_cert = t.pem' 'signer_key = t.key' \
+    'signer_digest = sha256' 'default_policy = 1.2.3.4' 'digests = sha256' >carimbo.cnf
 # A time stamp server, and a port where nobody ever answers.
 python3 - >portas 2>carimbos.log <<'FIM' &
 import http.server, socket, subprocess
 class Carimbo(http.server.BaseHTTPRequestHandler):
     def do_POST(self):
         open('pedido', 'wb').write(self.rfile.read(int(self.headers['Content-Length'])))
-        self.send_response(200)
-        self.send_header('Content-Type', 'application/timestamp-reply')
-        self.end_headers()
-        self.wfile.write(subprocess.check_output('openssl ts -reply -config carimbo.cnf -queryfile pedido'.split()))
+        resposta = subprocess.check_output('openssl ts -reply -config carimbo.cnf -queryfile pedido'.split())
+        self.wfile.write(b'HTTP/1.0 200 OK\r\nContent-Type: application/timestamp-reply\r\n\r\n' + resposta)
 mudo = socket.create_server(('127.0.0.1', 0))
 carimbo = http.server.HTTPServer(('127.0.0.1', 0), Carimbo)
 print(carimbo.server_port, mudo.getsockname()[1], flush=True)
@@ -127,17 +113,20 @@ cp "$bin/jogo_falso.exe" cliente/Zu.exe
 head -c 3000000 /dev/urandom >"cliente/Data/praça.pak"
 publicar 1
 instalar 0
+w reg query "$entrada" >/dev/null
+[ "$(find casa "$disco" -name '*.lnk' | wc -l)" = 2 ] || falhou "faltam atalhos"
 for programa in "$jogo"/*.exe "o pacote/$instalador"; do
     osslsigncode verify -in "$programa" -CAfile c.pem -TSA-CAfile t.pem | grep -q 'Timestamp Server Signature verification: ok' ||
         falhou "$programa: sem assinatura ou sem carimbo"
 done
 launcher 0
-conferir_jogo
+conferir_jogo || falhou "o primeiro download"
 mv cliente/ZuLauncher.exe antigo.exe
 osslsigncode sign -pkcs12 c.pfx -readpass <(printf 'sen ha$1') -n outro -in antigo.exe -out cliente/ZuLauncher.exe >/dev/null
 publicar 2
 launcher 3
-esperar em_dia
+esperar grep -qs 'terminou em "pronto"' "$jogo/ZuLauncher.log"
+conferir_jogo || falhou "a atualização do launcher"
 
 dizer "Consertos: um arquivo pelo launcher, o launcher pelo instalador, que não mexe no que é do jogador"
 mkdir -p "$jogo/Screenshots"
@@ -145,13 +134,11 @@ echo foto >"$jogo/Screenshots/uma.png"
 echo '[Video]' >"$jogo/Config/Zu.ini"
 printf estrago | dd of="$jogo/Data/praça.pak" seek=1000 conv=notrunc status=none
 launcher 0 --reparar
-conferir_jogo
+conferir_jogo || falhou "o conserto"
 cp "$jogo/Config/Zu.ini" opcoes
 echo estragado >"$jogo/ZuLauncher.exe"
 instalar 0
 cmp antigo.exe "$jogo/ZuLauncher.exe"
-cmp opcoes "$jogo/Config/Zu.ini"
-[ "$(cat "$jogo/Screenshots/uma.png")" = foto ]
 
 dizer "Com o launcher, de onde quer que seja, ou com o jogo aberto: nada muda"
 recusar_aberto() {
@@ -186,7 +173,7 @@ esperar test ! -e "$jogo/Desinstalar.txt"
 [ "$(cat sobrou)" = "./Config/Zu.ini ./Data/elo ./Screenshots/uma.png " ] || falhou "sobrou $(cat sobrou)"
 retrato "$disco/alheia" | diff antes - || falhou "a desinstalação mexeu no que é alheio"
 [ -z "$(find casa "$disco" -name '*.lnk')" ] || falhou "ficou um atalho"
-codigo 1 w reg query 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\ZuLauncher-Zu & Cia' >/dev/null 2>&1
+codigo 1 w reg query "$entrada" >/dev/null 2>&1
 
 dizer "De volta, depois de uma instalação que mal começou"
 rm "$jogo/Data/elo"
