@@ -47,7 +47,7 @@ publicar() {
 }
 empacotar() {
     ZU_SENHA='sen ha$1' "$RAIZ/empacotar" "--nome=Zu & Cia" "--update=http://127.0.0.1:$PORTA/" "--compilacao=$RAIZ/build/release" \
-        --certificado="$pasta/c.pfx" --raiz="$pasta/c.pem" --carimbo="$1" --raiz-do-carimbo="$pasta/t.pem" --chaves="$2" \
+        --certificado="$pasta/c.pfx" --raiz="$pasta/c.pem" --carimbo="http://127.0.0.1:$carimbo/" --raiz-do-carimbo="$1" --chaves="$2" \
         --saida="$pasta/o pacote" >"$pasta/empacotar.log" 2>&1
 }
 
@@ -85,14 +85,14 @@ esperar test -s portas
 read -r carimbo mudo <portas
 iniciar_nginx "$pasta/nginx" "$pasta/www"
 
-dizer "O pacote, duas vezes; e o de outras chaves e o sem carimbo, que deixam o que há"
-empacotar "http://127.0.0.1:$carimbo/" "$chaves" || falhou "$(cat empacotar.log)"
+dizer "O pacote, duas vezes; e o de outras chaves e o de um carimbo em que ninguém confia, que deixam o que há"
+empacotar t.pem "$chaves" || falhou "$(cat empacotar.log)"
 cp "o pacote/SHA256SUMS.txt" somas
 head -c 32 /dev/urandom >outras/selo.segredo
 cp "$chaves/lista.pub" outras/
-codigo 1 empacotar "http://127.0.0.1:$carimbo/" outras
-codigo 1 empacotar "http://127.0.0.1:1/" "$chaves"
-empacotar "http://127.0.0.1:$carimbo/" "$chaves" || falhou "$(cat empacotar.log)"
+codigo 1 empacotar t.pem outras
+codigo 1 empacotar c.pem "$chaves"
+empacotar t.pem "$chaves" || falhou "$(cat empacotar.log)"
 (cd "o pacote" && sha256sum -c --quiet ../somas)
 ! grep -r 'sen ha' empacotar.log "$RAIZ/build/empacotar/"*.log || falhou "a senha num registro"
 instalador=$(cd "o pacote" && echo *.exe)
