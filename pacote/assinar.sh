@@ -19,7 +19,12 @@ assinar() {
     else
         como+=(-pkcs12 "$ZU_CERTIFICADO")
     fi
-    osslsigncode sign "${como[@]}" -readpass <(printf '%s' "$ZU_SENHA") -in "$1" -out "$2" </dev/null
+    como+=(-in "$1" -out "$2")
+    if [ -z "$ZU_SENHA" ]; then
+        osslsigncode sign "${como[@]}" </dev/null
+    else
+        osslsigncode sign -readpass <(printf '%s' "$ZU_SENHA") "${como[@]}" </dev/null
+    fi
 }
 
 # osslsigncode ends with 0 also where the time stamp is worth nothing.
