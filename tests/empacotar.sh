@@ -149,6 +149,7 @@ recusar_aberto() {
 }
 cp cliente/{ZuLauncher.exe,Launcher.emu} outras/
 ln -s "$jogo" "$disco/elo"
+rm "$jogo/ZuLauncher.log"
 w outras/ZuLauncher.exe --sem-interface "--cliente=$(janela "$jogo")" "--manifesto=http://127.0.0.1:$mudo/" &
 esperar grep -qs Conectando "$jogo/ZuLauncher.log"
 recusar_aberto
