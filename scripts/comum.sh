@@ -6,7 +6,7 @@ RAIZ=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 PACOTES_BASE="cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 nginx-light python3 googletest git"
 # What the windows need where there is no display; imagemagick takes the screenshot.
 PACOTES_TELA="xvfb fonts-liberation imagemagick"
-PACOTES_TESTES="chromium clang clang-format clang-tidy libclang-rt-14-dev openssl curl"
+PACOTES_TESTES="chromium clang clang-format clang-tidy libclang-rt-14-dev openssl curl nsis osslsigncode ca-certificates"
 
 dizer() { printf '\n== %s\n' "$*"; }
 
