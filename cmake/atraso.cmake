@@ -9,9 +9,7 @@ function(zu_atrasar nome dll)
     file(CONFIGURE OUTPUT ${def} CONTENT "LIBRARY ${dll}\nEXPORTS\n${funcoes}\n")
     add_custom_command(
         OUTPUT ${biblioteca}
-        # Named without its folder, which the tool would make a part of its members' names: the linker sorts by them.
-        COMMAND ${CMAKE_DLLTOOL} -m i386:x86-64 -d ${nome}.def -D ${dll} -y lib${nome}.a
-        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/atraso
+        COMMAND ${CMAKE_DLLTOOL} -m i386:x86-64 -d ${def} -D ${dll} -y ${biblioteca}
         DEPENDS ${def}
         VERBATIM)
     add_custom_target(${nome}_atraso DEPENDS ${biblioteca})

@@ -74,7 +74,7 @@ if [ $diferentes = 0 ]; then
 fi
 # Beside a build's own programs lie the objects that they were linked from.
 if [ -d "$programas/../CMakeFiles" ]; then
-    (cd "$COMPILADO" && find . -name '*.obj' -o -name '*.res' -o -name 'libzu_*.a') | sort | while read -r parte; do
+    (cd "$COMPILADO" && find . -name '*.obj' -o -name '*.res') | sort | while read -r parte; do
         cmp -s "$COMPILADO/$parte" "$programas/../$parte" || echo "  difere: $parte"
     done
 fi
