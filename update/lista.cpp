@@ -98,8 +98,7 @@ bool LerArquivo(const Campos& campos, UpdateList& lista, std::string& falha) {
         return false;
     }
     const auto& [caminho, crc, tamanho, sha256, partes] = campos.valor;
-    ItemLista& item = lista.itens.emplace_back();
-    item.caminho = caminho;
+    ItemLista item{.caminho = caminho};
     if (!CaminhoSeguro(caminho)) {
         falha = Formatar("caminho inseguro ({})", caminho);
         return false;
@@ -119,6 +118,7 @@ bool LerArquivo(const Campos& campos, UpdateList& lista, std::string& falha) {
         falha = "número de partes inválido";
         return false;
     }
+    lista.itens.push_back(item);
     return true;
 }
 
