@@ -45,6 +45,7 @@ if [ ! -f "$guardado" ]; then
     assinar "$programa" "$guardado.novo" >"$registro" 2>&1 || falhou "não foi possível assinar"
     verificar "$guardado.novo" || falhou "a assinatura não confere (as raízes: --raiz=, --raiz-do-carimbo=)"
     mv "$guardado.novo" "$guardado"
+else
+    verificar "$guardado" || falhou "a assinatura não confere"
 fi
-verificar "$guardado" || falhou "a assinatura não confere"
 cp "$guardado" "$programa"
