@@ -31,14 +31,16 @@ constexpr auto kEscapes = [] {
 }();
 
 // The bytes up to the one that ends a run of plain text inside a string: a quote, a backslash or a control character.
-// Sixteen at a time.
-std::size_t TamanhoDoTrecho(std::string_view texto) {
+// Sixteen at a time. `copia`, which may be absent and has room for as much as `texto`, takes them; what it holds behind
+// them has no meaning.
+std::size_t TamanhoDoTrecho(std::string_view texto, char* copia = nullptr) {
     const __m128i aspas = _mm_set1_epi8('"');
     const __m128i barra = _mm_set1_epi8('\\');
     const __m128i controle = _mm_set1_epi8(0x1F);
     std::size_t i = 0;
     for (; i + sizeof(__m128i) <= texto.size(); i += sizeof(__m128i)) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(texto.data() + i));
+        if (copia != nullptr) _mm_storeu_si128(reinterpret_cast<__m128i*>(copia + i), bytes);
         const __m128i fins = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, aspas), _mm_cmpeq_epi8(bytes, barra)),
                                           _mm_cmpeq_epi8(_mm_min_epu8(bytes, controle), bytes));
         const auto marcas = static_cast<unsigned>(_mm_movemask_epi8(fins));
@@ -47,6 +49,7 @@ std::size_t TamanhoDoTrecho(std::string_view texto) {
     for (; i < texto.size(); ++i) {
         const char c = texto[i];
         if (c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20) break;
+        if (copia != nullptr) copia[i] = c;
     }
     return i;
 }
@@ -63,25 +66,27 @@ constexpr bool ByteDeNumero(char c) {
     return Digito(c) || c == '+' || c == '-' || c == '.' || c == 'e' || c == 'E';
 }
 
-void AnexarUtf8(std::uint32_t codigo, std::string& saida) {
+// Returns what lies behind the one to four bytes written.
+char* EscreverUtf8(std::uint32_t codigo, char* para) {
     const auto continuacao = [&](int deslocamento) {
-        saida.push_back(static_cast<char>(0x80 | (codigo >> deslocamento & 0x3F)));
+        *para++ = static_cast<char>(0x80 | (codigo >> deslocamento & 0x3F));
     };
     if (codigo < 0x80) {
-        saida.push_back(static_cast<char>(codigo));
+        *para++ = static_cast<char>(codigo);
     } else if (codigo < 0x800) {
-        saida.push_back(static_cast<char>(0xC0 | codigo >> 6));
+        *para++ = static_cast<char>(0xC0 | codigo >> 6);
         continuacao(0);
     } else if (codigo < 0x10000) {
-        saida.push_back(static_cast<char>(0xE0 | codigo >> 12));
+        *para++ = static_cast<char>(0xE0 | codigo >> 12);
         continuacao(6);
         continuacao(0);
     } else {
-        saida.push_back(static_cast<char>(0xF0 | codigo >> 18));
+        *para++ = static_cast<char>(0xF0 | codigo >> 18);
         continuacao(12);
         continuacao(6);
         continuacao(0);
     }
+    return para;
 }
 
 // Whether a number that no double can hold is too large, rather than too close to zero: the place of its first digit
@@ -224,44 +229,60 @@ class Leitor {
 
     bool LerTexto(std::string& texto) {
         if (!Tomar('"')) return Falhar("esperava '\"'");
-        bool comEscapes = false;
+        const std::string_view trecho = Resto().substr(0, TamanhoDoTrecho(Resto()));
+        if (!Resto().substr(trecho.size()).starts_with('"')) return LerTextoComEscapes(texto);
+        texto.assign(trecho);
+        posicao_ += trecho.size() + 1;
+        return true;
+    }
+
+    bool LerTextoComEscapes(std::string& texto) {
+        const std::size_t fim = posicao_ + TamanhoAteAspas();
+        texto.resize(fim - posicao_);
+        char* para = texto.data();
+        const bool lido = LerTrechosEEscapes(fim, para);
+        texto.resize(static_cast<std::size_t>(para - texto.data()));
+        return lido;
+    }
+
+    // Up to `fim`, where the text ends or is broken off, and what ends it. `para` goes on with each byte written.
+    bool LerTrechosEEscapes(std::size_t fim, char*& para) {
         while (true) {
-            const std::string_view trecho = Resto().substr(0, TamanhoDoTrecho(Resto()));
-            texto.append(trecho);
-            posicao_ += trecho.size();
+            const std::size_t trecho = TamanhoDoTrecho(documento_.substr(posicao_, fim - posicao_), para);
+            posicao_ += trecho;
+            para += trecho;
             if (NoFim()) return Falhar("texto sem fim");
             const char byte = documento_[posicao_++];
             if (byte == '"') return true;
             if (byte != '\\') return Falhar("caractere de controle no texto");
-            if (!comEscapes) texto.reserve(texto.size() + TamanhoAteAspas());
-            comEscapes = true;
-            if (!LerEscape(texto)) return false;
+            if (!LerEscape(para)) return false;
         }
     }
 
-    // Of the rest of a text, whose first byte is an escape's letter. What is read of it is never longer.
+    // Of the rest of a text. What is read of it is never longer.
     [[nodiscard]] std::size_t TamanhoAteAspas() const {
+        constexpr std::size_t kEscape = 2;
         const std::string_view resto = Resto();
-        std::size_t i = 0;
-        do {
-            i = std::min(i + 1, resto.size());
+        std::size_t i = TamanhoDoTrecho(resto);
+        while (i < resto.size() && resto[i] == '\\') {
+            i = std::min(i + kEscape, resto.size());
             i += TamanhoDoTrecho(resto.substr(i));
-        } while (i < resto.size() && resto[i++] == '\\');
+        }
         return i;
     }
 
-    bool LerEscape(std::string& texto) {
+    bool LerEscape(char*& para) {
         if (NoFim()) return Falhar("texto sem fim");
         const char letra = documento_[posicao_++];
-        if (letra == 'u') return LerUnicode(texto);
+        if (letra == 'u') return LerUnicode(para);
         const char valor = kEscapes[static_cast<unsigned char>(letra)];
         if (valor == '\0') return Falhar("escape inválido");
-        texto.push_back(valor);
+        *para++ = valor;
         return true;
     }
 
     // The second half of a surrogate pair goes into the sum unchecked; a lone half is encoded like any other character.
-    bool LerUnicode(std::string& texto) {
+    bool LerUnicode(char*& para) {
         std::uint32_t codigo = 0;
         if (!LerUnidade(codigo)) return false;
         if (codigo >= 0xD800 && codigo <= 0xDBFF && Tomar("\\u")) {
@@ -269,7 +290,7 @@ class Leitor {
             if (!LerUnidade(segunda)) return false;
             codigo = ((codigo - 0xD800) << 10) + segunda + 0x2400;
         }
-        AnexarUtf8(codigo, texto);
+        para = EscreverUtf8(codigo, para);
         return true;
     }
 
