@@ -40,10 +40,43 @@ manter_wine() {
     sleep 2
 }
 
+# encerrar_wine PRESET: what runs in the build's Wine prefixes.
 encerrar_wine() {
-    [ -d "$RAIZ/build/$1/wine" ] || return 0
-    WINEPREFIX="$RAIZ/build/$1/wine" wineserver -k 2>/dev/null || true
-    WINEPREFIX="$RAIZ/build/$1/wine" wineserver -w 2>/dev/null || true
+    local prefixo
+    for prefixo in "$RAIZ/build/$1"/wine "$RAIZ/build/$1"/wine-*; do
+        [ -d "$prefixo" ] || continue
+        WINEPREFIX="$prefixo" wineserver -k 2>/dev/null || true
+        WINEPREFIX="$prefixo" wineserver -w 2>/dev/null || true
+    done
+}
+
+# testar_por_nucleo PRESET CTEST-OPTION...: ctest, with a Wine prefix and server for each of up to four cores. A program
+# and its server talk all the time; on one core they do so three times as fast as across two.
+testar_por_nucleo() {
+    local preset=$1 pasta=$RAIZ/build/$1 nucleos nucleo esperas=()
+    shift
+    mapfile -t nucleos < <(python3 -c 'import os; print(*sorted(os.sched_getaffinity(0))[:4], sep="\n")')
+    for nucleo in "${nucleos[@]}"; do
+        [ -d "$pasta/wine-$nucleo" ] || dividir_prefixo "$pasta/wine" "$pasta/wine-$nucleo"
+        CTEST_RESOURCE_GROUP_0_NUCLEO=id:$nucleo manter_wine "$preset" &
+        esperas+=($!)
+    done
+    wait "${esperas[@]}"
+    printf '{"version": {"major": 1, "minor": 0}, "local": [{"nucleo": [%s]}]}\n' \
+        "$(printf '{"id": "%s"}\n' "${nucleos[@]}" | paste -sd,)" >"$pasta/nucleos.json"
+    # What ctest itself starts, to learn the tests' names, is the first core's.
+    CTEST_RESOURCE_GROUP_0_NUCLEO=id:${nucleos[0]} ctest --preset "$preset" -j ${#nucleos[@]} \
+        --resource-spec-file "$pasta/nucleos.json" "$@"
+}
+
+# dividir_prefixo PREFIX NEW: one more Wine prefix. Wine's own files are never written to and need no second place on
+# the disk; its registry is.
+dividir_prefixo() {
+    rm -rf "$2.novo"
+    cp -al "$1" "$2.novo"
+    rm "$2.novo"/*.reg
+    cp -a "$1"/*.reg "$2.novo"
+    mv "$2.novo" "$2"
 }
 
 # abrir_tela: a virtual display for the rest of the script, in DISPLAY; TELA is the process to end. Before the first Wine

@@ -8,6 +8,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "core/arquivo.h"
 #include "core/handle.h"
@@ -41,8 +42,18 @@ class PastaTemporaria {
     }
 
     void Escrever(const std::string& relativo, const std::string& conteudo) const {
-        std::filesystem::create_directories((*this / relativo).parent_path());
-        if (!GravarArquivoAtomico(*this / relativo, conteudo)) throw std::runtime_error("escrever " + relativo);
+        const std::filesystem::path caminho = *this / relativo;
+        const auto criar = [&] {
+            return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        };
+        HandleArquivo arquivo = criar();
+        if (!arquivo) {
+            std::filesystem::create_directories(caminho.parent_path());
+            arquivo = criar();
+        }
+        DWORD escritos = 0;
+        if (WriteFile(arquivo.Valor(), conteudo.data(), static_cast<DWORD>(conteudo.size()), &escritos, nullptr) == 0)
+            throw std::runtime_error("escrever " + relativo);
     }
     // "(nada)" when there is no such file.
     [[nodiscard]] std::string Ler(const std::string& relativo) const {
@@ -69,14 +80,20 @@ class PastaTemporaria {
             CreateFileW((*this / relativo).c_str(), GENERIC_READ, deixando, nullptr, OPEN_EXISTING, 0, nullptr));
     }
 
-    // Every file below, by its path with "/", with its content; the logs apart, which every run writes.
-    [[nodiscard]] std::map<std::string, std::string> Tudo() const {
-        std::map<std::string, std::string> tudo;
+    // Every file below, by its path with "/"; the logs apart, which every run writes.
+    [[nodiscard]] std::vector<std::string> Nomes() const {
+        std::vector<std::string> nomes;
         for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_)) {
             if (!entrada.is_regular_file() || entrada.path().extension() == L".log") continue;
-            std::string nome = ParaUtf8(entrada.path().lexically_relative(pasta_).generic_wstring());
-            tudo[nome] = Ler(nome);
+            nomes.push_back(ParaUtf8(entrada.path().lexically_relative(pasta_).generic_wstring()));
         }
+        return nomes;
+    }
+    // The same with what is in them.
+    [[nodiscard]] std::map<std::string, std::string> Tudo() const {
+        std::map<std::string, std::string> tudo;
+        for (const std::string& nome : Nomes())
+            tudo[nome] = Ler(nome);
         return tudo;
     }
 
