@@ -1,18 +1,13 @@
 #include "core/processo.h"
 
+#include <chrono>
+
+#include "core/arquivo.h"
+
 namespace zu::launcher {
+namespace {
 
-std::wstring EntreAspas(const std::wstring& texto) {
-    return L"\"" + texto + L"\"";
-}
-
-std::unique_lock<std::recursive_mutex> TravarCriacao() {
-    // Never destroyed: it is still held when the process ends.
-    static auto* const trava = new std::recursive_mutex;
-    return std::unique_lock(*trava);
-}
-
-Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
+Processo CriarProcesso(std::wstring& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
     const auto trava = TravarCriacao();
     STARTUPINFOW inicio{};
     inicio.cb = sizeof inicio;
@@ -26,6 +21,31 @@ Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::p
     novo.thread.Trocar(info.hThread);
     novo.pid = info.dwProcessId;
     return novo;
+}
+
+}  // namespace
+
+std::wstring EntreAspas(const std::wstring& texto) {
+    return L"\"" + texto + L"\"";
+}
+
+std::unique_lock<std::recursive_mutex> TravarCriacao() {
+    // Never destroyed: it is still held when the process ends.
+    static auto* const trava = new std::recursive_mutex;
+    return std::unique_lock(*trava);
+}
+
+Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
+    constexpr std::chrono::milliseconds kPasso{50};
+    Paciencia paciencia;
+    while (true) {
+        Processo novo = CriarProcesso(linhaDeComando, pasta, opcoes);
+        if (novo) return novo;
+        const DWORD erro = GetLastError();
+        const bool insistir = PodePassar(erro) && paciencia.Gastar(kPasso);
+        SetLastError(erro);
+        if (!insistir) return novo;
+    }
 }
 
 }  // namespace zu::launcher

@@ -27,8 +27,8 @@ struct Processo {
 [[nodiscard]] std::unique_lock<std::recursive_mutex> TravarCriacao();
 
 // Starts a command line in a folder, with this process's environment and without its handles. `opcoes` are the creation
-// flags of CreateProcessW. The command line stays the caller's, which matters where it holds a secret; the system may
-// write in it.
+// flags of CreateProcessW. A program that somebody holds, as a scanner does a fresh one, is tried again for up to a
+// second. The command line stays the caller's, which matters where it holds a secret; the system may write in it.
 Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes = 0);
 
 }  // namespace zu::launcher

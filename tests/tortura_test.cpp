@@ -283,6 +283,18 @@ TEST_F(Cliente, MarcaESegurarPorUmMomentoNaoAdiamNada) {
     }
 }
 
+// Fault: a scanner's look at a helper that has just come ends the hand-over.
+TEST_F(Cliente, HelperPresoPorUmMomentoAindaComeca) {
+    menorPasso = 0;
+    int recusas = 0;
+    const auto segurar = [&](const Chamada& chamada) -> DWORD {
+        return chamada.nome == "CreateProcessW" && ++recusas < 4 ? ERROR_SHARING_VIOLATION : 0;
+    };
+    std::string erro;
+    EXPECT_TRUE(ComFalhas(segurar, [&] { return IniciarUpdaterHelper({}, erro); })) << erro;
+    EXPECT_EQ(recusas, 4);
+}
+
 // Faults: log or downloads in the order in which files were read, a file read twice, what differs in size read before
 // what may be right, a failure lost or told too early, bytes counted twice or left out, threads for nothing.
 TEST(Conferencia, EmVariosThreadsDizOMesmoQueEmUm) {
