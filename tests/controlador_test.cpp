@@ -85,22 +85,19 @@ TEST(Controlador, EnderecoSoDaWebEEmMinusculas) {
     EXPECT_EQ(abertos, L"http://á\nhttps://b?c=1 2\n");
 }
 
-TEST(Controlador, CadaPalavraAbreOSeuAlvo) {
+// The other targets: the windows' test.
+TEST(Controlador, PalavraAbreOSeuAlvo) {
     const PastaTemporaria pasta(L"Jogo é");
-    const std::filesystem::path jogo = pasta.Caminho();
     std::filesystem::copy_file(kPastaBin / "jogo_falso.exe", pasta / "Zu.exe");
     pasta.Escrever("jogo_falso.json", R"({"relatorio": "Item | a\n[X] DirectX 12 | b | c | d"})");
-    const std::tuple<const char*, const char*, const char*, std::wstring> casos[] = {
-        {"registrar", "vazio", "https://registro/", L"https://registro/\n"},
-        {"registrar", "vazio", "", L"https://site/\n"},
-        {"driver", "copiar", "", L"ms-settings:windowsupdate\n"},
-        {"driver", "sem_driver", "", L"https://www.amd.com/pt/support/download/drivers.html\n"},
-        {"driver", "vazio", "", L""},
+    DefinirConfig({.pastaJogo = pasta.Caminho(), .urlSite = "https://site/"});
+    const std::tuple<const char*, const char*, std::wstring> casos[] = {
+        {"registrar", "vazio", L"https://site/\n"},
+        {"driver", "copiar", L"ms-settings:windowsupdate\n"},
+        {"driver", "vazio", L""},
         // Not the program or the link of the folder's name that may lie beside it.
-        {"pasta", "vazio", "", jogo.native() + L"\\\n"},
-        {"log", "vazio", "", (jogo / L"ZuLauncher.log").native() + L"\n"}};
-    for (const auto& [palavra, relatorio, registro, alvo] : casos) {
-        DefinirConfig({.pastaJogo = jogo, .urlSite = "https://site/", .urlRegistro = registro});
+        {"pasta", "vazio", pasta.Caminho().native() + L"\\\n"}};
+    for (const auto& [palavra, relatorio, alvo] : casos) {
         pasta.Escrever("jogo_falso.txt", std::string("relatorio=") + relatorio);
         IniciarRequisitos();
         EXPECT_TRUE(Esperar(30s, [] { return ObterRequisitos().concluido; }));

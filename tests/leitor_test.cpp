@@ -13,10 +13,7 @@ using namespace testing;
 
 class Leitor : public ComServidor {
  protected:
-    Leitor() {
-        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-        pasta_.Escrever("Launcher.emu", Selado(servidor_.Url()));
-    }
+    Leitor() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
     ~Leitor() override { CoUninitialize(); }
 
     static std::string Ler(HWND janela) {
@@ -44,7 +41,7 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     PorJogo("relatorio=bom\n", true);
     pasta_.Escrever("Config/Zu.ini", TextoDoIni({.windowMode = 0}));
     Lancado launcher(pasta_);
-    const Eventos eventos(launcher.programa.Pid());
+    EscutarEventos(launcher.programa.Pid());
     const HWND principal = launcher.EsperarJanela();
     EXPECT_TRUE(Bombear(20s, [&] { return Coisa::De(principal).Com("Conectar").Ler() == "2b Conectar [Pressionar]"; }));
     EXPECT_EQ(Ler(principal),
@@ -65,9 +62,8 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
                                  "22 Janela [Selecionar]\n22 Tela cheia [Selecionar]*\n(2e Resolução:=1280 x 720)\n"),
                       HasSubstr("\n(2c Janela sem borda)\n2c Sincronia vertical (VSync) [Desmarcar]*\n2e Limite")));
     for (const char* nome : {"Vulkan", "Janela", "1920 x 1080", "Janela sem borda", "Sincronia vertical (VSync)", "60",
-                             "Mudo", "Fechar o launcher ao jogar"}) {
+                             "Mudo", "Fechar o launcher ao jogar"})
         EXPECT_TRUE(Bombear(10s, [&] { return Agir(opcoes, nome) == S_OK; })) << nome;
-    }
     const Coisa idioma = Coisa::De(opcoes).Com("Idioma:");
     EXPECT_EQ(idioma.objeto->accSelect(SELFLAG_TAKEFOCUS, idioma.filho), S_OK);
     EXPECT_TRUE(
@@ -90,7 +86,7 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     EXPECT_EQ(celula.objeto->get_accRole(celula.filho, &papel), E_INVALIDARG);
     EXPECT_EQ(Agir(diagnostico, "Copiar relatório"), S_OK);
     const Coisa velha = Coisa::De(diagnostico);
-    EXPECT_TRUE(Bombear(10s, [&] { return std::ranges::count(eventos.Vistos(), "800c Copiado!") > 0; }));
+    EXPECT_TRUE(Bombear(10s, [&] { return std::ranges::count(eventos, "800c Copiado!") > 0; }));
     EXPECT_EQ(Agir(diagnostico, "Fechar"), S_OK);
     EXPECT_TRUE(Bombear(10s, [&] { return velha.objeto->get_accRole(velha.filho, &papel) == CO_E_OBJNOTCONNECTED; }));
     EXPECT_TRUE(Bombear(10s, [&] { return Agir(requisitos, "Fechar") == S_OK; }));
@@ -100,10 +96,10 @@ TEST_F(Leitor, SessaoInteiraPelasAcoesEPelosAvisos) {
     EXPECT_TRUE(Bombear(10s, [&] { return Agir(principal, "Conectar") == S_OK; }));
     EXPECT_TRUE(Bombear(10s, [&] { return QuantasLinhas("Jogo aberto: Zu.exe --api=vulkan") == 1; }));
     // In the order of the session: the alert of the run's end; value, description, focus, state, name.
-    EXPECT_THAT(eventos.Vistos(),
-                IsSupersetOf({"2 Atualização concluída: 1 arquivo(s) novo(s).", "800e Total", "800d Zu de teste",
-                              "800a Conectar", "800a Vulkan", "800a Janela sem borda", "800e Modo de tela:",
-                              "8005 Idioma:", "800d Requisitos", "8004 Requisitos", "800d Vulkan", "800c Copiado!"}));
+    EXPECT_THAT(eventos, IsSupersetOf({"2 Atualização concluída: 1 arquivo(s) novo(s).", "800e Total",
+                                       "800d Zu de teste", "800a Conectar", "800a Vulkan", "800a Janela sem borda",
+                                       "800e Modo de tela:", "8005 Idioma:", "800d Requisitos", "8004 Requisitos",
+                                       "800d Vulkan", "800c Copiado!"}));
 }
 
 }  // namespace

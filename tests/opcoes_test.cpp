@@ -22,13 +22,10 @@ class Opcoes : public testing::Test {
         pasta_.Escrever(kIni, ini);
         return LerOpcoesJogo();
     }
-    // The line in the log; it has an end of its own when a key could not be written.
-    [[nodiscard]] std::string Gravar(const OpcoesJogo& opcoes) const {
-        GravarOpcoesJogo(opcoes);
-        return teste::LinhasDoLog(pasta_).back();
-    }
+    // The line in the log has an end of its own when a key could not be written.
     [[nodiscard]] bool Gravou(const OpcoesJogo& opcoes) const {
-        return !Gravar(opcoes).ends_with(" — FALHOU ao gravar alguma chave");
+        GravarOpcoesJogo(opcoes);
+        return !teste::LinhasDoLog(pasta_).back().ends_with(" — FALHOU ao gravar alguma chave");
     }
     void Proteger(bool sim) const {
         SetFileAttributesW((pasta_ / kIni).c_str(), sim ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
@@ -51,7 +48,8 @@ TEST_F(Opcoes, CadaChaveNoSeuLugarESoAQueMuda) {
     EXPECT_TRUE(Gravou(antes));  // nothing differs, so nothing is written
     Proteger(false);
     // Brought into range; the line tells the record as it was given.
-    EXPECT_EQ(Gravar({"Vulkan", -4, 2, 99, 0, 8, 10, -7, 0}),
+    GravarOpcoesJogo({"Vulkan", -4, 2, 99, 0, 8, 10, -7, 0});
+    EXPECT_EQ(teste::LinhasDoLog(pasta_).back(),
               "Opções gravadas em Config\\Zu.ini (api Vulkan, modo -4, resolução 99)");
     EXPECT_EQ(pasta_.Ler(kIni), utf16({"d3d12", 1, 1, 7, 0, 7, 9, 0, 0}));
 }

@@ -28,12 +28,6 @@ class Requisitos : public testing::Test {
         EXPECT_TRUE(Esperar(30s, [] { return ObterRequisitos().concluido; }));
         return ObterRequisitos();
     }
-    // The log's messages since the last call.
-    std::vector<std::string> Log() {
-        auto linhas = LinhasDoLog(pasta_);
-        std::filesystem::remove(pasta_ / "ZuLauncher.log");
-        return linhas;
-    }
     static std::filesystem::path ArquivoDoRelatorio() {
         return std::filesystem::temp_directory_path() /
                (L"ZuLauncher-requisitos-" + std::to_wstring(GetCurrentProcessId()) + L".json");
@@ -61,16 +55,13 @@ TEST_F(Requisitos, UmaLinhaNoLogENadaFicaParaTras) {
         ASSERT_TRUE(GravarArquivoAtomico(ArquivoDoRelatorio(), R"({"d3d12":false,"vulkan":false})"));
         const auto limite = ajustes == "relatorio=travar" ? 300ms : kLimiteDoDiagnostico;
         EXPECT_EQ(Rodar(limite).relatorioLido, linha != semDiagnostico);
-        EXPECT_EQ(Log(), std::vector{linha});
+        EXPECT_EQ(LinhasDoLog(pasta_), std::vector{linha});
+        std::filesystem::remove(pasta_ / "ZuLauncher.log");
         EXPECT_FALSE(std::filesystem::exists(ArquivoDoRelatorio()));
         EXPECT_FALSE(EmUso(pasta_ / "Zu.exe"));
     }
-    pasta_.Escrever("Zu.exe", "não é um programa");
-    EXPECT_FALSE(Rodar().relatorioLido);
-    EXPECT_EQ(Log(), std::vector{semDiagnostico});
     // Without a game the run ends without a word.
     std::filesystem::remove(pasta_ / "Zu.exe");
-    EXPECT_FALSE(Rodar().relatorioLido);
     std::filesystem::create_directory(pasta_ / "Zu.exe");
     EXPECT_EQ(ObterVeredito(Rodar()).titulo, L"Não foi possível fazer o diagnóstico");
     EXPECT_FALSE(pasta_.Tem("ZuLauncher.log"));

@@ -103,12 +103,9 @@ int Diagnosticar(const std::string& destino) {
     return 0;
 }
 
-std::wstring NomeDoCanal(const wchar_t* qual) {
-    return qual + std::to_wstring(GetCurrentProcessId());
-}
-
 std::string LerToken() {
-    const HandleKernel mapa(OpenFileMappingW(FILE_MAP_READ, FALSE, NomeDoCanal(L"Local\\ZuLauncher-token-").c_str()));
+    const std::wstring nome = L"Local\\ZuLauncher-token-" + std::to_wstring(GetCurrentProcessId());
+    const HandleKernel mapa(OpenFileMappingW(FILE_MAP_READ, FALSE, nome.c_str()));
     const void* vista = mapa ? MapViewOfFile(mapa.Valor(), FILE_MAP_READ, 0, 0, kBytesDoToken) : nullptr;
     return vista == nullptr ? "" : std::string(static_cast<const char*>(vista), kBytesDoToken);
 }
@@ -121,13 +118,15 @@ int Jogar(const Linhas& argumentos) {
     const bool certo = !token.empty() && Opcao(argumentos, "--launcher=") == ParaHex(bytes);
     Registrar(certo ? "token certo " + ParaHex(Sha256Of(bytes)) : "token errado");
     if (!certo) return kTokenErrado;
-    const std::wstring evento = NomeDoCanal(L"Local\\ZuLauncher-confirmado-");
+    const std::wstring evento = L"Local\\ZuLauncher-confirmado-" + std::to_wstring(GetCurrentProcessId());
     SetEvent(HandleKernel(OpenEventW(EVENT_MODIFY_STATE, FALSE, evento.c_str())).Valor());
     Dormir("viver=", "3000");
     return 0;
 }
 
-int Principal() {
+}  // namespace
+
+extern "C" int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     const std::filesystem::path pasta = std::filesystem::current_path();
     std::string inicio = pasta == PastaDoPrograma() ? "." : ParaUtf8(pasta.native());
     Linhas argumentos;
@@ -140,9 +139,4 @@ int Principal() {
     return destino.empty() ? Jogar(argumentos) : Diagnosticar(destino);
 }
 
-}  // namespace
 }  // namespace zu::launcher::teste
-
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
-    return zu::launcher::teste::Principal();
-}

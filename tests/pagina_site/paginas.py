@@ -80,9 +80,8 @@ class Navegador:
         self.pedir('Emulation.setScrollbarsHidden', nela, hidden=False)
         self.pedir('Page.addScriptToEvaluateOnNewDocument', nela, source=script)
         self.pedir('Page.navigate', nela, url=endereco)
-        medida = self.pedir('Runtime.evaluate', nela, expression=MEDIDA, awaitPromise=True, returnByValue=True)
-        self.pedir('Target.closeTarget', targetId=aba)
-        return medida['result']['value']
+        resposta = self.pedir('Runtime.evaluate', nela, expression=MEDIDA, awaitPromise=True, returnByValue=True)
+        return resposta['result']['value']
 
 
 pasta = pathlib.Path(sys.argv[1])

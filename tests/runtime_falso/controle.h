@@ -27,8 +27,8 @@ class NavegadorFalso {
  public:
     // Forgets what was noted; to be called when nothing is alive.
     virtual void Comecar(const RoteiroDoRuntime& roteiro) = 0;
-    // Delivers the completion that waits, which the thread's message loop does otherwise. False when none does.
-    virtual bool Entregar() = 0;
+    // Delivers so many completions, if they come to wait, which the thread's message loop does otherwise.
+    virtual void Entregar(int quantas = 9) = 0;
     // The window goes before the controller has been closed.
     virtual void DestruirJanela() = 0;
     // Nothing happens without a view that listens. Whether the view has cancelled or handled it.
@@ -37,10 +37,8 @@ class NavegadorFalso {
     // The calls in their order with their arguments, a line each.
     [[nodiscard]] virtual const char* Chamadas() const = 0;
     // Objects of the runtime that somebody still refers to, and callbacks that had references left when the runtime
-    // let go of them.
-    [[nodiscard]] virtual int Vivos() const = 0;
-    // Calls of a slot that the launcher has no use for, calls on closed or released objects, controllers released
-    // without being closed, callbacks that do not answer to their interface id.
+    // let go of them. Calls of a slot that the launcher has no use for, calls on closed or released objects,
+    // controllers released without being closed, callbacks that do not answer to their interface id.
     [[nodiscard]] virtual int Faltas() const = 0;
 
  protected:

@@ -57,7 +57,6 @@ struct Mesa {
     RoteiroDoRuntime roteiro;
     std::string chamadas;
     std::vector<const Objeto*> objetos;
-    int retidos = 0;
     int faltas = 0;
     std::function<void()> pendente;
     std::function<void()> segunda;
@@ -132,7 +131,7 @@ std::shared_ptr<Tratador> Guardar(Tratador* tratador, const wchar_t* proprio) {
     mesa.faltas += tratador->QueryInterface(iid, &saida) == E_NOINTERFACE && saida == nullptr ? 0 : 1;
     IIDFromString(proprio, &iid);
     if (tratador->QueryInterface(iid, &saida) != S_OK) ++mesa.faltas, tratador->AddRef();
-    return {tratador, [](Tratador* guardado) { mesa.retidos += guardado->Release() == 0 ? 0 : 1; }};
+    return {tratador, [](Tratador* guardado) { mesa.faltas += guardado->Release() == 0 ? 0 : 1; }};
 }
 
 // A slot that takes a callback for what occurs.
@@ -150,11 +149,10 @@ void ResponderOutraVez() {
     if (const auto segunda = std::exchange(mesa.segunda, nullptr)) segunda();
 }
 
-bool EntregarPendente() {
+void EntregarPendente() {
     KillTimer(nullptr, mesa.relogio);
     const auto conclusao = std::exchange(mesa.pendente, nullptr);
     if (conclusao) conclusao();
-    return conclusao != nullptr;
 }
 
 // Reports a completion later.
@@ -274,7 +272,10 @@ const std::map<Ocorrencia, Tabela> kMostrados{
 class NavegadorDaMesa final : public NavegadorFalso {
  public:
     void Comecar(const RoteiroDoRuntime& roteiro) override { mesa = {.roteiro = roteiro}; }
-    bool Entregar() override { return EntregarPendente(); }
+    void Entregar(int quantas) override {
+        while (quantas-- > 0)
+            EntregarPendente();
+    }
     void DestruirJanela() override { ResponderOutraVez(); }
     bool Ocorrer(Ocorrencia qual, const EventoDoRuntime& evento) override {
         Objeto* const mostrado = Novo(kMostrados.at(qual), evento);
@@ -284,32 +285,30 @@ class NavegadorDaMesa final : public NavegadorFalso {
         return mostrado->resposta;
     }
     [[nodiscard]] const char* Chamadas() const override { return mesa.chamadas.c_str(); }
-    [[nodiscard]] int Vivos() const override {
-        return mesa.retidos + static_cast<int>(std::ranges::count_if(mesa.objetos, &Objeto::referencias));
+    [[nodiscard]] int Faltas() const override {
+        return mesa.faltas + static_cast<int>(std::ranges::count_if(mesa.objetos, &Objeto::referencias));
     }
-    [[nodiscard]] int Faltas() const override { return mesa.faltas; }
 };
 
 }  // namespace
-}  // namespace zu::launcher::teste
 
-namespace falso = zu::launcher::teste;
-
-extern "C" __declspec(dllexport) falso::NavegadorFalso* ControleDoRuntime() {
-    static falso::NavegadorDaMesa controle;
+extern "C" __declspec(dllexport) NavegadorFalso* ControleDoRuntime() {
+    static NavegadorDaMesa controle;
     return &controle;
 }
 
 extern "C" __declspec(dllexport) HRESULT STDMETHODCALLTYPE
     CreateWebViewEnvironmentWithOptionsInternal(bool instalado, std::int32_t tipo, PCWSTR pastaDeDados,
-                                                IUnknown* opcoes, falso::Pronto* tratador) {
+                                                IUnknown* opcoes, Pronto* tratador) {
     const bool certo = instalado && tipo == 0 && opcoes == nullptr;
-    const HRESULT resultado = falso::Anotar("entrada", (certo ? "" : "? ") + falso::Estreito(pastaDeDados));
+    const HRESULT resultado = Anotar("entrada", (certo ? "" : "? ") + Estreito(pastaDeDados));
     if (SUCCEEDED(resultado)) {
-        falso::Concluir("ambiente", falso::Guardar(tratador, L"{4e8a3389-c9d8-4bd2-b6b5-124fee6cc14d}"),
-                        [] { return falso::Novo(falso::kAmbiente); });
+        Concluir("ambiente", Guardar(tratador, L"{4e8a3389-c9d8-4bd2-b6b5-124fee6cc14d}"),
+                 [] { return Novo(kAmbiente); });
     } else {
         tratador->Invoke(resultado, nullptr);  // the same failure told twice
     }
     return resultado;
 }
+
+}  // namespace zu::launcher::teste

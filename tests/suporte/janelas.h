@@ -1,4 +1,4 @@
-// Windows for tests: what they show, the message pump, and counts of what the process holds.
+// Windows for tests: what they show, what is done to them, and the message pump.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -20,7 +20,6 @@
 
 #include "app/controlador.h"
 #include "app/instancia_unica.h"
-#include "game/opcoes.h"
 #include "game/requisitos.h"
 #include "tests/runtime_falso/controle.h"
 #include "tests/suporte/espera.h"
@@ -32,6 +31,7 @@
 #include "ui/janelas/diagnostico.h"
 #include "ui/janelas/estado_interface.h"
 #include "ui/janelas/fim_da_interface.h"
+#include "ui/janelas/modal.h"
 #include "ui/janelas/opcoes.h"
 #include "ui/janelas/principal.h"
 #include "ui/janelas/requisitos.h"
@@ -39,8 +39,13 @@
 namespace zu::launcher::teste {
 
 // A click or a key as the window sees it; the window may be another process's. The key waits its turn.
-void Clicar(HWND controle);
-void Teclar(HWND janela, int tecla, bool repetida = false);
+inline void Clicar(HWND controle) {
+    SendMessageW(controle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    SendMessageW(controle, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+}
+inline void Teclar(HWND janela, int tecla, bool repetida = false) {
+    PostMessageW(janela, WM_KEYDOWN, static_cast<WPARAM>(tecla), repetida ? LPARAM{KF_REPEAT} << 16 : 0);
+}
 
 // What the shell was asked to open, a line each; nothing opens.
 inline std::wstring abertos;
@@ -53,8 +58,20 @@ std::string LerTela(HWND janela);
 // With the drawing kit, its fonts and the classes of every window. What the process keeps of the case before is gone.
 class ComDesenho : public testing::Test {
  protected:
-    ComDesenho();
-    ~ComDesenho() override;
+    ComDesenho() {
+        RenovarRequisitos();
+        IniciarDesenho();
+        AbrirEstadoDaInterface();
+        const HINSTANCE modulo = GetModuleHandleW(nullptr);
+        RegistrarControle(modulo);
+        RegistrarPrincipal(modulo);
+        for (const wchar_t* classe : {kClasseDasOpcoes, kClasseDosRequisitos, kClasseDoDiagnostico})
+            Janela::Registrar(modulo, classe);
+    }
+    ~ComDesenho() override {
+        FecharEstadoDaInterface();
+        EncerrarDesenho();
+    }
 };
 
 // The stand-in for the web view's runtime: its folder, as the registry would name it, and its handle.
@@ -67,18 +84,16 @@ class Interface {
  public:
     Interface()
         : codigo_(std::async(std::launch::async, [] {
-                      CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-                      SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
-                          if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
-                          trabalho_ = nullptr;
-                      });
-                      return RodarInterface();
-                  }).share()) {
+              CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+              SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
+                  if (const auto* const trabalho = trabalho_.load()) (*trabalho)();
+                  trabalho_ = nullptr;
+              });
+              return RodarInterface();
+          })) {
         Esperar(std::chrono::seconds(10),
                 [this] { return IsWindowVisible(janela_ = FindWindowW(kClasseDaJanela, nullptr)) != FALSE; });
     }
-    Interface(const Interface&) = delete;
-    Interface& operator=(const Interface&) = delete;
     ~Interface() { PostMessageW(janela_, WM_CLOSE, 0, 0); }
 
     [[nodiscard]] HWND Janela() const { return janela_; }
@@ -92,9 +107,7 @@ class Interface {
         return codigo_.wait_for(limite) == std::future_status::ready;
     }
     // The run's code, once it has ended by itself; -1 when it does not.
-    [[nodiscard]] int EsperarFim(std::chrono::milliseconds limite) const {
-        return Terminou(limite) ? codigo_.get() : -1;
-    }
+    int EsperarFim(std::chrono::milliseconds limite) { return Terminou(limite) ? codigo_.get() : -1; }
     // Runs on its thread, from its loop of messages, and returns when it has run.
     static void NaThread(const std::function<void()>& trabalho) {
         trabalho_ = &trabalho;
@@ -105,7 +118,7 @@ class Interface {
     static inline std::atomic<const std::function<void()>*> trabalho_ = nullptr;
 
     HWND janela_ = nullptr;
-    std::shared_future<int> codigo_;  // of the run; its end is waited for
+    std::future<int> codigo_;  // of the run; its end is waited for
 };
 
 // A game folder and the server that it is kept up to date from.
@@ -114,6 +127,7 @@ class ComServidor : public testing::Test {
     ComServidor() {
         RenovarRequisitos();
         Configurar(pasta_.Caminho(), servidor_.Url());
+        pasta_.Escrever("Launcher.emu", Selado(servidor_.Url()));
         Publicar({{"a.bin", "a"}});
     }
     // Not before the process's one controller is at rest, which the next case is to find so.
@@ -179,10 +193,14 @@ struct Lancado {
 };
 
 // Handles messages until `pronto`; false when `limite` has passed first.
-bool Bombear(
-    std::chrono::milliseconds limite, const std::function<bool()>& pronto = [] { return false; });
-
-// GDI objects of this process, windows and menus.
-int ContarPosses();
+inline bool Bombear(
+    std::chrono::milliseconds limite, const std::function<bool()>& pronto = [] { return false; }) {
+    return Esperar(limite, [&] {
+        MSG m{};
+        while (PeekMessageW(&m, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&m);
+        return pronto();
+    });
+}
 
 }  // namespace zu::launcher::teste

@@ -105,40 +105,27 @@ struct Coisa {
         for (VARIANT v{}; achada.objeto; achada = Coisa(v.pdispVal, CHILDID_SELF)) {
             achada.objeto->accHitTest(r[0] + r[2] / 2, r[1] + r[3] / 2, &v);
             if (v.vt == VT_DISPATCH) continue;
-            Coisa dono = *this;
-            dono.filho.lVal = CHILDID_SELF;
-            return v.lVal == filho.lVal && achada.Nome() == dono.Nome();
+            return v.lVal == filho.lVal && achada.Nome() == De(janela).Nome();
         }
         return false;
     }
 };
 
-// "EVENT NAME" of each that a process raises while this lives; what names nothing by then is left out.
-class Eventos {
- public:
-    explicit Eventos(DWORD pid) {
-        vistos_.clear();
-        gancho_ = SetWinEventHook(EVENT_MIN, EVENT_OBJECT_VALUECHANGE, nullptr, Notar, pid, 0, WINEVENT_OUTOFCONTEXT);
-    }
-    Eventos(const Eventos&) = delete;
-    Eventos& operator=(const Eventos&) = delete;
-    ~Eventos() { UnhookWinEvent(gancho_); }
+// "EVENT NAME" of each that the process raises which is listened to; what names nothing by then is left out.
+inline std::vector<std::string> eventos;
 
-    [[nodiscard]] const std::vector<std::string>& Vistos() const { return vistos_; }
+inline void CALLBACK NotarEvento(HWINEVENTHOOK, DWORD evento, HWND janela, LONG objeto, LONG filho, DWORD, DWORD) {
+    IAccessible* dele = nullptr;
+    VARIANT numero{};
+    if (objeto == OBJID_CLIENT && AccessibleObjectFromEvent(janela, static_cast<DWORD>(objeto),
+                                                            static_cast<DWORD>(filho), &dele, &numero) == S_OK)
+        eventos.push_back(Formatar("{:x} {}", evento, Coisa(dele, numero.lVal).Nome()));
+}
 
- private:
-    static void CALLBACK Notar(HWINEVENTHOOK, DWORD evento, HWND janela, LONG objeto, LONG filho, DWORD, DWORD) {
-        if (objeto != OBJID_CLIENT) return;
-        IAccessible* dele = nullptr;
-        VARIANT numero{};
-        if (AccessibleObjectFromEvent(janela, static_cast<DWORD>(objeto), static_cast<DWORD>(filho), &dele, &numero) !=
-            S_OK)
-            return;
-        vistos_.push_back(Formatar("{:x} {}", evento, Coisa(dele, numero.lVal).Nome()));
-    }
-
-    static inline std::vector<std::string> vistos_;
-    HWINEVENTHOOK gancho_;
-};
+// From now on until it ends.
+inline void EscutarEventos(DWORD pid) {
+    eventos.clear();
+    SetWinEventHook(EVENT_MIN, EVENT_OBJECT_VALUECHANGE, nullptr, NotarEvento, pid, 0, WINEVENT_OUTOFCONTEXT);
+}
 
 }  // namespace zu::launcher::teste

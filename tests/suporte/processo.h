@@ -19,9 +19,10 @@ class Programa {
         : processo_(IniciarProcesso(MontarLinhaDeComando(programa, argumentos), programa.parent_path())) {
         if (!processo_) throw std::runtime_error("iniciar " + programa.string());
     }
-    Programa(const Programa&) = delete;
-    Programa& operator=(const Programa&) = delete;
-    ~Programa() { Matar(); }
+    ~Programa() {
+        TerminateProcess(processo_.processo.Valor(), 99);
+        WaitForSingleObject(processo_.processo.Valor(), 10'000);
+    }
 
     // The exit code, or -1 when the program has not ended by then.
     int Esperar(DWORD limite = 60'000) {
@@ -29,10 +30,6 @@ class Programa {
         if (WaitForSingleObject(processo_.processo.Valor(), limite) != WAIT_OBJECT_0) return -1;
         GetExitCodeProcess(processo_.processo.Valor(), &codigo);
         return static_cast<int>(codigo);
-    }
-    void Matar() {
-        TerminateProcess(processo_.processo.Valor(), 99);
-        WaitForSingleObject(processo_.processo.Valor(), 10'000);
     }
     [[nodiscard]] DWORD Pid() const { return processo_.pid; }
 

@@ -32,7 +32,7 @@ class Superficie {
         void* pixels = nullptr;
         bitmap_.Trocar(CreateDIBSection(dc_.Valor(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
         pixels_ = static_cast<const std::uint32_t*>(pixels);
-        antigo_ = SelectObject(dc_.Valor(), bitmap_.Valor());
+        SelectObject(dc_.Valor(), bitmap_.Valor());
         PreencherRetangulo(dc_.Valor(), {0, 0, tamanho.cx, tamanho.cy}, RGB(255, 0, 255));
     }
     // What stands on the screen, once the window has drawn what it has said it would.
@@ -42,9 +42,6 @@ class Superficie {
         BitBlt(dc_.Valor(), 0, 0, tamanho_.cx, tamanho_.cy, tela, 0, 0, SRCCOPY);
         ReleaseDC(janela, tela);
     }
-    Superficie(const Superficie&) = delete;
-    Superficie& operator=(const Superficie&) = delete;
-    ~Superficie() { SelectObject(dc_.Valor(), antigo_); }
 
     [[nodiscard]] HDC Dc() const { return dc_.Valor(); }
     // 0xRRGGBB
@@ -86,9 +83,8 @@ class Superficie {
     }
 
     SIZE tamanho_;
-    HandleDc dc_;
     HandleGdi bitmap_;
-    HGDIOBJ antigo_ = nullptr;
+    HandleDc dc_;  // goes first, and lets go of the bitmap
     const std::uint32_t* pixels_ = nullptr;
 };
 
