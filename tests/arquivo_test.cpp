@@ -13,7 +13,7 @@
 namespace zu::launcher {
 namespace {
 
-TEST(Arquivo, GravacaoAtomicaTrocaTudoOuNada) {
+TEST(Arquivo, GravacaoTrocaTudoOuNadaELeituraInteiraAteOLimite) {
     const teste::PastaTemporaria pasta(L"Pasta Ç");
     // A run that was killed left its temporary file.
     pasta.Escrever("estado.tmp", "resto");
@@ -34,10 +34,7 @@ TEST(Arquivo, GravacaoAtomicaTrocaTudoOuNada) {
     const HandleArquivo deOutro = pasta.Prender("estado.tmp");
     EXPECT_FALSE(GravarArquivoAtomico(pasta / "estado", "depois"));
     EXPECT_EQ(pasta.Ler("estado.tmp"), "de outro");
-}
 
-TEST(Arquivo, LeituraInteiraENoLimite) {
-    const teste::PastaTemporaria pasta(L"Pasta Ç");
     std::string bytes = "lixo";
     pasta.Escrever("f", "");
     EXPECT_TRUE(LerArquivoInteiro(pasta / "f", bytes) && bytes.empty());
@@ -72,9 +69,7 @@ TEST(HandleDeArquivo, FechaUmaVezEGuardaOErro) {
     HANDLE const segundo = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     {
         HandleKernel dono(primeiro);
-        HandleKernel outro(std::move(dono));
-        EXPECT_TRUE(aberto(primeiro));
-        outro = HandleKernel(segundo);
+        dono = HandleKernel(segundo);
         EXPECT_TRUE(!aberto(primeiro) && aberto(segundo));
         const HandleKernel fechado(primeiro);  // its closing fails, and says so
         SetLastError(1234);
@@ -87,15 +82,14 @@ TEST(Log, LinhasInteirasDeMuitasThreadsEmQualquerLeitor) {
     const teste::PastaTemporaria pasta;
     teste::Configurar(pasta.Caminho(), "");
     LogLinha("é {} de {}", 1, "x");
-    const HandleArquivo editor(CreateFileW((pasta / "ZuLauncher.log").c_str(), GENERIC_READ | GENERIC_WRITE,
-                                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    const HandleArquivo editor =
+        pasta.Prender("ZuLauncher.log", FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_READ | GENERIC_WRITE);
     std::vector<std::jthread> threads;
-    for (int t = 0; t < 8; ++t) {
+    for (int t = 0; t < 8; ++t)
         threads.emplace_back([t] {
             for (int i = 0; i < 50; ++i)
                 LogLinha("thread {} linha {} {}", t, i, std::string(100, 'a'));
         });
-    }
     threads.clear();
     const std::string log = pasta.Ler("ZuLauncher.log");
     const std::regex forma("\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d thread \\d linha \\d+ a{100}\r\n");

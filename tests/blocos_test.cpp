@@ -76,27 +76,16 @@ Plano Reunir(const std::string& velho, const std::string& novo, std::size_t pres
     return plano;
 }
 
+// A piece goes or stays, in whose place or elsewhere comes nothing, the piece, zeros or something else; or the rest
+// goes.
 std::string Editar(std::string texto) {
     const std::size_t de = Sortear(texto.size());
-    const std::size_t quantos = Sortear(std::min<std::size_t>(texto.size() - de, 5000));
-    const std::string pedaco = texto.substr(de, quantos);
-    switch (Sortear(6)) {
-        case 0:
-            return texto.insert(de, Conteudo(Sortear(3000), static_cast<int>(Sortear(3))));
-        case 1:
-            return texto.erase(de, quantos);
-        case 2:
-            texto.erase(de, quantos);
-            return texto.insert(Sortear(texto.size()), pedaco);
-        case 3:
-            return texto.insert(Sortear(texto.size()), pedaco);
-        case 4:
-            return texto.substr(0, de + quantos);
-        case 5:
-            return texto.replace(de, quantos, quantos, '\0');
-        default:
-            return texto.replace(de, quantos, Conteudo(quantos));
-    }
+    const std::string pedaco = texto.substr(de, Sortear(5000));
+    const std::string novos[] = {"", pedaco, std::string(pedaco.size(), '\0'),
+                                 Conteudo(Sortear(3000), static_cast<int>(Sortear(3)))};
+    if (Sortear(6) == 0) return texto.substr(0, de);
+    if (Sortear(1) == 0) texto.erase(de, pedaco.size());
+    return texto.insert(Sortear(1) == 0 ? de : Sortear(texto.size()), novos[Sortear(3)]);
 }
 
 TEST(Blocos, QualquerEdicaoDeQualquerPrefixo) {

@@ -65,8 +65,7 @@ TEST_F(Forjal, SelarAteOLimiteDeCadaCampo) {
 
 TEST_F(Forjal, AbrirMostraOuRecusaComoOLauncher) {
     std::vector<std::string> selar{"selar", "--segredo=#\\selo.segredo", "--saida=@\\Launcher.emu", "--nome=Zu Já"};
-    ASSERT_EQ(Rodar(selar), kFeito) << saida_;
-    EXPECT_TRUE(saida_.Tem("Aviso: sem --update=")) << saida_;
+    Diz(Rodar(selar), kFeito, "Aviso: sem --update=");
     for (const std::string automatico : {"sim", "não"}) {
         EXPECT_EQ(Rodar({"abrir", "--segredo=#\\selo.segredo", "@\\Launcher.emu"}), kFeito);
         EXPECT_TRUE(saida_.Tem("nome: Zu Já\n") && saida_.Tem("update automático: " + automatico + "\n")) << saida_;

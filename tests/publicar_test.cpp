@@ -1,15 +1,11 @@
-#include <fstream>
 #include <mutex>
-#include <set>
 
 #include "core/formato.h"
-#include "core/texto.h"
 #include "tests/suporte/oficina.h"
 #include "tests/suporte/publicacao.h"
 #include "tests/suporte/recusa.h"
 #include "tools/forjal/paralelo.h"
 #include "tools/forjal/publicar/trava.h"
-#include "tools/forjal/relatorio.h"
 #include "tools/forjal/varredura.h"
 
 ZU_RECUSAVEL(L"kernel32", CreateDirectoryW, FALSE);
@@ -62,8 +58,7 @@ TEST_F(Forjal, PublicaSoOQueMudouERefazODanoQueConferirMostra) {
         << "client, published, indexes, list and record; nothing temporary";
 
     const std::string textoDaLista = pasta_.Ler("saida/UpdateList.txt");
-    ASSERT_EQ(Publicar(7, opcoes), kFeito) << saida_;
-    EXPECT_TRUE(saida_.Tem("MiB; 0 copiado(s)\n3 índice(s) de blocos, 0.0 MiB; 0 copiado(s)")) << saida_;
+    Diz(Publicar(7, opcoes), kFeito, "MiB; 0 copiado(s)\n3 índice(s) de blocos, 0.0 MiB; 0 copiado(s)");
     EXPECT_EQ(pasta_.Ler("saida/UpdateList.txt"), textoDaLista);
 
     // Damage is found and repaired, that too which neither size nor time shows, and only there.
@@ -84,13 +79,11 @@ TEST_F(Forjal, PublicaSoOQueMudouERefazODanoQueConferirMostra) {
                              "faltando: dois.pak.blocos", "diferente: data/B.pak.blocos (SHA-256 diferente)",
                              "diferente: sai (no disco, sai está escrito SAI)", "8 diferença(s)"})
         EXPECT_TRUE(saida_.Tem(dito)) << dito << saida_;
-    ASSERT_EQ(Publicar(8, opcoes), kFeito) << saida_;
-    EXPECT_TRUE(saida_.Tem("MiB; 5 copiado(s)\n3 índice(s) de blocos, 0.0 MiB; 2 copiado(s)")) << saida_;
+    Diz(Publicar(8, opcoes), kFeito, "MiB; 5 copiado(s)\n3 índice(s) de blocos, 0.0 MiB; 2 copiado(s)");
     EXPECT_TRUE(Hora("saida/data/B.pak.p001") == hora);
     EXPECT_EQ(Conferir(), kFeito) << saida_;
     pasta_.Adulterar("saida/UpdateList.txt", ";seq\t2");
-    EXPECT_EQ(Conferir(), kRecusado);
-    EXPECT_TRUE(saida_.Tem("assinatura")) << saida_;
+    Diz(Conferir(), kRecusado, "assinatura");
 }
 
 TEST_F(Forjal, RecusaSemTocarNaListaPublicada) {
@@ -149,8 +142,7 @@ class ForjalTroca : public Forjal {
     // Players are served: by the old list or the new one, or by the new one once the change is continued.
     void EsperarInteira(bool continuar) {
         if (pasta_.Tem("saida/Forjal.troca")) {
-            ASSERT_EQ(Conferir(), kRecusado);
-            EXPECT_EQ(saida_.erros, "publicação interrompida no meio da troca: rode Forjal publicar --continuar\n");
+            Diz(Conferir(), kRecusado, "publicação interrompida no meio da troca: rode Forjal publicar --continuar\n");
             ++interrompidas_;
             if (!continuar) return;
             // The list is not signed anew over a change that has not been carried out.
@@ -180,8 +172,8 @@ TEST_F(ForjalTroca, MortaEmQualquerMomentoServeAosJogadores) {
     std::mutex um;
     std::vector<std::map<std::string, std::string>> fotos;
     const auto fotografar = [&](const teste::Chamada& chamada) -> DWORD {
-        for (const char* nada : {"CreateDirectoryW", "FindNextFileW", "WriteFile"})
-            if (chamada.nome == nada) return 0;
+        if (chamada.nome == "CreateDirectoryW" || chamada.nome == "FindNextFileW" || chamada.nome == "WriteFile")
+            return 0;
         const std::lock_guard tranca(um);
         fotos.push_back(Publicado());
         return 0;
@@ -226,8 +218,7 @@ TEST_F(Forjal, ArquivoQueMudaNaoChegaALista) {
     for (const std::string agora : {"prOgrama", "mais longo que antes", "curto"}) {
         Cliente({"Zu.exe=programa"});
         saida_.aoProgredir = [&] { pasta_.Escrever("cliente/Zu.exe", agora); };
-        EXPECT_EQ(Publicar(2), kRecusado);
-        EXPECT_TRUE(saida_.Tem("Zu.exe: mudou durante a publicação")) << saida_;
+        Diz(Publicar(2), kRecusado, "Zu.exe: mudou durante a publicação");
         EXPECT_EQ(Publicado(), publicado);
     }
 }
@@ -278,11 +269,9 @@ TEST_F(Forjal, OQueOsJogadoresPerdemSaiDaListaPublicada) {
     Apagar("cliente/Data/18");
     std::vector<std::string> opcoes{"--remover-ausentes", "--remover-de=@\\remover.txt", "--simular"};
     const auto antes = pasta_.Tudo();
-    ASSERT_EQ(Publicar(2, opcoes), kFeito) << saida_;
-    EXPECT_THAT(
-        saida_.linhas,
-        HasSubstr("2 copiado(s)\n1 novo(s), 1 mudado(s), 2 fora da lista; quem tem a versão publicada baixará até "
-                  "13 bytes (0.0 MiB); 4 caminho(s) a remover"));
+    Diz(Publicar(2, opcoes), kFeito,
+        "2 copiado(s)\n1 novo(s), 1 mudado(s), 2 fora da lista; quem tem a versão publicada baixará até "
+        "13 bytes (0.0 MiB); 4 caminho(s) a remover");
     EXPECT_EQ(pasta_.Tudo(), antes);
     opcoes.pop_back();
     ASSERT_EQ(Publicar(2, opcoes), kFeito) << saida_;
@@ -369,20 +358,17 @@ TEST_F(Forjal, ConfiarNaDataNaoLeOQueFoiPublicado) {
     int seq = 2;
     for (const auto& [estragar, naoLidos] : motivos) {
         estragar();
-        ASSERT_EQ(Publicar(seq++, confiar), kFeito) << saida_;
-        EXPECT_TRUE(saida_.Tem(Formatar("{} arquivo(s) não lido(s)", naoLidos))) << saida_;
+        Diz(Publicar(seq++, confiar), kFeito, Formatar("{} arquivo(s) não lido(s)", naoLidos));
         EXPECT_EQ(Lista().itens[0].sha256 == lidoDoA, naoLidos > 0);
         EXPECT_EQ(Conferir(), kFeito) << saida_;
     }
     // An index that the list before does not name is made; no other part of the file speaks for one.
-    ASSERT_EQ(Publicar(seq++, {"--confiar-na-data", "--partes-mib=1", "--sem-blocos"}), kFeito) << saida_;
-    EXPECT_TRUE(saida_.Tem("2 arquivo(s) não lido(s)")) << saida_;
+    Diz(Publicar(seq++, {"--confiar-na-data", "--partes-mib=1", "--sem-blocos"}), kFeito, "2 arquivo(s) não lido(s)");
     ASSERT_EQ(Publicar(seq++, confiar), kFeito) << saida_;
     EXPECT_EQ(Lista().blocos.size(), 1U);
     // One that is as the list says, and of another file.
     mudarIndice(40);
-    EXPECT_EQ(Conferir(), kRecusado);
-    EXPECT_TRUE(saida_.Tem("diferente: g.blocos (não é o índice deste arquivo)")) << saida_;
+    Diz(Conferir(), kRecusado, "diferente: g.blocos (não é o índice deste arquivo)");
 
     // In one piece again: the parts' reading says nothing about it.
     ASSERT_EQ(Publicar(seq, {"--confiar-na-data"}), kFeito) << saida_;
@@ -409,7 +395,6 @@ TEST(ForjalNomes, RecusaOsInsegurosEOsQueSeEncontram) {
         {{"2.pak", "2.PAK.P002"}, "mesmo nome"},
         {{"2.pak", "2.pak.p002/dentro"}, "arquivo e pasta"},
         {{"1.pak", "1.PAK.Blocos"}, "mesmo nome"},
-        {{"1.pak", "1.pak.blocos/dentro"}, "arquivo e pasta"},
         {{"0.pak", "0.pak.blocos"}, ""},
         {{"999.pak"}, ""},
         {{"1000.pak"}, "1000.pak: daria 1000 partes, o limite é 999"}};

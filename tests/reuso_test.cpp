@@ -5,7 +5,6 @@
 #include "tests/suporte/recusa.h"
 #include "update/atualizador.h"
 #include "update/blocos.h"
-#include "update/blocos_indice.h"
 
 ZU_RECUSAVEL(L"kernel32", GetFileTime, FALSE);
 
@@ -46,7 +45,6 @@ class Reuso : public Test {
             .seq = 2, .arquivos = {{kArquivo, kNovo}}, .partes = {{kArquivo, partes}}, .blocos = true};
         publicacao.Servir(servidor_);
         lista_ = publicacao.Lista();
-        servidor_.EsquecerPedidos();
     }
     // One attempt at the item by an updater that may use the index; why it failed, if it did.
     std::string Baixar(Atualizador& atualizador, bool comBlocos = true) {
@@ -68,10 +66,7 @@ class Reuso : public Test {
         std::filesystem::remove(pasta_ / kBaixado);
         return vieram_;
     }
-    std::uint64_t BaixarNovo(bool comBlocos = true) {
-        Atualizador atualizador;
-        return BaixarNovo(atualizador, comBlocos);
-    }
+    std::uint64_t BaixarNovo(bool comBlocos = true) { return BaixarNovo(*std::make_unique<Atualizador>(), comBlocos); }
     [[nodiscard]] static bool DeBlocos(const Pedido& pedido) {
         const std::string faixa = pedido.Cabecalho("range");
         return !faixa.empty() && !faixa.ends_with("-");
@@ -224,8 +219,7 @@ TEST_F(Reuso, ArquivoVelhoEmUsoPresoOuMudado) {
     BaixarNovo();
     EXPECT_EQ(servidor_.QuantosPedidos(), 1U) << "with nothing to read the index is not asked for";
     deOutro.Fechar();
-    deOutro = HandleArquivo(CreateFileW((pasta_ / kArquivo).c_str(), GENERIC_READ | GENERIC_WRITE,
-                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    deOutro = pasta_.Prender(kArquivo, FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_READ | GENERIC_WRITE);
     EXPECT_LT(BaixarNovo(), 100'000U);
     const std::function<DWORD(const Chamada&)> semMemoria = [vez = 0](const Chamada& chamada) mutable -> DWORD {
         return chamada.nome == "GetFileTime" && ++vez == 3 ? throw std::bad_alloc() : 0;

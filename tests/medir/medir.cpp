@@ -17,7 +17,6 @@
 #include "app/instancia_unica.h"
 #include "core/json.h"
 #include "core/pasta.h"
-#include "core/texto.h"
 #include "tests/suporte/oficina.h"
 #include "tests/suporte/processo.h"
 #include "tests/suporte/publicacao.h"
@@ -29,7 +28,6 @@
 #include "update/atualizador.h"
 #include "update/blocos.h"
 #include "update/blocos_busca.h"
-#include "update/estado.h"
 #include "update/hash_arquivo.h"
 #include "update/http.h"
 #include "update/url.h"
@@ -109,16 +107,12 @@ void Medir(
     Imprimir("nosso", melhor / quantos);
 }
 
+// What the process took at its most. Where blocks are counted: what the program held at its most, of what it made
+// since; what the system tells of a process is not what it holds under Wine.
 void ImprimirMemoria() {
     PROCESS_MEMORY_COUNTERS contadores{};
     K32GetProcessMemoryInfo(GetCurrentProcess(), &contadores, sizeof contadores);
-    Imprimir("memoria", static_cast<double>(contadores.PeakPagefileUsage));
-}
-
-// What the program held at its most, of what it made since it counts: what the system tells of a process is not what it
-// holds under Wine.
-void ImprimirContada() {
-    Imprimir("memoria", static_cast<double>(maisEmUso));
+    Imprimir("memoria", contando ? static_cast<double>(maisEmUso) : static_cast<double>(contadores.PeakPagefileUsage));
 }
 
 [[noreturn]] void Falhar(const std::string& motivo) {
@@ -132,11 +126,6 @@ void RodarAte(StatusUpdate esperado, bool reparar = false) {
     if (atualizador.Estado().status != esperado) Falhar(atualizador.Estado().texto);
 }
 
-HandleArquivo AbrirParaLer(const std::filesystem::path& caminho) {
-    return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                     FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-}
-
 // The file in order, in pieces of any length.
 bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos) {
     DWORD agora = 0;
@@ -148,7 +137,7 @@ bool LerPedaco(HANDLE arquivo, std::span<std::uint8_t> bytes, std::size_t& lidos
 // The whole file, in blocks, by nothing but the system's calls.
 void LerCru(const std::filesystem::path& arquivo, const std::function<void(const void*, std::size_t)>& alimentar) {
     thread_local std::vector<std::uint8_t> bloco(1024 * 1024);
-    const HandleArquivo leitura = AbrirParaLer(arquivo);
+    const HandleArquivo leitura = AbrirParaHash(arquivo);
     for (std::size_t lidos = 1; lidos != 0; alimentar(bloco.data(), lidos))
         if (!LerPedaco(leitura.Valor(), bloco, lidos)) Falhar("leitura");
 }
@@ -183,29 +172,24 @@ std::size_t SepararCru(std::string_view texto) {
     return soma;
 }
 
-// Whether a text is UTF-8 (RFC 3629, section 4), by a table of states: one step a byte, whatever the byte. States 0 to
-// 3 wait for as many more bytes, the others know the second byte's limits.
+// Whether a text is UTF-8 (RFC 3629, section 4), by a table of states: one step a byte, whatever the byte. State 0 is
+// an error and stays one, 1 is between two characters; 2 to 4 wait for one to three more bytes, the others know the
+// second byte's limits.
 std::size_t ValidarCru(std::string_view texto) {
-    struct Passo {
-        std::uint8_t estado, de, ate, proximo;
-    };
-    constexpr std::uint8_t kErrado = 8;
-    constexpr Passo kValidos[] = {{0, 0x00, 0x7F, 0}, {0, 0xC2, 0xDF, 1}, {0, 0xE1, 0xEF, 2}, {0, 0xF1, 0xF3, 3},
-                                  {0, 0xE0, 0xE0, 4}, {0, 0xED, 0xED, 5}, {0, 0xF0, 0xF0, 6}, {0, 0xF4, 0xF4, 7},
-                                  {1, 0x80, 0xBF, 0}, {2, 0x80, 0xBF, 1}, {3, 0x80, 0xBF, 2}, {4, 0xA0, 0xBF, 1},
-                                  {5, 0x80, 0x9F, 1}, {6, 0x90, 0xBF, 2}, {7, 0x80, 0x8F, 2}};
+    constexpr std::uint8_t kValidos[][4] = {
+        {1, 0x00, 0x7F, 1}, {1, 0xC2, 0xDF, 2}, {1, 0xE1, 0xEF, 3}, {1, 0xF1, 0xF3, 4}, {1, 0xE0, 0xE0, 5},
+        {1, 0xED, 0xED, 6}, {1, 0xF0, 0xF0, 7}, {1, 0xF4, 0xF4, 8}, {2, 0x80, 0xBF, 1}, {3, 0x80, 0xBF, 2},
+        {4, 0x80, 0xBF, 3}, {5, 0xA0, 0xBF, 2}, {6, 0x80, 0x9F, 2}, {7, 0x90, 0xBF, 3}, {8, 0x80, 0x8F, 3}};
     static const auto kPassos = [&] {
-        std::array<std::array<std::uint8_t, 256>, kErrado + 1> passos{};
-        for (auto& passo : passos)
-            passo.fill(kErrado);
-        for (const Passo& v : kValidos)
-            std::fill_n(passos[v.estado].begin() + v.de, v.ate - v.de + 1, v.proximo);
+        std::array<std::array<std::uint8_t, 256>, 9> passos{};
+        for (const auto& [estado, de, ate, proximo] : kValidos)
+            std::fill_n(passos[estado].begin() + de, ate - de + 1, proximo);
         return passos;
     }();
-    std::uint8_t estado = 0;
+    std::uint8_t estado = 1;
     for (const char c : texto)
         estado = kPassos[estado][static_cast<unsigned char>(c)];
-    return estado == 0 ? 1 : 0;
+    return estado == 1 ? 1 : 0;
 }
 
 // lista ARQUIVO, json ARQUIVO: reading a document, beside a bare pass over it, and the memory that what was read takes
@@ -225,7 +209,6 @@ void MedirLeitura(const std::filesystem::path& arquivo, const Ler& ler, std::siz
     contando = true;
     nosso();
     Imprimir("texto", static_cast<double>(texto.size()));
-    ImprimirContada();
 }
 
 bool LerEDevolver(std::string& texto, update::UpdateList& lista, std::string& erro) {
@@ -259,7 +242,6 @@ void MedirConferir(const std::filesystem::path& pasta, const std::string& url) {
               for (const std::filesystem::path& arquivo : arquivos)
                   GetFileAttributesExW(arquivo.c_str(), GetFileExInfoStandard, &dados);
           });
-    ImprimirMemoria();
 }
 
 // What a scanner's first look at a file costs, in every opening of a file that is to be read from front to back.
@@ -290,7 +272,6 @@ void MedirReparo(const std::filesystem::path& pasta, const std::string& url, DWO
     const std::vector<std::filesystem::path> arquivos = Arquivos(pasta);
     demoraAoAbrir = demora;
     Medir([] { RodarAte(StatusUpdate::kPronto, true); }, [&] { SomarCru(arquivos, demora == 0 ? 0 : 8); });
-    ImprimirMemoria();
 }
 
 void RodarForjal(const std::vector<std::wstring>& argumentos) {
@@ -334,7 +315,6 @@ void MedirDeNovo(const std::filesystem::path& cliente, const std::filesystem::pa
                   LerInfoArquivo(caminho, info);
               });
           });
-    ImprimirContada();
 }
 
 // A bare WinHTTP read loop into a file, in blocks of the size that a run asks for, down to the disk as a run's are.
@@ -364,7 +344,6 @@ void MedirGrande(const std::filesystem::path& pasta, const std::string& url, con
             RodarAte(StatusUpdate::kPronto);
         },
         [&] { BaixarCru(DeUtf8(url + caminho), pasta / L"cru.bin"); });
-    ImprimirMemoria();
 }
 
 // descargas PASTA URL MS: one run over one connection into an empty folder where each flush takes that long, and where
@@ -386,7 +365,6 @@ void MedirDescargas(const std::filesystem::path& pasta, const std::string& url, 
 void MedirBaixar(const std::filesystem::path& pasta, const std::string& url, int conexoes) {
     teste::Configurar(pasta, url, conexoes);
     Imprimir("nosso", Cronometrar([] { RodarAte(StatusUpdate::kPronto); }));
-    ImprimirMemoria();
 }
 
 // busca VELHO INDICE: the search for the blocks of the index, and CRC-32 and SHA-256 of the same file
@@ -394,7 +372,7 @@ void MedirBusca(const std::filesystem::path& velho, const std::filesystem::path&
     update::IndiceDeBlocos indice;
     if (!update::LerIndice(Texto(arquivoDoIndice), indice)) Falhar("indice");
     const auto buscar = [&] {
-        const HandleArquivo leitura = AbrirParaLer(velho);
+        const HandleArquivo leitura = AbrirParaHash(velho);
         std::vector<std::uint64_t> onde;
         if (!update::BuscarBlocos(indice, std::bind_front(LerPedaco, leitura.Valor()), onde)) Falhar("busca");
     };
@@ -413,7 +391,6 @@ void MedirTentativa(const std::filesystem::path& pasta, const std::string& url, 
     Atualizador atualizador;
     atualizador.Blocos().Usar(lista);
     BaixarTodos(atualizador, lista, indices);
-    ImprimirContada();
 }
 
 // One whole repaint of the main window and of its controls, into memory as on the screen; and the same without the
@@ -531,7 +508,10 @@ ZU_DESVIAR(FlushFileBuffers, &Descarregar);
 int wmain(int quantos, wchar_t** argumentos) {
     const zu::launcher::Argumentos todos(argumentos + 1, argumentos + quantos);
     for (const auto& [nome, numero, rodar] : zu::launcher::kComandos) {
-        if (todos.size() == numero + 1 && todos[0] == nome) return rodar(todos), 0;
+        if (todos.size() != numero + 1 || todos[0] != nome) continue;
+        rodar(todos);
+        zu::launcher::ImprimirMemoria();
+        return 0;
     }
     zu::launcher::Falhar("comando desconhecido");
 }

@@ -1,7 +1,6 @@
 // A tree of values as the shortest document that reads the same again.
 #pragma once
 
-#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -23,9 +22,8 @@ inline std::string TextoEscrito(std::string_view texto) {
 inline std::string NumeroEscrito(const ValorJson& valor) {
     if (std::isinf(valor.numero)) return valor.numero < 0 ? "-1e999" : "1e999";
     if (static_cast<double>(valor.inteiro) == valor.numero) return std::to_string(valor.inteiro);
-    std::array<char, 64> digitos{};
-    constexpr auto kForma = std::chars_format::scientific;
-    return {digitos.data(), std::to_chars(digitos.begin(), digitos.end(), valor.numero, kForma).ptr};
+    char digitos[64];
+    return {digitos, std::to_chars(digitos, std::end(digitos), valor.numero, std::chars_format::scientific).ptr};
 }
 
 inline std::string Escrito(const ValorJson& valor) {

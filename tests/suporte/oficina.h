@@ -24,9 +24,7 @@ class SaidaDeTeste final : public Saida {
         if (aoProgredir) aoProgredir();
     }
 
-    [[nodiscard]] bool Tem(std::string_view parte) const {
-        return linhas.find(parte) != std::string::npos || erros.find(parte) != std::string::npos;
-    }
+    [[nodiscard]] bool Tem(std::string_view parte) const { return (linhas + erros).find(parte) != std::string::npos; }
 
     std::string linhas;
     std::string erros;
@@ -58,6 +56,11 @@ class Forjal : public testing::Test {
             }
         }
         return RodarForjal(trocados, saida_);
+    }
+    // What a command has come to, and words that it must have said.
+    void Diz(int codigo, int esperado, const std::string& parte) {
+        EXPECT_EQ(codigo, esperado) << saida_;
+        EXPECT_TRUE(saida_.Tem(parte)) << parte << saida_;
     }
     // Refused in these words, with nothing changed on the disk.
     void Recusa(const std::vector<std::string>& argumentos, const std::string& parte, int codigo = kRecusado) {

@@ -3,9 +3,10 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <filesystem>
+#include <fstream>
 #include <map>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,12 +20,8 @@ namespace zu::launcher::teste {
 class PastaTemporaria {
  public:
     explicit PastaTemporaria(const std::wstring& nome = L"pasta com espaço") {
-        // Process ids come again, and a test that was killed leaves its folder behind: only a new folder will do.
-        static std::atomic<int> numero = 0;
-        do {
-            raiz_ = std::filesystem::temp_directory_path() /
-                    (L"zu-teste-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++numero));
-        } while (!std::filesystem::create_directory(raiz_));
+        // Process ids come again, and a test that was killed leaves its folder behind.
+        raiz_ = std::filesystem::temp_directory_path() / (L"zu-teste-" + std::to_wstring(std::random_device()()));
         pasta_ = raiz_ / nome;
         std::filesystem::create_directories(pasta_);
         pasta_ = CaminhoCanonico(pasta_);
@@ -43,16 +40,8 @@ class PastaTemporaria {
 
     void Escrever(const std::string& relativo, const std::string& conteudo) const {
         const std::filesystem::path caminho = *this / relativo;
-        const auto criar = [&] {
-            return HandleArquivo(CreateFileW(caminho.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        };
-        HandleArquivo arquivo = criar();
-        if (!arquivo) {
-            std::filesystem::create_directories(caminho.parent_path());
-            arquivo = criar();
-        }
-        DWORD escritos = 0;
-        if (WriteFile(arquivo.Valor(), conteudo.data(), static_cast<DWORD>(conteudo.size()), &escritos, nullptr) == 0)
+        std::filesystem::create_directories(caminho.parent_path());
+        if (!(std::ofstream(caminho, std::ios::binary) << conteudo << std::flush))
             throw std::runtime_error("escrever " + relativo);
     }
     // "(nada)" when there is no such file.
@@ -64,8 +53,7 @@ class PastaTemporaria {
 
     // Changes a file without its size and time showing it.
     void Adulterar(const std::string& relativo, const std::string& conteudo) const {
-        const HandleArquivo arquivo(CreateFileW((*this / relativo).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                                OPEN_EXISTING, 0, nullptr));
+        const HandleArquivo arquivo = Prender(relativo, 0, GENERIC_READ | GENERIC_WRITE);
         FILETIME hora{};
         DWORD escritos = 0;
         GetFileTime(arquivo.Valor(), nullptr, nullptr, &hora);
@@ -75,18 +63,18 @@ class PastaTemporaria {
     }
 
     // Somebody else's hold on a file that is there, which leaves others `deixando`.
-    [[nodiscard]] HandleArquivo Prender(const std::string& relativo, DWORD deixando = FILE_SHARE_READ) const {
+    [[nodiscard]] HandleArquivo Prender(const std::string& relativo, DWORD deixando = FILE_SHARE_READ,
+                                        DWORD acesso = GENERIC_READ) const {
         return HandleArquivo(
-            CreateFileW((*this / relativo).c_str(), GENERIC_READ, deixando, nullptr, OPEN_EXISTING, 0, nullptr));
+            CreateFileW((*this / relativo).c_str(), acesso, deixando, nullptr, OPEN_EXISTING, 0, nullptr));
     }
 
     // Every file below, by its path with "/"; the logs apart, which every run writes.
     [[nodiscard]] std::vector<std::string> Nomes() const {
         std::vector<std::string> nomes;
-        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_)) {
-            if (!entrada.is_regular_file() || entrada.path().extension() == L".log") continue;
-            nomes.push_back(ParaUtf8(entrada.path().lexically_relative(pasta_).generic_wstring()));
-        }
+        for (const auto& entrada : std::filesystem::recursive_directory_iterator(pasta_))
+            if (entrada.is_regular_file() && entrada.path().extension() != L".log")
+                nomes.push_back(ParaUtf8(entrada.path().lexically_relative(pasta_).generic_wstring()));
         return nomes;
     }
     // The same with what is in them.

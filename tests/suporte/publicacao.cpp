@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <random>
-#include <sstream>
 #include <stdexcept>
 
 #include "app/selo.h"
@@ -70,6 +69,7 @@ void Publicacao::Servir(Servidor& servidor) const {
             servidor.Definir(caminho + SufixoDaParte(i + 1), teste::Servir(conteudo.substr(i * porParte, porParte)));
     }
     servidor.Definir("UpdateList.txt", teste::Servir(Assinar(update::EscreverLista(Lista()))));
+    servidor.EsquecerPedidos();
 }
 
 std::string Bytes(std::size_t tamanho, unsigned semente) {
@@ -91,12 +91,10 @@ void Configurar(const std::filesystem::path& pasta, const std::string& urlUpdate
 
 std::vector<std::string> LinhasDoLog(const PastaTemporaria& pasta) {
     constexpr std::size_t kTamanhoDaHora = std::string_view("00:00:00.000 ").size();
-    std::istringstream log(pasta.Ler("ZuLauncher.log"));
+    std::ifstream log(pasta / "ZuLauncher.log");
     std::vector<std::string> linhas;
-    for (std::string linha; std::getline(log, linha);) {
-        if (linha.ends_with('\r')) linha.pop_back();
+    for (std::string linha; std::getline(log, linha);)
         linhas.push_back(linha.substr(std::min(kTamanhoDaHora, linha.size())));
-    }
     return linhas;
 }
 

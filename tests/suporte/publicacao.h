@@ -24,7 +24,8 @@ struct Publicacao {
     bool blocos = false;  // with an index of each file
 
     [[nodiscard]] update::UpdateList Lista() const;
-    // Puts the files, their parts, their indexes and the signed list on the server.
+    // Puts the files, their parts, their indexes and the signed list on the server, which forgets what it was asked
+    // for.
     void Servir(Servidor& servidor) const;
 };
 

@@ -1,7 +1,6 @@
 #include "tests/suporte/servidor.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 
 #include "core/formato.h"
@@ -27,12 +26,12 @@ bool Esperar(SOCKET socket, const std::atomic<bool>& fim) {
 // the client closed.
 bool LerPedido(SOCKET conexao, Pedido& pedido, const std::atomic<bool>& fim) {
     pedido = {};
-    std::array<char, 2048> bloco{};
+    char bloco[2048];
     if (!Esperar(conexao, fim)) return false;
     while (!pedido.cabeca.ends_with("\r\n\r\n")) {
-        const int lidos = recv(conexao, bloco.data(), static_cast<int>(bloco.size()), 0);
+        const int lidos = recv(conexao, bloco, sizeof bloco, 0);
         if (lidos <= 0) return false;
-        pedido.cabeca.append(bloco.data(), static_cast<std::size_t>(lidos));
+        pedido.cabeca.append(bloco, static_cast<std::size_t>(lidos));
     }
     std::string_view resto = pedido.cabeca;
     TomarAte(resto, '/');
@@ -93,10 +92,6 @@ Servidor::~Servidor() {
     closesocket(escuta_);
     atendentes_.clear();
     WSACleanup();
-}
-
-std::string Servidor::Url() const {
-    return Formatar("http://127.0.0.1:{}/", porta_);
 }
 
 void Servidor::Definir(const std::string& caminho, Roteiro roteiro) {

@@ -56,12 +56,10 @@ Roteiro Servir(std::string conteudo);
 class Servidor {
  public:
     Servidor();
-    Servidor(const Servidor&) = delete;
-    Servidor& operator=(const Servidor&) = delete;
     ~Servidor();
 
     // The base address, with "/" at its end.
-    [[nodiscard]] std::string Url() const;
+    [[nodiscard]] std::string Url() const { return "http://127.0.0.1:" + std::to_string(porta_) + "/"; }
     // Paths are as they travel. Everything that has no script is answered with 404.
     void Definir(const std::string& caminho, Roteiro roteiro);
     void Definir(const std::string& caminho, Resposta sempre) {
