@@ -107,12 +107,14 @@ TEST(Blocos, OQueSeAproveita) {
     const std::string a = Conteudo(40 * kBloco);
     const std::string b = Conteudo(40 * kBloco);
     const std::string zeros(300 * kBloco, '\0');
+    const std::string longo = Conteudo(2500 * kBloco);
     std::string ultimoByte = a;
     ++ultimoByte[20 * kBloco - 1];
     const std::tuple<const char*, std::string, std::string, std::size_t> casos[] = {
         {"the same", a, a, 0},
         {"the same, with a short end", a + "fim", a + "fim", 0},
         {"a byte before", a, "x" + a, kBloco},
+        {"over the edges of what is read at once", "x" + longo, longo, 0},
         {"a byte less", a, a.substr(1), kBloco - 1},
         {"cut off", a + b, a.substr(0, a.size() - 5), 0},
         {"a new end", a, a + "fim", 3},
