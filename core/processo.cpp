@@ -1,6 +1,7 @@
 #include "core/processo.h"
 
 #include <chrono>
+#include <utility>
 
 #include "core/arquivo.h"
 
@@ -8,7 +9,6 @@ namespace zu::launcher {
 namespace {
 
 Processo CriarProcesso(std::wstring& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
-    const auto trava = TravarCriacao();
     STARTUPINFOW inicio{};
     inicio.cb = sizeof inicio;
     PROCESS_INFORMATION info{};
@@ -29,20 +29,28 @@ std::wstring EntreAspas(const std::wstring& texto) {
     return L"\"" + texto + L"\"";
 }
 
-std::unique_lock<std::recursive_mutex> TravarCriacao() {
+TravaDaCriacao TravarCriacao() {
     // Never destroyed: it is still held when the process ends.
-    static auto* const trava = new std::recursive_mutex;
-    return std::unique_lock(*trava);
+    static auto* const trava = new std::mutex;
+    return TravaDaCriacao(*trava);
 }
 
 Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes) {
+    TravaDaCriacao trava = TravarCriacao();
+    return IniciarProcesso(trava, std::move(linhaDeComando), pasta, opcoes);
+}
+
+Processo IniciarProcesso(TravaDaCriacao& trava, std::wstring&& linhaDeComando, const std::filesystem::path& pasta,
+                         DWORD opcoes) {
     constexpr std::chrono::milliseconds kPasso{50};
     Paciencia paciencia;
     while (true) {
         Processo novo = CriarProcesso(linhaDeComando, pasta, opcoes);
         if (novo) return novo;
         const DWORD erro = GetLastError();
+        trava.unlock();
         const bool insistir = PodePassar(erro) && paciencia.Gastar(kPasso);
+        trava.lock();
         SetLastError(erro);
         if (!insistir) return novo;
     }

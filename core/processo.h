@@ -23,12 +23,17 @@ struct Processo {
 
 // Held while a process is being made. A program that ends in the middle of that leaves the new process suspended for
 // ever, so the last thing before the end is to take this and keep it, and who makes a process suspended holds it until
-// the process runs. Recursive.
-[[nodiscard]] std::unique_lock<std::recursive_mutex> TravarCriacao();
+// the process runs.
+using TravaDaCriacao = std::unique_lock<std::mutex>;
+[[nodiscard]] TravaDaCriacao TravarCriacao();
 
 // Starts a command line in a folder, with this process's environment and without its handles. `opcoes` are the creation
 // flags of CreateProcessW. A program that somebody holds, as a scanner does a fresh one, is tried again for up to a
 // second. The command line stays the caller's, which matters where it holds a secret; the system may write in it.
 Processo IniciarProcesso(std::wstring&& linhaDeComando, const std::filesystem::path& pasta, DWORD opcoes = 0);
+
+// The same for a caller that holds `trava`, and does so again afterwards: in between nobody is kept waiting.
+Processo IniciarProcesso(TravaDaCriacao& trava, std::wstring&& linhaDeComando, const std::filesystem::path& pasta,
+                         DWORD opcoes);
 
 }  // namespace zu::launcher

@@ -122,8 +122,9 @@ bool AbrirJogo(std::string& erro, std::chrono::milliseconds espera) {
         return false;
     }
     MontarLinhaDeComando(api, segredo);
-    auto trava = TravarCriacao();  // until the game runs
-    const Processo jogo = IniciarProcesso(std::move(segredo.linhaDeComando), ObterConfig().pastaJogo, CREATE_SUSPENDED);
+    TravaDaCriacao trava = TravarCriacao();  // until the game runs
+    const Processo jogo =
+        IniciarProcesso(trava, std::move(segredo.linhaDeComando), ObterConfig().pastaJogo, CREATE_SUSPENDED);
     if (!jogo) {
         erro = FraseDaRecusa(GetLastError());
         return false;

@@ -64,8 +64,8 @@ HandleKernel GrupoQueAcabaComOLauncher() {
 // A game that does not start is told by the report that is not there.
 void RodarJogo(std::wstring linhaDeComando, std::chrono::milliseconds limite) {
     const HandleKernel grupo = GrupoQueAcabaComOLauncher();
-    auto trava = TravarCriacao();
-    const Processo jogo = IniciarProcesso(std::move(linhaDeComando), ObterConfig().pastaJogo, CREATE_NO_WINDOW);
+    TravaDaCriacao trava = TravarCriacao();
+    const Processo jogo = IniciarProcesso(trava, std::move(linhaDeComando), ObterConfig().pastaJogo, CREATE_NO_WINDOW);
     if (!jogo) return;
     AssignProcessToJobObject(grupo.Valor(), jogo.processo.Valor());
     trava.unlock();
